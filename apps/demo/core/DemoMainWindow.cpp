@@ -1,0 +1,194 @@
+#include "DemoMainWindow.h"
+
+#include "DemoDisplayWindow.h"
+#include "DemoSampleProject.h"
+
+#include <VsmModelScene.h>
+#include <VssProject.h>
+#include <VssProjectCollection.h>
+#include <VuaResourceProvider.h>
+#include <VwwReporterWindow.h>
+#include <VwwWindowRegistry.h>
+
+#include <QAction>
+#include <QApplication>
+#include <QCloseEvent>
+#include <QDir>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QInputDialog>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMessageBox>
+
+DemoMainWindow::DemoMainWindow(QWidget* parent)
+    : VwmMainWindow(parent)
+{
+    setObjectName(QStringLiteral("DEMO_MAIN_WINDOW"));
+    using namespace Vua::Resource;
+
+    QMenu* file = menuBar()->addMenu(tr("&File"));
+    QAction* newProject = file->addAction(tr("&New Project..."), this, [this] {
+        const QString folder = QFileDialog::getSaveFileName(this, tr("New Project Folder"), QDir::homePath());
+        if (folder.isEmpty())
+            return;
+        QString message;
+        if (!VssProjectCollection::getInstance()->createProject(folder, QFileInfo(folder).fileName(), &message))
+            _failed(message, false);
+        _updateTitle();
+    });
+    newProject->setShortcut(QKeySequence::New);
+    QAction* open = file->addAction(VuaResourceProvider::getIcon(iconOpen()), tr("&Open Project..."), this, [this] {
+        const QString folder = QFileDialog::getExistingDirectory(this, tr("Open Project"), QDir::homePath());
+        if (!folder.isEmpty())
+            openProject(folder);
+    });
+    open->setShortcut(QKeySequence::Open);
+    file->addAction(tr("Open the &Sample Project"), this, [this] {
+        QString message;
+        if (!DemoSampleProject::ensure(DemoSampleProject::defaultFolder(), &message))
+            _failed(message, false);
+        else
+            openProject(DemoSampleProject::defaultFolder());
+    });
+    QAction* save = file->addAction(VuaResourceProvider::getIcon(iconSave()), tr("&Save Project"), this, [this] {
+        QString message;
+        if (!VssProjectCollection::getInstance()->saveProject(&message) && !message.isEmpty())
+            _failed(message, false);
+    });
+    save->setShortcut(QKeySequence::Save);
+    file->addAction(VuaResourceProvider::getIcon(iconClose()), tr("&Close Project"), this, [this] { closeProject(); });
+    file->addSeparator();
+    QAction* quit = file->addAction(tr("&Quit"), this, &QWidget::close);
+    quit->setShortcut(QKeySequence::Quit);
+    quit->setMenuRole(QAction::QuitRole);
+
+    _scenesMenu = menuBar()->addMenu(tr("&Scenes"));
+    connect(_scenesMenu, &QMenu::aboutToShow, this, &DemoMainWindow::_updateScenesMenu);
+
+    QMenu* report = menuBar()->addMenu(tr("&Report"));
+    report->addAction(VuaResourceProvider::getIcon(iconReporter()), tr("Add a Project &Summary"), this,
+                      &DemoMainWindow::_addSummaryToReport);
+
+    menuBar()->addMenu(windowMenu());
+
+    QMenu* help = menuBar()->addMenu(tr("&Help"));
+    help->addAction(tr("&About"), this, [this] {
+        QMessageBox::about(this, tr("About the demo"),
+                           tr("<p>The demo of the velmora widget library: its window framework, with the "
+                              "windows of a project saved in the project and brought back when it "
+                              "reopens.</p>"));
+    });
+    _updateTitle();
+}
+
+DemoMainWindow::~DemoMainWindow() = default;
+
+bool DemoMainWindow::openProject(const QString& folder, bool quiet)
+{
+    const bool firstTime = !QFileInfo::exists(QDir(folder).filePath(QStringLiteral("database/windows.xml")));
+    QString message;
+    if (!VssProjectCollection::getInstance()->openProject(folder, &message)) {
+        _failed(message, quiet);
+        _updateTitle();
+        return false;
+    }
+    if (firstTime)
+        _showFirstScenes();
+    _updateTitle();
+    return true;
+}
+
+bool DemoMainWindow::closeProject()
+{
+    QString message;
+    const bool closed = VssProjectCollection::getInstance()->closeProject(&message);
+    if (!closed && !message.isEmpty())
+        _failed(message, false);
+    _updateTitle();
+    return closed;
+}
+
+void DemoMainWindow::closeEvent(QCloseEvent* event)
+{
+    if (!closeProject()) {
+        event->ignore();
+        return;
+    }
+    VwmMainWindow::closeEvent(event);
+}
+
+void DemoMainWindow::_failed(const QString& message, bool quiet)
+{
+    if (quiet)
+        qWarning().noquote() << message;
+    else
+        QMessageBox::warning(this, tr("Project"), message);
+}
+
+void DemoMainWindow::_updateTitle()
+{
+    const VssProject* project = VssProjectCollection::getInstance()->getCurrentProject();
+    setWindowTitle(project ? tr("%1 - Velmora demo").arg(project->getName()) : tr("Velmora demo"));
+}
+
+void DemoMainWindow::_showFirstScenes()
+{
+    const VssProject* project = VssProjectCollection::getInstance()->getCurrentProject();
+    if (!project)
+        return;
+    VsmModelScene& scenes = project->getModelScene();
+    for (const auto& entry : VwwWindowRegistry::getInstance()->getWindows()) {
+        auto* display = qobject_cast<DemoDisplayWindow*>(entry.second.data());
+        if (!display || !display->getScene().isNull())
+            continue;
+        for (int id : scenes.getSceneIds()) {
+            if (scenes.getScene(id)->type == display->getSceneType().getValue()) {
+                display->setScene(scenes.getIdentifier(id));
+                break;
+            }
+        }
+    }
+}
+
+void DemoMainWindow::_updateScenesMenu()
+{
+    _scenesMenu->clear();
+    const VssProject* project = VssProjectCollection::getInstance()->getCurrentProject();
+    if (!project) {
+        _scenesMenu->addAction(tr("No project is open"))->setEnabled(false);
+        return;
+    }
+    VsmModelScene* scenes = &project->getModelScene();
+    for (int id : scenes->getSceneIds()) {
+        const VsmScene* scene = scenes->getScene(id);
+        const VugESceneType type = VugESceneType::fromValue(scene->type, VugESceneType::MAP);
+        QAction* action = _scenesMenu->addAction(tr("%1 (%2)").arg(scene->name, type.getLabel()));
+        connect(action, &QAction::triggered, this, [scenes, id] { scenes->requestOpen(id); });
+    }
+    _scenesMenu->addSeparator();
+    QAction* close = _scenesMenu->addAction(tr("Close the Active Display"), this, [this] {
+        if (auto* display = qobject_cast<VwwASceneWindow*>(activeWindow()))
+            if (VsmModelScene* model = display->getScene().getModel())
+                model->requestClose(display->getScene().getId());
+    });
+    close->setEnabled(qobject_cast<VwwASceneWindow*>(activeWindow()) != nullptr);
+}
+
+void DemoMainWindow::_addSummaryToReport()
+{
+    const VssProject* project = VssProjectCollection::getInstance()->getCurrentProject();
+    VwwReporterWindow* reporter = VwwWindowRegistry::getReporterWindow();
+    if (!project) {
+        reporter->appendText(tr("No project is open."));
+    } else {
+        const VsmModelScene& scenes = project->getModelScene();
+        QString html = tr("<h2>%1</h2><p>%2 scenes:</p><ul>").arg(project->getName().toHtmlEscaped()).arg(scenes.getSceneIds().size());
+        for (int id : scenes.getSceneIds())
+            html += QStringLiteral("<li>%1</li>").arg(scenes.getScene(id)->name.toHtmlEscaped());
+        reporter->appendHtml(html + QStringLiteral("</ul>"));
+        if (QWidget* active = activeWindow())
+            reporter->appendImage(active->grab().toImage(), tr("The active window"));
+    }
+    setActiveWindow(reporter);
+}

@@ -1,0 +1,57 @@
+#include "DemoWindowFactory.h"
+
+#include "DemoDisplayWindow.h"
+
+#include <VssProjectCollection.h>
+#include <VwwDebugWindow.h>
+#include <VwwMessagesWindow.h>
+#include <VwwReporterWindow.h>
+#include <VwwWindowRegistry.h>
+
+VwwAWindow* DemoWindowFactory::createWindow(const QString& classId)
+{
+    if (classId == QLatin1String("Reporter"))
+        return VwwWindowRegistry::getReporterWindow();
+    if (classId == QLatin1String("Messages"))
+        return VwwWindowRegistry::getMessagesWindow(true);
+    if (classId == QLatin1String("Debug"))
+        return VwwWindowRegistry::getDebugWindow();
+    for (auto it = VugESceneType::createIterator(); it.hasNext();) {
+        const VugESceneType& type = it.next();
+        if (classId == DemoDisplayWindow::classIdFor(type))
+            return new DemoDisplayWindow(type, VssProjectCollection::getInstance()->getCurrentProject());
+    }
+    return nullptr;
+}
+
+// The demo has no task windows, batch editor or spreadsheets yet.
+VwwAWindow* DemoWindowFactory::createToolWindow(const QString&) { return nullptr; }
+VwwAWindow* DemoWindowFactory::createBatchEditor(const QString&) { return nullptr; }
+VwwAWindow* DemoWindowFactory::createSpreadsheet(const QString&) { return nullptr; }
+
+VwwAWindow* DemoWindowFactory::createReporterWindow()
+{
+    return VwwWindowRegistry::getReporterWindow();
+}
+
+VwwASceneWindow* DemoWindowFactory::_createDisplay(const VugESceneType& type, const VsoSceneIdentifier& scene)
+{
+    auto* window = new DemoDisplayWindow(type, VssProjectCollection::getInstance()->getCurrentProject());
+    window->setScene(scene);
+    return window;
+}
+
+VwwASceneWindow* DemoWindowFactory::create2DDisplay(const VsoSceneIdentifier& scene)
+{
+    return _createDisplay(VugESceneType::MAP, scene);
+}
+
+VwwASceneWindow* DemoWindowFactory::create3DDisplay(const VsoSceneIdentifier& scene)
+{
+    return _createDisplay(VugESceneType::VIEW_3D, scene);
+}
+
+VwwASceneWindow* DemoWindowFactory::createSceneType4Display(const VsoSceneIdentifier& scene)
+{
+    return _createDisplay(VugESceneType::SECTION, scene);
+}

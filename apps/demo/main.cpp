@@ -1,0 +1,78 @@
+// velmora-demo: a sample project in the library's windows. With no argument it creates
+// (once) and opens the sample project in the user's data folder.
+//   --project DIR      open another project
+//   --screenshot FILE  render the main window to a PNG and quit
+
+#include "DemoMainWindow.h"
+#include "DemoSampleProject.h"
+#include "DemoWindowFactory.h"
+
+#include <VuaResourceProvider.h>
+#include <VwwDebugWindow.h>
+#include <VwwWindowRegistry.h>
+
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QMessageBox>
+#include <QTimer>
+
+int main(int argc, char** argv)
+{
+    VwwDebugWindow::installMessageHandler();
+    QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    QApplication app(argc, argv);
+    QApplication::setOrganizationName(QStringLiteral("Velmora"));
+    QApplication::setApplicationName(QStringLiteral("velmora-demo"));
+    QApplication::setApplicationDisplayName(QObject::tr("Velmora demo"));
+
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QObject::tr("The demo of the velmora widget library."));
+    parser.addHelpOption();
+    const QCommandLineOption projectOption(QStringLiteral("project"), QObject::tr("Open the project in <dir>."),
+                                           QObject::tr("dir"));
+    const QCommandLineOption screenshotOption(QStringLiteral("screenshot"),
+                                              QObject::tr("Save the main window to <file> (PNG) and quit."),
+                                              QObject::tr("file"));
+    parser.addOption(projectOption);
+    parser.addOption(screenshotOption);
+    parser.process(app);
+
+    VuaResourceProvider::setHelpHandler([](const Vua::Resource::HelpId& id) {
+        QMessageBox::information(QApplication::activeWindow(), QObject::tr("Help"),
+                                 QObject::tr("Help on '%1' comes with the application.").arg(id.getTopic()));
+    });
+
+    VwwWindowRegistry::setWindowFactory(new DemoWindowFactory);
+    DemoMainWindow window;
+    VwwWindowRegistry::setMainWindow(&window);
+    window.resize(1280, 800);
+    window.show();
+
+    QString folder = parser.value(projectOption);
+    if (folder.isEmpty()) {
+        folder = DemoSampleProject::defaultFolder();
+        QString message;
+        if (!DemoSampleProject::ensure(folder, &message)) {
+            QMessageBox::critical(&window, QObject::tr("Sample project"), message);
+            return 1;
+        }
+    }
+    const bool quiet = parser.isSet(screenshotOption);
+    if (!window.openProject(folder, quiet) && quiet)
+        return 1;
+
+    if (parser.isSet(screenshotOption)) {
+        const QString file = parser.value(screenshotOption);
+        QTimer::singleShot(500, &window, [&window, file] {
+            if (!window.grab().save(file, "PNG")) {
+                qCritical("velmora-demo: cannot write the screenshot '%s'", qPrintable(file));
+                QApplication::exit(1);
+                return;
+            }
+            window.close();
+            QApplication::exit(0);
+        });
+    }
+    return app.exec();
+}

@@ -1,0 +1,3 @@
+#include "KbcAProgress.h"
+
+KbcAProgress::~KbcAProgress() = default;

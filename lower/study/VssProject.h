@@ -1,0 +1,35 @@
+#pragma once
+// A project: a folder on disk holding "project.xml" and a database folder where the
+// project's models and the application's files ("scenes.xml", "windows.xml") live.
+
+#include <velmora_study_export.h>
+
+#include <QObject>
+#include <QString>
+#include <memory>
+
+class VsmModelScene;
+
+class VELMORA_STUDY_EXPORT VssProject : public QObject
+{
+    Q_OBJECT
+public:
+    // Both throw KbeError with a message for the user when the folder cannot be used.
+    static std::unique_ptr<VssProject> create(const QString& folder, const QString& name);
+    static std::unique_ptr<VssProject> open(const QString& folder);
+    static bool isProjectFolder(const QString& folder);
+
+    ~VssProject() override;
+
+    QString getName() const;
+    QString getFolder() const;
+    QString getDatabaseDirectory() const;
+    VsmModelScene& getModelScene() const;
+
+    // Writes the project file and its scenes; throws KbeError.
+    void save();
+
+private:
+    VssProject(const QString& folder, const QString& name);
+    std::unique_ptr<class VssProjectPrivate> const _d;
+};

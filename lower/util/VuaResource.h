@@ -1,0 +1,71 @@
+#pragma once
+// Identifiers of the application's resources: help topics and icons. An icon id names
+// an icon of the library's own set and, where it has one, the desktop theme's icon for
+// the same thing, which VuaResourceProvider prefers.
+
+#include <velmora_util_export.h>
+
+#include <QString>
+
+namespace Vua {
+namespace Resource {
+
+class HelpId
+{
+public:
+    HelpId() = default;
+    explicit HelpId(const QString& topic)
+        : _topic(topic)
+    {
+    }
+    const QString& getTopic() const { return _topic; }
+    bool isNull() const { return _topic.isEmpty(); }
+    bool operator==(const HelpId& o) const { return _topic == o._topic; }
+    bool operator!=(const HelpId& o) const { return _topic != o._topic; }
+
+private:
+    QString _topic;
+};
+
+class IconId
+{
+public:
+    IconId() = default;
+    IconId(const QString& name, const QString& themeName)
+        : _name(name)
+        , _themeName(themeName)
+    {
+    }
+    const QString& getName() const { return _name; }
+    const QString& getThemeName() const { return _themeName; }
+    bool isNull() const { return _name.isEmpty(); }
+    bool operator==(const IconId& o) const { return _name == o._name; }
+    bool operator!=(const IconId& o) const { return _name != o._name; }
+
+private:
+    QString _name;
+    QString _themeName;
+};
+
+// The icons of the library's own set.
+VELMORA_UTIL_EXPORT IconId iconReporter();
+VELMORA_UTIL_EXPORT IconId iconDisplay2D();
+VELMORA_UTIL_EXPORT IconId iconDisplay3D();
+VELMORA_UTIL_EXPORT IconId iconSection();
+VELMORA_UTIL_EXPORT IconId iconMessages();
+VELMORA_UTIL_EXPORT IconId iconDebug();
+VELMORA_UTIL_EXPORT IconId iconSpreadsheet();
+VELMORA_UTIL_EXPORT IconId iconWindow();
+VELMORA_UTIL_EXPORT IconId iconHelp();
+VELMORA_UTIL_EXPORT IconId iconOpen();
+VELMORA_UTIL_EXPORT IconId iconSave();
+VELMORA_UTIL_EXPORT IconId iconClose();
+VELMORA_UTIL_EXPORT IconId iconClear();
+VELMORA_UTIL_EXPORT IconId iconExport();
+VELMORA_UTIL_EXPORT IconId iconApply();
+VELMORA_UTIL_EXPORT IconId iconInfo();
+VELMORA_UTIL_EXPORT IconId iconWarning();
+VELMORA_UTIL_EXPORT IconId iconError();
+
+} // namespace Resource
+} // namespace Vua

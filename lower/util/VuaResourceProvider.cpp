@@ -1,0 +1,89 @@
+#include "VuaResourceProvider.h"
+
+#include <QDebug>
+#include <QFile>
+#include <QHash>
+
+namespace {
+
+struct ProviderState
+{
+    bool useTheme = true;
+    VuaResourceProvider::HelpHandler help;
+    QHash<QString, QIcon> cache;
+};
+
+ProviderState& state()
+{
+    static ProviderState s;
+    return s;
+}
+
+} // namespace
+
+namespace Vua {
+namespace Resource {
+IconId iconReporter() { return {QStringLiteral("reporter"), QStringLiteral("x-office-document")}; }
+IconId iconDisplay2D() { return {QStringLiteral("display-2d"), QStringLiteral("applications-graphics")}; }
+IconId iconDisplay3D() { return {QStringLiteral("display-3d"), QString()}; }
+IconId iconSection() { return {QStringLiteral("section"), QString()}; }
+IconId iconMessages() { return {QStringLiteral("messages"), QStringLiteral("dialog-information")}; }
+IconId iconDebug() { return {QStringLiteral("debug"), QStringLiteral("utilities-terminal")}; }
+IconId iconSpreadsheet() { return {QStringLiteral("spreadsheet"), QStringLiteral("x-office-spreadsheet")}; }
+IconId iconWindow() { return {QStringLiteral("window"), QStringLiteral("window-new")}; }
+IconId iconHelp() { return {QStringLiteral("help"), QStringLiteral("help-contents")}; }
+IconId iconOpen() { return {QStringLiteral("open"), QStringLiteral("document-open")}; }
+IconId iconSave() { return {QStringLiteral("save"), QStringLiteral("document-save")}; }
+IconId iconClose() { return {QStringLiteral("close"), QStringLiteral("window-close")}; }
+IconId iconClear() { return {QStringLiteral("clear"), QStringLiteral("edit-clear")}; }
+IconId iconExport() { return {QStringLiteral("export"), QStringLiteral("document-save-as")}; }
+IconId iconApply() { return {QStringLiteral("apply"), QStringLiteral("dialog-ok-apply")}; }
+IconId iconInfo() { return {QStringLiteral("info"), QStringLiteral("dialog-information")}; }
+IconId iconWarning() { return {QStringLiteral("warning"), QStringLiteral("dialog-warning")}; }
+IconId iconError() { return {QStringLiteral("error"), QStringLiteral("dialog-error")}; }
+} // namespace Resource
+} // namespace Vua
+
+QIcon VuaResourceProvider::getIcon(const Vua::Resource::IconId& id)
+{
+    if (id.isNull())
+        return QIcon();
+    auto& s = state();
+    const auto cached = s.cache.constFind(id.getName());
+    if (cached != s.cache.cend())
+        return *cached;
+
+    QIcon icon;
+    if (s.useTheme && !id.getThemeName().isEmpty() && QIcon::hasThemeIcon(id.getThemeName()))
+        icon = QIcon::fromTheme(id.getThemeName());
+    if (icon.isNull()) {
+        const QString path = QStringLiteral(":/velmora/icons/%1.svg").arg(id.getName());
+        if (QFile::exists(path))
+            icon = QIcon(path);
+        else
+            qDebug() << "VuaResourceProvider::getIcon: no icon for" << id.getName();
+    }
+    s.cache.insert(id.getName(), icon);
+    return icon;
+}
+
+void VuaResourceProvider::setUseThemeIcons(bool use)
+{
+    if (state().useTheme == use)
+        return;
+    state().useTheme = use;
+    state().cache.clear();
+}
+
+void VuaResourceProvider::setHelpHandler(HelpHandler handler)
+{
+    state().help = std::move(handler);
+}
+
+void VuaResourceProvider::showHelp(const Vua::Resource::HelpId& id)
+{
+    if (state().help)
+        state().help(id);
+    else
+        qInfo() << "VuaResourceProvider::showHelp: no help viewer for" << id.getTopic();
+}

@@ -1,0 +1,584 @@
+#include "VwwWindowRegistry.h"
+
+#include "VwwASceneWindow.h"
+#include "VwwAWindow.h"
+#include "VwwDebugWindow.h"
+#include "VwwIWindowFactory.h"
+#include "VwwMessagesWindow.h"
+#include "VwwReporterWindow.h"
+#include "VwwWindowModel.h"
+
+#include <KbbDebug.h>
+#include <KbeError.h>
+#include <VsmModelScene.h>
+#include <VsoSceneFilter.h>
+#include <VssProject.h>
+#include <VssProjectCollection.h>
+#include <VuaApplication.h>
+#include <VuoUpdateModifyLock.h>
+#include <VusFileUtils.h>
+#include <VuxXml.h>
+#include <VwdGpsDialog.h>
+#include <VwmAMainWindow.h>
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QSet>
+
+namespace {
+
+const QString kFileName = QStringLiteral("windows.xml");
+const QString kDocType = QStringLiteral("windows");
+const QString kRoot = QStringLiteral("windows");
+const QString kWindowList = QStringLiteral("window-list");
+const QString kWindow = QStringLiteral("window");
+const QString kClassId = QStringLiteral("class-id");
+const QString kWorkspace = QStringLiteral("workspace");
+
+QString tr(const char* text)
+{
+    return QCoreApplication::translate("VwwWindowRegistry", text);
+}
+
+} // namespace
+
+class VwwWindowRegistryPrivate
+{
+public:
+    VwwWindowRegistry::WindowMap windows;
+    QPointer<VwmAMainWindow> mainWindow;
+    QPointer<VwwWindowModel> windowModel;
+    QPointer<VwwDebugWindow> debugWindow;
+    QPointer<VwwReporterWindow> reporterWindow;
+    QPointer<VwwMessagesWindow> messagesWindow;
+    VsmModelScene* sceneModel = nullptr;
+    std::unique_ptr<VwwIWindowFactory> factory;
+    QPointer<VwdGpsDialog> gpsDialog;
+    bool userCanChangeWindows = true;
+
+    // A snapshot of guarded pointers: a window deleted by the code a walk calls reads as null.
+    QList<QPointer<VwwAWindow>> liveWindows() const
+    {
+        QList<QPointer<VwwAWindow>> list;
+        for (const auto& e : windows)
+            if (e.second)
+                list.append(e.second);
+        return list;
+    }
+};
+
+VwwWindowRegistry::VwwWindowRegistry()
+    : _d(std::make_unique<VwwWindowRegistryPrivate>())
+{
+    _d->windowModel = new VwwWindowModel;
+    VssProjectCollection::getInstance()->addObserver(this);
+    VuoUpdateModifyLock::addListener(this);
+}
+
+VwwWindowRegistry::~VwwWindowRegistry()
+{
+    VuoUpdateModifyLock::removeListener(this);
+    VssProjectCollection::getInstance()->removeObserver(this);
+    if (_d->sceneModel)
+        _d->sceneModel->removeObserver(this);
+}
+
+VwwWindowRegistry* VwwWindowRegistry::getInstance()
+{
+    // Never destroyed: windows and observables that outlive main() still call it.
+    static VwwWindowRegistry* const instance = new VwwWindowRegistry;
+    return instance;
+}
+
+const VwwWindowRegistry::WindowMap& VwwWindowRegistry::getWindows() const
+{
+    return _d->windows;
+}
+
+void VwwWindowRegistry::add(VwwAWindow* window, bool docked)
+{
+    if (!window)
+        return;
+    auto& d = *getInstance()->_d;
+    if (d.windows.contains(window->getWindowID()))
+        return;
+    d.windows.insert(window->getWindowID(), window);
+    if (d.mainWindow)
+        d.mainWindow->addWindow(window, docked);
+    if (d.windowModel)
+        d.windowModel->addWindow(window);
+}
+
+VwwAWindow* VwwWindowRegistry::remove(int id)
+{
+    auto& d = *getInstance()->_d;
+    if (!d.windows.contains(id))
+        return nullptr;
+    VwwAWindow* window = d.windows.take(id);
+    if (!window)
+        return nullptr;
+    if (d.mainWindow)
+        d.mainWindow->removeWindow(window);
+    if (d.windowModel)
+        d.windowModel->removeWindow(window);
+    return window;
+}
+
+VwwAWindow* VwwWindowRegistry::getWindow(int id)
+{
+    return getInstance()->_d->windows.value(id);
+}
+
+VwwAWindow* VwwWindowRegistry::widgetToWindow(const QWidget* widget)
+{
+    if (!widget)
+        return nullptr;
+    for (const QPointer<VwwAWindow>& window : getInstance()->_d->liveWindows())
+        if (window && (window == widget || window->isAncestorOf(widget)))
+            return window;
+    return nullptr;
+}
+
+VwwAWindow* VwwWindowRegistry::createWindow(const QString& classId)
+{
+    auto* self = getInstance();
+    if (!self->_d->factory)
+        return nullptr;
+    VwwAWindow* window = self->_d->factory->createWindow(classId);
+    if (auto* scene = qobject_cast<VwwASceneWindow*>(window))
+        self->_connectGps(scene);
+    return window;
+}
+
+void VwwWindowRegistry::_connectGps(VwwASceneWindow* window)
+{
+    if (!window || !_d->gpsDialog)
+        return;
+    window->connectGps(_d->gpsDialog, SIGNAL(gpsEnabled(bool)), SIGNAL(gpsVisibleOnMap(bool)),
+                       SIGNAL(gpsCenteredOnMap(bool)), SIGNAL(gpsPositionChanged(const QPointF&, bool)), true);
+}
+
+void VwwWindowRegistry::openDisplay(const VsoSceneIdentifier& scene)
+{
+    auto* self = getInstance();
+    auto& d = *self->_d;
+    if (scene.isNull() || !scene.exists() || scene.getModel() != d.sceneModel)
+        return;
+    for (const QPointer<VwwAWindow>& window : d.liveWindows()) {
+        auto* sceneWindow = qobject_cast<VwwASceneWindow*>(window.data());
+        if (sceneWindow && sceneWindow->getScene() == scene) {
+            if (d.mainWindow)
+                d.mainWindow->setActiveWindow(sceneWindow);
+            sceneWindow->raise();
+            return;
+        }
+    }
+    if (!d.factory)
+        return;
+    VwwASceneWindow* window = nullptr;
+    switch (scene.getSceneType()) {
+    case 2: window = d.factory->create2DDisplay(scene); break;
+    case 3: window = d.factory->create3DDisplay(scene); break;
+    case 4: window = d.factory->createSceneType4Display(scene); break;
+    default: break;
+    }
+    self->_connectGps(window);
+}
+
+void VwwWindowRegistry::closeDisplay(const VsoSceneIdentifier& scene)
+{
+    auto& d = *getInstance()->_d;
+    if (scene.isNull() || !scene.exists() || scene.getModel() != d.sceneModel)
+        return;
+    for (const QPointer<VwwAWindow>& window : d.liveWindows()) {
+        auto* sceneWindow = qobject_cast<VwwASceneWindow*>(window.data());
+        if (!sceneWindow || sceneWindow->getScene() != scene)
+            continue;
+        if (sceneWindow->isRemovable()) {
+            remove(sceneWindow->getWindowID());
+            delete sceneWindow;
+        } else {
+            sceneWindow->setScene(VsoSceneIdentifier());
+        }
+        return;
+    }
+}
+
+VsoSceneIdentifier VwwWindowRegistry::getOpenedDisplay(const VsoSceneFilter& filter)
+{
+    for (const QPointer<VwwAWindow>& window : getInstance()->_d->liveWindows()) {
+        auto* sceneWindow = qobject_cast<VwwASceneWindow*>(window.data());
+        if (sceneWindow && sceneWindow->isVisible() && filter.check(sceneWindow->getScene()))
+            return sceneWindow->getScene();
+    }
+    return VsoSceneIdentifier();
+}
+
+void VwwWindowRegistry::clear()
+{
+    auto& d = *getInstance()->_d;
+    delete d.windowModel.data();
+    for (const QPointer<VwwAWindow>& window : d.liveWindows()) {
+        if (!window)
+            continue;
+        if (d.mainWindow)
+            d.mainWindow->removeWindow(window);
+        delete window.data();
+    }
+    d.windows.clear();
+    d.mainWindow = nullptr;
+}
+
+VwwDebugWindow* VwwWindowRegistry::getDebugWindow()
+{
+    auto& d = *getInstance()->_d;
+    if (!d.debugWindow)
+        d.debugWindow = new VwwDebugWindow;
+    return d.debugWindow;
+}
+
+VwwReporterWindow* VwwWindowRegistry::getReporterWindow()
+{
+    auto& d = *getInstance()->_d;
+    if (!d.reporterWindow)
+        d.reporterWindow = new VwwReporterWindow;
+    return d.reporterWindow;
+}
+
+VwwMessagesWindow* VwwWindowRegistry::getMessagesWindow(bool create)
+{
+    auto& d = *getInstance()->_d;
+    if (!d.messagesWindow && create)
+        d.messagesWindow = new VwwMessagesWindow;
+    return d.messagesWindow;
+}
+
+QWidget* VwwWindowRegistry::getMainWindow()
+{
+    return getInstance()->_d->mainWindow.data();
+}
+
+void VwwWindowRegistry::setMainWindow(VwmAMainWindow* mainWindow)
+{
+    getInstance()->_d->mainWindow = mainWindow;
+}
+
+VwwWindowModel* VwwWindowRegistry::getWindowModel()
+{
+    auto& d = *getInstance()->_d;
+    if (!d.windowModel) {
+        // clear() deleted the previous model: the new one starts with the live windows.
+        d.windowModel = new VwwWindowModel;
+        for (const QPointer<VwwAWindow>& window : d.liveWindows())
+            d.windowModel->addWindow(window);
+    }
+    return d.windowModel;
+}
+
+void VwwWindowRegistry::setWindowFactory(VwwIWindowFactory* factory)
+{
+    auto& d = *getInstance()->_d;
+    if (d.factory.get() == factory)
+        return;
+    d.factory.reset(factory);
+}
+
+VwwIWindowFactory* VwwWindowRegistry::getWindowFactory()
+{
+    return getInstance()->_d->factory.get();
+}
+
+void VwwWindowRegistry::setGpsDialog(VwdGpsDialog* dialog)
+{
+    getInstance()->_d->gpsDialog = dialog;
+}
+
+void VwwWindowRegistry::enableUserToChangeWindows(bool enable)
+{
+    getInstance()->_d->userCanChangeWindows = enable;
+}
+
+bool VwwWindowRegistry::userCanChangeWindows()
+{
+    return getInstance()->_d->userCanChangeWindows;
+}
+
+template <class F>
+void VwwWindowRegistry::_forEachWindow(const char* failureText, F&& call)
+{
+    for (const QPointer<VwwAWindow>& window : _d->liveWindows()) {
+        if (!window)
+            continue;
+        const QString title = window->getTitle();
+        try {
+            call(window.data());
+        } catch (...) {
+            KbbDebug::printError(tr(failureText).arg(title, KbbDebug::describeCurrentException()));
+        }
+    }
+}
+
+// --- the windows file ---------------------------------------------------------------------
+
+QString VwwWindowRegistry::windowsFilePath(const VssProject& project)
+{
+    return QDir(project.getDatabaseDirectory()).filePath(kFileName);
+}
+
+void VwwWindowRegistry::_saveWindows(const VwwWindowTypeFlags& types)
+{
+    VssProject* project = VssProjectCollection::getInstance()->getCurrentProject();
+    if (!project) {
+        qDebug("VwwWindowRegistry::_saveWindows: no project is open");
+        return;
+    }
+    const QString path = windowsFilePath(*project);
+    // The new file replaces the old one atomically; only something that is not a file
+    // (a folder left in its place) is removed first.
+    if (QFileInfo::exists(path) && !QFileInfo(path).isFile())
+        VusFileUtils::removePath(path, true);
+
+    QDomDocument document(kDocType);
+    QDomElement root = document.createElement(kRoot);
+    document.appendChild(root);
+    QDomElement list = document.createElement(kWindowList);
+    root.appendChild(list);
+
+    for (const QPointer<VwwAWindow>& window : _d->liveWindows()) {
+        if (!window || !types.testFlag(window->whichWindowType()))
+            continue;
+        const auto* sceneWindow = qobject_cast<const VwwASceneWindow*>(window.data());
+        if (sceneWindow && sceneWindow->getScene().getId() < 1)
+            continue;
+        const QString title = window->getTitle();
+        try {
+            QDomElement element = document.createElement(kWindow);
+            element.setAttribute(kClassId, window->getClassID());
+            VuxXml::saveFields(document, element, window->serialize());
+            list.appendChild(element);
+        } catch (...) {
+            KbbDebug::printWarning(tr("Saving window '%1' failed: %2").arg(title, KbbDebug::describeCurrentException()));
+        }
+    }
+
+    QDomElement workspace = document.createElement(kWorkspace);
+    root.appendChild(workspace);
+    if (_d->mainWindow)
+        _d->mainWindow->saveWorkspaceToXml(workspace);
+
+    try {
+        VuxXml::saveXml(path, document);
+    } catch (const KbeError& e) {
+        KbbDebug::printError(tr("The windows of the project '%1' could not be saved: %2").arg(project->getName(), e.getMessage()));
+    }
+}
+
+void VwwWindowRegistry::readWindowsFile(const QString& path, WindowData& windowsData, QDomElement& workspace)
+{
+    if (!QFileInfo::exists(path))
+        return;
+    const QDomDocument document = VuxXml::readXml(path, kDocType);
+    const QDomElement root = document.documentElement();
+    if (root.tagName() != kRoot)
+        throw KbeError(tr("'%1' does not hold saved windows (its root element is '%2').")
+                           .arg(QDir::toNativeSeparators(path), root.tagName()));
+    const QDomElement list = root.firstChildElement(kWindowList);
+    if (list.isNull())
+        return;
+    WindowData data;
+    for (QDomElement e = list.firstChildElement(kWindow); !e.isNull(); e = e.nextSiblingElement(kWindow))
+        data.append({e.attribute(kClassId), VuxXml::loadFields(e)});
+    windowsData.append(data);
+    const QDomElement ws = root.firstChildElement(kWorkspace);
+    if (!ws.isNull())
+        workspace = ws;
+}
+
+void VwwWindowRegistry::_loadWindowsData(VssProject& project, WindowData& windowsData, QDomElement& workspace)
+{
+    const QString path = windowsFilePath(project);
+    try {
+        readWindowsFile(path, windowsData, workspace);
+    } catch (const KbeError& e) {
+        // Keep the unreadable file beside the new one that closing the project writes.
+        const QString kept = path + QStringLiteral(".bad");
+        QFile::remove(kept);
+        QFile::copy(path, kept);
+        KbbDebug::printWarning(tr("The windows of the project '%1' cannot be restored; it opens with its default "
+                                  "windows. The unreadable file is kept as '%2'.\n%3")
+                                   .arg(project.getName(), QDir::toNativeSeparators(kept), e.getMessage()));
+        windowsData.clear();
+        workspace = QDomElement();
+    }
+}
+
+// --- project observer ---------------------------------------------------------------------
+
+void VwwWindowRegistry::projectOpened(VssProject& project)
+{
+    _forEachWindow("Error occurred in window '%1': %2", [&project](VwwAWindow* w) { w->projectOpened(project); });
+    const QList<QPointer<VwwAWindow>> snapshot = _d->liveWindows();
+
+    if (_d->sceneModel)
+        _d->sceneModel->removeObserver(this);
+    _d->sceneModel = &project.getModelScene();
+    _d->sceneModel->addObserver(this);
+
+    WindowData windowsData;
+    QDomElement workspace;
+    _loadWindowsData(project, windowsData, workspace);
+
+    if (_d->userCanChangeWindows) {
+        for (const auto& entry : qAsConst(windowsData)) {
+            QPointer<VwwAWindow> window = createWindow(entry.first);
+            if (!window) {
+                qDebug() << "VwwWindowRegistry::projectOpened: no window for the class id" << entry.first;
+                continue;
+            }
+            bool restored = false;
+            try {
+                if (!snapshot.contains(window))
+                    window->projectOpened(project);
+                restored = window && window->unserialize(entry.second);
+            } catch (...) {
+                KbbDebug::printWarning(tr("Restoring window '%1' failed: %2")
+                                           .arg(window ? window->getTitle() : entry.first,
+                                                KbbDebug::describeCurrentException()));
+            }
+            if (!restored)
+                delete window.data();
+        }
+    }
+
+    if (_d->factory) {
+        bool needReporter = true;
+        bool need2D = true;
+        bool need3D = VuaApplication::shouldSpawnDefault3DV();
+        for (const QPointer<VwwAWindow>& window : _d->liveWindows()) {
+            if (!window)
+                continue;
+            if (auto* sceneWindow = qobject_cast<VwwASceneWindow*>(window.data())) {
+                const KbgEDimension dim = sceneWindow->getDimension();
+                if (dim == KbgEDimension::DIM_2D)
+                    need2D = false;
+                else if (dim == KbgEDimension::DIM_3D)
+                    need3D = false;
+            } else if (window->whichWindowType() == VwwEWindowType::REPORTER) {
+                needReporter = false;
+            }
+        }
+        if (needReporter)
+            _d->factory->createReporterWindow();
+        if (need3D)
+            _d->factory->create3DDisplay(VsoSceneIdentifier());
+        if (need2D)
+            _connectGps(_d->factory->create2DDisplay(VsoSceneIdentifier()));
+    }
+
+    if (_d->mainWindow)
+        _d->mainWindow->restoreWorkspaceFromXml(workspace);
+}
+
+bool VwwWindowRegistry::isReadyToClose()
+{
+    for (const QPointer<VwwAWindow>& window : _d->liveWindows())
+        if (window && !window->isReadyToClose())
+            return false;
+    saveInProject();
+    _saveWindows(VwwWindowTypeFlags{VwwEWindowType::DISPLAY, VwwEWindowType::REPORTER});
+    return true;
+}
+
+void VwwWindowRegistry::saveInProject()
+{
+    _forEachWindow("Error occurred in window '%1': %2", [](VwwAWindow* w) { w->saveInProject(); });
+}
+
+void VwwWindowRegistry::projectAboutToClose()
+{
+    if (_d->sceneModel) {
+        _d->sceneModel->removeObserver(this);
+        _d->sceneModel = nullptr;
+    }
+    for (const QPointer<VwwAWindow>& window : _d->liveWindows()) {
+        if (!window)
+            continue;
+        const QString title = window->getTitle();
+        try {
+            window->projectAboutToClose();
+        } catch (...) {
+            KbbDebug::printError(tr("Error occurred in window '%1': %2").arg(title, KbbDebug::describeCurrentException()));
+        }
+        // A removable window goes also when it failed to close cleanly.
+        if (window && window->isRemovable()) {
+            remove(window->getWindowID());
+            delete window.data();
+        }
+    }
+    if (_d->mainWindow)
+        _d->mainWindow->clearHiddenWindows();
+}
+
+// --- scene model observer -----------------------------------------------------------------
+
+void VwwWindowRegistry::update(const VsmModifScene& modif)
+{
+    if (modif.hasModifsForReason(VsmModifScene::SCENE_OPEN_REQUESTED))
+        for (const VsoSceneIdentifier& scene : modif.getIdentsForReasons(VsmModifScene::SCENE_OPEN_REQUESTED))
+            openDisplay(scene);
+    if (modif.hasModifsForReason(VsmModifScene::SCENE_CLOSE_REQUESTED))
+        for (const VsoSceneIdentifier& scene : modif.getIdentsForReasons(VsmModifScene::SCENE_CLOSE_REQUESTED))
+            closeDisplay(scene);
+}
+
+void VwwWindowRegistry::destroyed(const VuoAObservable<VsmModifScene>* observable)
+{
+    if (observable == _d->sceneModel)
+        _d->sceneModel = nullptr;
+}
+
+void VwwWindowRegistry::lockModifyUpdate()
+{
+    for (const QPointer<VwwAWindow>& window : _d->liveWindows())
+        if (window)
+            window->lockModifyUpdate();
+}
+
+void VwwWindowRegistry::unlockModifyUpdate()
+{
+    for (const QPointer<VwwAWindow>& window : _d->liveWindows())
+        if (window)
+            window->unlockModifyUpdate();
+}
+
+// --- iterator -----------------------------------------------------------------------------
+
+VwwWindowRegistryIterator::VwwWindowRegistryIterator(VwwWindowRegistry* registry, const VwwEWindowType& type)
+    : _windows(registry ? registry->getWindows() : VwwWindowRegistry::WindowMap())
+    , _type(type)
+{
+}
+
+VwwWindowRegistryIterator::VwwWindowRegistryIterator(const VwwWindowRegistryIterator& other) = default;
+VwwWindowRegistryIterator& VwwWindowRegistryIterator::operator=(const VwwWindowRegistryIterator& other) = default;
+VwwWindowRegistryIterator::~VwwWindowRegistryIterator() = default;
+
+bool VwwWindowRegistryIterator::hasNext()
+{
+    while (_cursor < _windows.size()) {
+        const QPointer<VwwAWindow>& window = _windows.at(_cursor).second;
+        if (window && window->whichWindowType() == _type)
+            return true;
+        ++_cursor;
+    }
+    return false;
+}
+
+VwwAWindow* VwwWindowRegistryIterator::next()
+{
+    if (!hasNext())
+        return nullptr;
+    return _windows.at(_cursor++).second.data();
+}
