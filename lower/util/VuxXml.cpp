@@ -1,15 +1,17 @@
 #include "VuxXml.h"
 
 #include <KbeError.h>
+#include <VuxXmlReader.h>
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
-#include <QVector>
-#include <QXmlStreamReader>
+#include <QTemporaryFile>
 #include <QXmlStreamWriter>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
 
 namespace {
 
@@ -30,6 +32,11 @@ QDomDocument VuxXml::readXml(const QString& path, const QString& docTypeName)
 
 QDomDocument VuxXml::readXml(const QString& path, const QString& docTypeName, const Limits& limits)
 {
+    return parseXml(readFile(path, limits), docTypeName, limits, QDir::toNativeSeparators(path));
+}
+
+QByteArray VuxXml::readFile(const QString& path, const Limits& limits)
+{
     const QFileInfo info(path);
     if (!info.isFile())
         throw KbeError(tr("'%1' is not a file.").arg(QDir::toNativeSeparators(path)));
@@ -41,66 +48,24 @@ QDomDocument VuxXml::readXml(const QString& path, const QString& docTypeName, co
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         throw KbeError(tr("'%1' cannot be read: %2").arg(QDir::toNativeSeparators(path), file.errorString()));
-    // Read one byte past the limit so that a file that grew since the size check is caught.
+    // One byte past the limit, so that a file that grew since the size check is caught.
     const QByteArray data = file.read(limits.maxBytes + 1);
     if (data.size() > limits.maxBytes)
         throw KbeError(tr("'%1' is too large (at most %2 bytes are read).")
                            .arg(QDir::toNativeSeparators(path))
                            .arg(limits.maxBytes));
-    return parseXml(data, docTypeName, limits, QDir::toNativeSeparators(path));
+    return data;
 }
 
 QDomDocument VuxXml::parseXml(const QByteArray& data, const QString& docTypeName, const Limits& limits,
                               const QString& sourceName)
 {
     QDomDocument document(docTypeName);
-    QXmlStreamReader reader(data);
-    QVector<QDomNode> stack;
-    stack.append(document);
-
-    auto fail = [&](const QString& reason) {
-        throw KbeError(tr("'%1' is not a valid file (line %2, column %3): %4")
-                           .arg(sourceName)
-                           .arg(reader.lineNumber())
-                           .arg(reader.columnNumber())
-                           .arg(reason));
-    };
-
-    while (!reader.atEnd()) {
-        switch (reader.readNext()) {
-        case QXmlStreamReader::DTD:
-            if (!reader.entityDeclarations().isEmpty() || !reader.notationDeclarations().isEmpty())
-                fail(tr("it declares entities, which are not accepted"));
-            break;
-        case QXmlStreamReader::StartElement: {
-            if (stack.size() > limits.maxDepth)
-                fail(tr("elements are nested deeper than %1 levels").arg(limits.maxDepth));
-            QDomElement element = document.createElement(reader.name().toString());
-            for (const QXmlStreamAttribute& a : reader.attributes())
-                element.setAttribute(a.qualifiedName().toString(), a.value().toString());
-            stack.last().appendChild(element);
-            stack.append(element);
-            break;
-        }
-        case QXmlStreamReader::EndElement:
-            stack.removeLast();
-            break;
-        case QXmlStreamReader::Characters:
-            if (stack.size() > 1 && !reader.isWhitespace())
-                stack.last().appendChild(reader.isCDATA() ? QDomNode(document.createCDATASection(reader.text().toString()))
-                                                          : QDomNode(document.createTextNode(reader.text().toString())));
-            break;
-        case QXmlStreamReader::EntityReference:
-            fail(tr("it refers to the undeclared entity '%1'").arg(reader.name()));
-            break;
-        default:
-            break;
-        }
-    }
-    if (reader.hasError())
-        fail(reader.errorString());
-    if (document.documentElement().isNull())
-        fail(tr("it has no root element"));
+    VuxXmlReader reader(data, sourceName, limits);
+    if (!reader.readNextStartElement())
+        reader.fail(tr("it has no root element"));
+    document.appendChild(reader.readSubtree(document));
+    reader.finish();
     return document;
 }
 
@@ -111,11 +76,22 @@ void VuxXml::saveXml(const QString& path, const QDomDocument& document)
 
 void VuxXml::saveXml(const QString& path, const QByteArray& content)
 {
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly))
-        throw KbeError(tr("'%1' cannot be written: %2").arg(QDir::toNativeSeparators(path), file.errorString()));
-    if (file.write(content) != content.size() || !file.commit())
-        throw KbeError(tr("'%1' cannot be written: %2").arg(QDir::toNativeSeparators(path), file.errorString()));
+    // Written beside the target and renamed over it: a failure at any point leaves the
+    // previous file whole. There is no sync to disk: the rename is atomic for readers and
+    // the files are small ones the application rewrites at every save.
+    QTemporaryFile file(path + QStringLiteral(".XXXXXX"));
+    auto failed = [&path](const QString& reason) {
+        return KbeError(tr("'%1' cannot be written: %2").arg(QDir::toNativeSeparators(path), reason));
+    };
+    if (!file.open())
+        throw failed(file.errorString());
+    if (file.write(content) != content.size() || !file.flush())
+        throw failed(file.errorString());
+    file.close();
+    if (std::rename(QFile::encodeName(file.fileName()).constData(), QFile::encodeName(path).constData()) != 0)
+        throw failed(QString::fromLocal8Bit(std::strerror(errno)));
+    file.setAutoRemove(false);
+    QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup | QFile::ReadOther);
 }
 
 void VuxXml::saveFields(QDomDocument& document, QDomElement& element, const Fields& fields)
@@ -147,16 +123,19 @@ void VuxXml::writeFields(QXmlStreamWriter& writer, const Fields& fields)
     }
 }
 
-VuxXml::Fields VuxXml::readFields(QXmlStreamReader& reader)
+void VuxXml::writeElement(QXmlStreamWriter& writer, const QDomElement& element)
 {
-    Fields fields;
-    while (reader.readNextStartElement()) {
-        if (reader.name() == kField) {
-            const QString name = reader.attributes().value(kName).toString();
-            fields.insert(name, reader.readElementText(QXmlStreamReader::SkipChildElements));
-        } else {
-            reader.skipCurrentElement();
-        }
+    writer.writeStartElement(element.tagName());
+    const QDomNamedNodeMap attributes = element.attributes();
+    for (int i = 0; i < attributes.count(); ++i) {
+        const QDomAttr a = attributes.item(i).toAttr();
+        writer.writeAttribute(a.name(), a.value());
     }
-    return fields;
+    for (QDomNode n = element.firstChild(); !n.isNull(); n = n.nextSibling()) {
+        if (n.isElement())
+            writeElement(writer, n.toElement());
+        else if (n.isCharacterData())
+            writer.writeCharacters(n.nodeValue());
+    }
+    writer.writeEndElement();
 }

@@ -14,7 +14,6 @@
 #include <QDomDocument>
 #include <QString>
 
-class QXmlStreamReader;
 class QXmlStreamWriter;
 
 class VELMORA_UTIL_EXPORT VuxXml
@@ -30,6 +29,8 @@ public:
 
     static QDomDocument readXml(const QString& path, const QString& docTypeName, const Limits& limits);
     static QDomDocument readXml(const QString& path, const QString& docTypeName);
+    // The bytes of a file of at most limits.maxBytes; throws KbeError.
+    static QByteArray readFile(const QString& path, const Limits& limits);
     static QDomDocument parseXml(const QByteArray& data, const QString& docTypeName, const Limits& limits,
                                  const QString& sourceName);
     static void saveXml(const QString& path, const QDomDocument& document);
@@ -38,10 +39,11 @@ public:
     static void saveFields(QDomDocument& document, QDomElement& element, const Fields& fields);
     static Fields loadFields(const QDomElement& element);
 
-    // The same fields through a stream: writeFields() writes the <field> children of the
-    // current element; readFields() reads them up to the end of the current element.
+    // The same fields through a stream writer, as children of its current element
+    // (VuxXmlReader::readFields() reads them back).
     static void writeFields(QXmlStreamWriter& writer, const Fields& fields);
-    static Fields readFields(QXmlStreamReader& reader);
+    // Writes a DOM element with its attributes, text and children.
+    static void writeElement(QXmlStreamWriter& writer, const QDomElement& element);
 
     VuxXml() = delete;
 };

@@ -18,6 +18,7 @@
 #include <VuoUpdateModifyLock.h>
 #include <VusFileUtils.h>
 #include <VuxXml.h>
+#include <VuxXmlReader.h>
 #include <VwdGpsDialog.h>
 #include <VwmAMainWindow.h>
 
@@ -25,7 +26,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSet>
+#include <QXmlStreamWriter>
 
 namespace {
 
@@ -340,12 +341,14 @@ void VwwWindowRegistry::_saveWindows(const VwwWindowTypeFlags& types)
     if (QFileInfo::exists(path) && !QFileInfo(path).isFile())
         VusFileUtils::removePath(path, true);
 
-    QDomDocument document(kDocType);
-    QDomElement root = document.createElement(kRoot);
-    document.appendChild(root);
-    QDomElement list = document.createElement(kWindowList);
-    root.appendChild(list);
-
+    QByteArray content;
+    QXmlStreamWriter xml(&content);
+    xml.setAutoFormatting(true);
+    xml.setAutoFormattingIndent(1);
+    xml.writeStartDocument();
+    xml.writeDTD(QStringLiteral("<!DOCTYPE %1>").arg(kDocType));
+    xml.writeStartElement(kRoot);
+    xml.writeStartElement(kWindowList);
     for (const QPointer<VwwAWindow>& window : _d->liveWindows()) {
         if (!window || !types.testFlag(window->whichWindowType()))
             continue;
@@ -354,22 +357,30 @@ void VwwWindowRegistry::_saveWindows(const VwwWindowTypeFlags& types)
             continue;
         const QString title = window->getTitle();
         try {
-            QDomElement element = document.createElement(kWindow);
-            element.setAttribute(kClassId, window->getClassID());
-            VuxXml::saveFields(document, element, window->serialize());
-            list.appendChild(element);
+            // Both calls may throw: nothing is written for the window until they are done.
+            const QString classId = window->getClassID();
+            const Fields fields = window->serialize();
+            xml.writeStartElement(kWindow);
+            xml.writeAttribute(kClassId, classId);
+            VuxXml::writeFields(xml, fields);
+            xml.writeEndElement();
         } catch (...) {
             KbbDebug::printWarning(tr("Saving window '%1' failed: %2").arg(title, KbbDebug::describeCurrentException()));
         }
     }
+    xml.writeEndElement();
 
-    QDomElement workspace = document.createElement(kWorkspace);
-    root.appendChild(workspace);
+    QDomDocument workspaceDocument;
+    QDomElement workspace = workspaceDocument.createElement(kWorkspace);
+    workspaceDocument.appendChild(workspace);
     if (_d->mainWindow)
         _d->mainWindow->saveWorkspaceToXml(workspace);
+    VuxXml::writeElement(xml, workspace);
+    xml.writeEndElement();
+    xml.writeEndDocument();
 
     try {
-        VuxXml::saveXml(path, document);
+        VuxXml::saveXml(path, content);
     } catch (const KbeError& e) {
         KbbDebug::printError(tr("The windows of the project '%1' could not be saved: %2").arg(project->getName(), e.getMessage()));
     }
@@ -379,19 +390,38 @@ void VwwWindowRegistry::readWindowsFile(const QString& path, WindowData& windows
 {
     if (!QFileInfo::exists(path))
         return;
-    const QDomDocument document = VuxXml::readXml(path, kDocType);
-    const QDomElement root = document.documentElement();
-    if (root.tagName() != kRoot)
+    const VuxXml::Limits limits;
+    VuxXmlReader xml(VuxXml::readFile(path, limits), QDir::toNativeSeparators(path), limits);
+    if (!xml.readNextStartElement())
+        xml.fail(tr("it has no root element"));
+    if (xml.name() != kRoot)
         throw KbeError(tr("'%1' does not hold saved windows (its root element is '%2').")
-                           .arg(QDir::toNativeSeparators(path), root.tagName()));
-    const QDomElement list = root.firstChildElement(kWindowList);
-    if (list.isNull())
-        return;
+                           .arg(QDir::toNativeSeparators(path), xml.name().toString()));
     WindowData data;
-    for (QDomElement e = list.firstChildElement(kWindow); !e.isNull(); e = e.nextSiblingElement(kWindow))
-        data.append({e.attribute(kClassId), VuxXml::loadFields(e)});
+    QDomDocument document(kDocType);
+    QDomElement ws;
+    bool listSeen = false;
+    while (xml.readNextStartElement()) {
+        if (xml.name() == kWindowList && !listSeen) {
+            listSeen = true;
+            while (xml.readNextStartElement()) {
+                if (xml.name() != kWindow) {
+                    xml.skipCurrentElement();
+                    continue;
+                }
+                const QString classId = xml.attribute(kClassId).toString();
+                data.append({classId, xml.readFields()});
+            }
+        } else if (xml.name() == kWorkspace && ws.isNull()) {
+            ws = xml.readSubtree(document);
+            document.appendChild(ws);
+        } else {
+            xml.skipCurrentElement();
+        }
+    }
+    // A damaged tail makes the whole file unreadable: no half of it is restored.
+    xml.finish();
     windowsData.append(data);
-    const QDomElement ws = root.firstChildElement(kWorkspace);
     if (!ws.isNull())
         workspace = ws;
 }

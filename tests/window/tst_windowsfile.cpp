@@ -1,0 +1,220 @@
+#include "FakeMainWindow.h"
+#include "TestWindows.h"
+
+#include <KbbDebug.h>
+
+#include <QtTest>
+#include <csignal>
+#include <sys/resource.h>
+
+// "windows.xml" as found on disk: good, damaged or hostile.
+class TestWindowsFile : public QObject
+{
+    Q_OBJECT
+
+    QTemporaryDir _dir;
+    int _count = 0;
+    QStringList _warnings;
+    int _sink = 0;
+
+    QString newProject()
+    {
+        const QString folder = _dir.filePath(QStringLiteral("p%1").arg(++_count));
+        auto project = VssProject::create(folder, QStringLiteral("Field %1").arg(_count));
+        project->getModelScene().createScene(QStringLiteral("Map"), 2);
+        project->save();
+        return folder;
+    }
+
+    static QString windowsFile(const QString& folder)
+    {
+        return QDir(folder).filePath(QStringLiteral("database/windows.xml"));
+    }
+
+    static QByteArray readAll(const QString& path)
+    {
+        QFile f(path);
+        return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+    }
+
+private Q_SLOTS:
+    void init()
+    {
+        resetWindowFramework();
+        _warnings.clear();
+        _sink = KbbDebug::addSink([this](KbbDebug::Level level, const QString& text) {
+            if (level >= KbbDebug::Level::Warning)
+                _warnings << text;
+        });
+    }
+    void cleanup()
+    {
+        KbbDebug::removeSink(_sink);
+        resetWindowFramework();
+    }
+
+    void badFiles_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<bool>("warns");
+
+        const QByteArray head = "<?xml version=\"1.0\"?>\n<!DOCTYPE windows>\n";
+        QTest::newRow("wrong root") << head + "<layout><window-list><window class-id=\"Test2D\"/></window-list></layout>" << true;
+        QTest::newRow("unknown class ids")
+            << head + "<windows><window-list><window class-id=\"Nope\"/><window class-id=\"\"/></window-list></windows>"
+            << false;
+        QTest::newRow("missing attributes")
+            << head + "<windows><window-list><window/><window class-id=\"Test2D\"/></window-list><workspace/></windows>"
+            << false;
+        QTest::newRow("scene that is gone")
+            << head + "<windows><window-list><window class-id=\"Test2D\"><field name=\"scene-id\">77</field></window>"
+                      "</window-list></windows>"
+            << false;
+        QTest::newRow("scene id that is not a number")
+            << head + "<windows><window-list><window class-id=\"Test2D\"><field name=\"scene-id\">1e999x</field>"
+                      "</window></window-list></windows>"
+            << false;
+        QTest::newRow("no window list") << head + "<windows><workspace/></windows>" << false;
+        QTest::newRow("empty file") << QByteArray() << true;
+        QTest::newRow("blanks only") << QByteArray("   \n\t ") << true;
+        QTest::newRow("truncated")
+            << head + "<windows><window-list><window class-id=\"Test2D\"><field name=\"scene-id\">1</fi" << true;
+        QTest::newRow("binary garbage") << QByteArray("\x00\xff\xfe<\x01\x02windows>", 12) << true;
+        QTest::newRow("two roots") << head + "<windows/><windows/>" << true;
+        QByteArray deep = head + "<windows><window-list>";
+        for (int i = 0; i < 100000; ++i)
+            deep += "<a>";
+        QTest::newRow("deep nesting") << deep << true;
+        QTest::newRow("entity expansion")
+            << QByteArray("<?xml version=\"1.0\"?><!DOCTYPE windows [<!ENTITY a \"aaaaaaaaaa\">"
+                          "<!ENTITY b \"&a;&a;&a;&a;&a;&a;&a;&a;&a;&a;\"><!ENTITY c \"&b;&b;&b;&b;&b;&b;&b;&b;&b;&b;\">"
+                          "<!ENTITY d \"&c;&c;&c;&c;&c;&c;&c;&c;&c;&c;\"><!ENTITY e \"&d;&d;&d;&d;&d;&d;&d;&d;&d;&d;\">]>"
+                          "<windows><window-list><window class-id=\"&e;&e;&e;&e;&e;&e;\"/></window-list></windows>")
+            << true;
+        QTest::newRow("external entity")
+            << QByteArray("<?xml version=\"1.0\"?><!DOCTYPE windows [<!ENTITY x SYSTEM \"file:///etc/passwd\">]>"
+                          "<windows><window-list><window class-id=\"&x;\"/></window-list></windows>")
+            << true;
+        QTest::newRow("undeclared entity")
+            << head + "<windows><window-list><window class-id=\"&nope;\"/></window-list></windows>" << true;
+        QByteArray huge = head + "<windows><window-list><window class-id=\"Test2D\"><field name=\"x\">";
+        huge += QByteArray(50 * 1024 * 1024, 'x');
+        huge += "</field></window></window-list></windows>";
+        QTest::newRow("50 MB") << huge << true;
+    }
+
+    void badFiles()
+    {
+        QFETCH(QByteArray, content);
+        QFETCH(bool, warns);
+        const QString folder = newProject();
+        {
+            QFile f(windowsFile(folder));
+            QVERIFY(f.open(QIODevice::WriteOnly));
+            f.write(content);
+        }
+        auto* factory = new TestFactory;
+        VwwWindowRegistry::setWindowFactory(factory);
+        FakeMainWindow main;
+        VwwWindowRegistry::setMainWindow(&main);
+
+        QVERIFY(VssProjectCollection::getInstance()->openProject(folder));
+
+        // The default windows are there, whatever the file held.
+        QVERIFY2(factory->calls.contains(QStringLiteral("createReporterWindow")), qPrintable(factory->calls.join(' ')));
+        QVERIFY(factory->calls.contains(QStringLiteral("create2DDisplay:0")));
+        QVERIFY(factory->calls.contains(QStringLiteral("create3DDisplay:0")));
+        QCOMPARE(main.calls.count(QStringLiteral("restore")), 1);
+        if (warns) {
+            QCOMPARE(_warnings.size(), 1);
+            QVERIFY2(_warnings.first().contains(QStringLiteral("cannot be restored")), qPrintable(_warnings.first()));
+            QVERIFY(_warnings.first().contains(QStringLiteral("Field ")));
+            QCOMPARE(readAll(windowsFile(folder) + QStringLiteral(".bad")), content);
+        } else {
+            QVERIFY2(_warnings.isEmpty(), qPrintable(_warnings.join('\n')));
+        }
+
+        // Closing writes a good file in its place.
+        QVERIFY(VssProjectCollection::getInstance()->closeProject());
+        VwwWindowRegistry::WindowData data;
+        QDomElement workspace;
+        VwwWindowRegistry::readWindowsFile(windowsFile(folder), data, workspace);
+        QVERIFY(!workspace.isNull());
+    }
+
+    void aFolderInTheFilesPlace()
+    {
+        const QString folder = newProject();
+        QVERIFY(QDir().mkpath(windowsFile(folder) + QStringLiteral("/inside")));
+        VwwWindowRegistry::setWindowFactory(new TestFactory);
+        QVERIFY(VssProjectCollection::getInstance()->openProject(folder));
+        QCOMPARE(_warnings.size(), 1);
+        VssProject* project = VssProjectCollection::getInstance()->getCurrentProject();
+        auto* map = new TestSceneWindow(VugESceneType::MAP);
+        map->setScene(project->getModelScene().getIdentifier(1));
+        QVERIFY(VssProjectCollection::getInstance()->closeProject());
+        QVERIFY(QFileInfo(windowsFile(folder)).isFile());
+    }
+
+    void roundTripKeepsOrderAndText()
+    {
+        const QString folder = newProject();
+        VwwWindowRegistry::setWindowFactory(new TestFactory);
+        QVERIFY(VssProjectCollection::getInstance()->openProject(folder));
+        registeredIds();
+        const QStringList texts{QStringLiteral("plain"), QStringLiteral("<tag> & \"quotes\" 'x'"),
+                                QStringLiteral("line\nbreak\ttab"), QStringLiteral("Ünïcødé ∑ 日本"), QString()};
+        for (const QString& text : texts) {
+            auto* w = new TestWindow(QStringLiteral("w"), VwwEWindowType::DISPLAY);
+            w->fields.insert(QStringLiteral("text"), text);
+            w->fields.insert(QStringLiteral("second"), QStringLiteral("2"));
+        }
+        QVERIFY(VssProjectCollection::getInstance()->closeProject());
+
+        VwwWindowRegistry::WindowData data;
+        QDomElement workspace;
+        VwwWindowRegistry::readWindowsFile(windowsFile(folder), data, workspace);
+        QStringList read;
+        for (const auto& entry : data)
+            if (entry.first == QLatin1String("TestWindow")) {
+                read << entry.second.value(QStringLiteral("text"));
+                QCOMPARE(entry.second.keys(), QStringList({"text", "second"}));
+            }
+        QCOMPARE(read, texts);
+    }
+
+    void aFailedWriteKeepsThePreviousFile()
+    {
+        const QString folder = newProject();
+        VwwWindowRegistry::setWindowFactory(new TestFactory);
+        QVERIFY(VssProjectCollection::getInstance()->openProject(folder));
+        QVERIFY(VssProjectCollection::getInstance()->closeProject());
+        const QByteArray before = readAll(windowsFile(folder));
+        QVERIFY(before.contains("window-list"));
+
+        QVERIFY(VssProjectCollection::getInstance()->openProject(folder));
+        auto* big = new TestWindow(QStringLiteral("big"), VwwEWindowType::DISPLAY);
+        big->fields.insert(QStringLiteral("blob"), QString(256 * 1024, QLatin1Char('b')));
+
+        // The process may not write files over 64 KB: the new file cannot be written whole.
+        std::signal(SIGXFSZ, SIG_IGN);
+        rlimit old{};
+        getrlimit(RLIMIT_FSIZE, &old);
+        rlimit limit = old;
+        limit.rlim_cur = 64 * 1024;
+        QCOMPARE(setrlimit(RLIMIT_FSIZE, &limit), 0);
+        const bool closed = VssProjectCollection::getInstance()->closeProject();
+        setrlimit(RLIMIT_FSIZE, &old);
+
+        QVERIFY(closed);
+        QCOMPARE(readAll(windowsFile(folder)), before);
+        QVERIFY2(!_warnings.isEmpty() && _warnings.last().contains(QStringLiteral("could not be saved")),
+                 qPrintable(_warnings.join('\n')));
+        // No half-written temporary file is left beside it.
+        QCOMPARE(QDir(folder + QStringLiteral("/database")).entryList(QDir::Files).filter(QStringLiteral("windows")),
+                 QStringList({"windows.xml"}));
+    }
+};
+
+QTEST_MAIN(TestWindowsFile)
+#include "tst_windowsfile.moc"
