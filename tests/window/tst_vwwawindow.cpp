@@ -1,0 +1,234 @@
+#include "TestWindows.h"
+
+#include <KbcAProgress.h>
+#include <VuaResourceProvider.h>
+#include <VupPreferenceRegistry.h>
+
+#include <QAction>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QToolBar>
+#include <QToolButton>
+#include <QtTest>
+
+// A window that counts the preference hooks and may refuse to close.
+class HookWindow : public TestWindow
+{
+    Q_OBJECT
+public:
+    using TestWindow::TestWindow;
+    int styleChanges = 0;
+    int unitChanges = 0;
+    bool mayClose = true;
+    void stylePreferenceChanged() override { ++styleChanges; }
+    void unitPreferencesChanged() override { ++unitChanges; }
+    bool askForClose() override { return mayClose; }
+};
+
+class Progress : public KbcAProgress
+{
+public:
+    double fraction = 0.25;
+    QString getTitle() const override { return QStringLiteral("Kriging"); }
+    double getFraction() const override { return fraction; }
+};
+
+class TestAWindow : public QObject
+{
+    Q_OBJECT
+    QTemporaryDir _dir;
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        VupPreferenceRegistry::getInstance()->setStorageFile(_dir.filePath(QStringLiteral("prefs.ini")));
+    }
+    void cleanup() { resetWindowFramework(); }
+
+    void identity_data()
+    {
+        QTest::addColumn<QSize>("size");
+        QTest::addColumn<QSize>("expected");
+        QTest::newRow("invalid size") << QSize() << QSize(800, 600);
+        QTest::newRow("negative size") << QSize(-5, 300) << QSize(800, 600);
+        QTest::newRow("given size") << QSize(320, 200) << QSize(320, 200);
+    }
+
+    void identity()
+    {
+        QFETCH(QSize, size);
+        QFETCH(QSize, expected);
+        TestWindow window(QStringLiteral("Report"), VwwEWindowType::REPORTER, VwwAWindow::DOCKED, size);
+        QCOMPARE(window.sizeHint(), expected);
+        QCOMPARE(window.objectName(), QStringLiteral("WINDOW_REPORTER_%1").arg(window.getWindowID()));
+        QVERIFY(window.testAttribute(Qt::WA_DeleteOnClose));
+        QVERIFY(!window.isRemovable());
+        QCOMPARE(window.whichWindowType(), VwwEWindowType::REPORTER);
+    }
+
+    void titleFollowsTheContent()
+    {
+        TestWindow window(QStringLiteral("Map"));
+        QSignalSpy spy(&window, &VwwAWindow::windowTitleUpdated);
+        window.setContentName(QStringLiteral("Porosity"));
+        window.setContentName(QStringLiteral("Porosity")); // no change, no signal
+        window.setContentModified(true);
+        QCOMPARE(spy.count(), 2);
+        QCOMPARE(window.getTitle(true), QStringLiteral("Map - Porosity*"));
+        QCOMPARE(window.windowTitle(), QStringLiteral("Map - Porosity*"));
+        QCOMPARE(window.getTitle(), QStringLiteral("Map"));
+        window.setContentModified(false);
+        window.setContentName(QString());
+        QCOMPARE(window.windowTitle(), QStringLiteral("Map"));
+        QCOMPARE(spy.count(), 4);
+    }
+
+    void statusIndicators_data()
+    {
+        QTest::addColumn<int>("id");
+        QTest::addColumn<bool>("accepted");
+        QTest::newRow("first") << 0 << true;
+        QTest::newRow("last") << 3 << true;
+        QTest::newRow("one past the last") << 4 << false;
+        QTest::newRow("negative") << -1 << false;
+    }
+
+    void statusIndicators()
+    {
+        QFETCH(int, id);
+        QFETCH(bool, accepted);
+        TestWindow window(QStringLiteral("W"));
+        window.show();
+        if (!accepted)
+            QTest::ignoreMessage(QtWarningMsg,
+                                 qPrintable(QStringLiteral("VwwAWindow::showStatusIndicator: bad indicator ID: %1").arg(id)));
+        window.showStatusIndicator(QStringLiteral("x = 12.5"), id);
+        QStringList shown;
+        for (QLabel* label : window.findChildren<QLabel*>(QRegularExpression(QStringLiteral("^STATUS_INDICATOR_"))))
+            if (label->isVisible())
+                shown << label->objectName() + QLatin1Char('=') + label->text();
+        QCOMPARE(shown, accepted ? QStringList({QStringLiteral("STATUS_INDICATOR_%1=x = 12.5").arg(id + 1)}) : QStringList());
+        window.showStatusIndicator(QString(), accepted ? id : 0); // an empty text hides it again
+        for (QLabel* label : window.findChildren<QLabel*>(QRegularExpression(QStringLiteral("^STATUS_INDICATOR_"))))
+            QVERIFY(!label->isVisible());
+    }
+
+    void statusMessageKeepsItsFormat()
+    {
+        TestWindow window(QStringLiteral("W"));
+        window.showStatusMessage(QStringLiteral("<b>42</b> samples"), Qt::PlainText);
+        auto* label = window.findChild<QLabel*>(QStringLiteral("STATUS_MESSAGE"));
+        QCOMPARE(label->text(), QStringLiteral("<b>42</b> samples"));
+        QCOMPARE(label->textFormat(), Qt::PlainText);
+    }
+
+    void toolbarsKeepTheirOrder()
+    {
+        TestWindow window(QStringLiteral("W"));
+        auto* second = new QAction(QStringLiteral("Zoom"), &window);
+        auto* first = new QAction(QStringLiteral("Open"), &window);
+        window.addToolbarAction(VwwAWindow::VIEW_TOOLBAR, second);
+        window.addToolbarAction(VwwAWindow::MAIN_TOOLBAR, first);
+        window.addToolbarSeparator(VwwAWindow::MAIN_TOOLBAR);
+        auto* menu = new QMenu(&window);
+        QToolButton* button = window.addToolbarActionMenu(VwwAWindow::MAIN_TOOLBAR, new QAction(QStringLiteral("Export"), &window), menu);
+        QCOMPARE(button->menu(), menu);
+        QCOMPARE(window.getToolbarActions(VwwAWindow::MAIN_TOOLBAR).size(), 3);
+        QVERIFY(window.getToolbarActions(VwwAWindow::TOOLS_TOOLBAR).isEmpty());
+        QVERIFY(window.getWidgetFromAction(VwwAWindow::VIEW_TOOLBAR, second));
+        window.show();
+        // The main toolbar stands left of the view toolbar whatever the order of creation.
+        const QWidget* mainBar = window.getWidgetFromAction(VwwAWindow::MAIN_TOOLBAR, first)->parentWidget();
+        const QWidget* viewBar = window.getWidgetFromAction(VwwAWindow::VIEW_TOOLBAR, second)->parentWidget();
+        QVERIFY(mainBar->x() < viewBar->x());
+        window.hideToolbar(VwwAWindow::VIEW_TOOLBAR);
+        QVERIFY(!viewBar->isVisible());
+        std::unique_ptr<QToolBar> taken(window.takeToolbar(VwwAWindow::VIEW_TOOLBAR));
+        QVERIFY(taken);
+        QVERIFY(window.getToolbarActions(VwwAWindow::VIEW_TOOLBAR).isEmpty());
+        QCOMPARE(window.takeToolbar(VwwAWindow::VIEW_TOOLBAR), nullptr);
+    }
+
+    void applyButtons()
+    {
+        TestWindow window(QStringLiteral("W"));
+        window.show();
+        QVERIFY(!window.getApplyButton()->isVisible());
+        window.enableApply(true);
+        window.enableAutoApply(true);
+        QSignalSpy apply(&window, &VwwAWindow::applyRequested);
+        QSignalSpy autoApply(&window, &VwwAWindow::autoApplyToggled);
+        QTest::mouseClick(window.getApplyButton(), Qt::LeftButton);
+        QCOMPARE(apply.count(), 1);
+        QTest::mouseClick(window.getAutoApplyButton(), Qt::LeftButton);
+        QCOMPARE(autoApply.count(), 1);
+        QVERIFY(!window.getApplyButton()->isEnabled()); // every change is applied already
+    }
+
+    void helpOpensTheTopic()
+    {
+        QStringList topics;
+        VuaResourceProvider::setHelpHandler([&topics](const Vua::Resource::HelpId& id) { topics << id.getTopic(); });
+        TestWindow window(QStringLiteral("W"));
+        auto* field = new QLineEdit;
+        window.setMainView(field);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        field->setFocus();
+        QTest::keyClick(field, Qt::Key_F1); // no topic: nothing opens
+        window.setHelpId(Vua::Resource::HelpId(QStringLiteral("variography")));
+        QTest::keyClick(field, Qt::Key_F1);
+        VuaResourceProvider::setHelpHandler(nullptr);
+        QCOMPARE(topics, QStringList({"variography"}));
+    }
+
+    void closeCanBeRefused()
+    {
+        QPointer<HookWindow> window = new HookWindow(QStringLiteral("W"));
+        QSignalSpy spy(window.data(), &VwwAWindow::closeWindow);
+        window->show();
+        window->mayClose = false;
+        QVERIFY(!window->close());
+        QVERIFY(!window.isNull());
+        QCOMPARE(spy.count(), 0);
+        window->mayClose = true;
+        QVERIFY(window->close());
+        QCOMPARE(spy.count(), 1);
+        QTRY_VERIFY(window.isNull());
+    }
+
+    void preferencesReachTheHooks()
+    {
+        HookWindow window(QStringLiteral("W"));
+        auto* prefs = VupPreferenceRegistry::getInstance();
+        prefs->setValue(QStringLiteral("style"), QStringLiteral("font-size"), 12);
+        prefs->setValue(QStringLiteral("style"), QStringLiteral("font-size"), 12); // unchanged: silent
+        prefs->setValue(QStringLiteral("units"), QStringLiteral("length"), QStringLiteral("ft"));
+        prefs->setValue(QStringLiteral("3dviews"), QStringLiteral("background"), QStringLiteral("black"));
+        QCOMPARE(window.styleChanges, 1);
+        QCOMPARE(window.unitChanges, 1);
+        QCOMPARE(prefs->value(QStringLiteral("units"), QStringLiteral("length")).toString(), QStringLiteral("ft"));
+    }
+
+    void progressOfACalculation()
+    {
+        TestWindow window(QStringLiteral("W"));
+        window.show();
+        auto* bar = window.findChild<QProgressBar*>(QStringLiteral("STATUS_PROGRESS"));
+        Progress progress;
+        window.calculatorHasStarted(&progress);
+        QVERIFY(bar->isVisible());
+        QCOMPARE(bar->value(), 25);
+        progress.fraction = -1; // unknown amount of work: a busy bar
+        window.calculatorHasStarted(&progress);
+        QCOMPARE(bar->maximum(), 0);
+        window.calculatorHasFinished();
+        QVERIFY(!bar->isVisible());
+    }
+};
+
+QTEST_MAIN(TestAWindow)
+#include "tst_vwwawindow.moc"
