@@ -350,6 +350,7 @@ private Q_SLOTS:
         openNewProject();
         VuaApplication::setSpawnDefault3DV(true);
         QCOMPARE(factory->calls, calls);
+        QVERIFY(callLog().contains(QStringLiteral("reporter:projectOpened"))); // made after the opening, still told
         QCOMPARE(main.calls.last(), QStringLiteral("restore"));
         QCOMPARE(main.restoredText, QStringLiteral("<null>"));
     }

@@ -499,12 +499,27 @@ void VwwWindowRegistry::projectOpened(VssProject& project)
                 needReporter = false;
             }
         }
+        // The defaults are made after the project opened: each new one is told of it too.
+        auto opened = [&](VwwAWindow* made) {
+            QPointer<VwwAWindow> window = made;
+            if (!window || snapshot.contains(window))
+                return;
+            try {
+                window->projectOpened(project);
+            } catch (...) {
+                KbbDebug::printError(tr("Error occurred in window '%1': %2")
+                                         .arg(window ? window->getTitle() : QString(), KbbDebug::describeCurrentException()));
+            }
+        };
         if (needReporter)
-            _d->factory->createReporterWindow();
+            opened(_d->factory->createReporterWindow());
         if (need3D)
-            _d->factory->create3DDisplay(VsoSceneIdentifier());
-        if (need2D)
-            _connectGps(_d->factory->create2DDisplay(VsoSceneIdentifier()));
+            opened(_d->factory->create3DDisplay(VsoSceneIdentifier()));
+        if (need2D) {
+            VwwASceneWindow* display = _d->factory->create2DDisplay(VsoSceneIdentifier());
+            _connectGps(display);
+            opened(display);
+        }
     }
 
     if (_d->mainWindow)

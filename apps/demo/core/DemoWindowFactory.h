@@ -2,6 +2,7 @@
 // Makes the demo's windows for the registry: the Reporter, messages and debug windows of
 // the library and the demo's displays, by class id and by scene type.
 
+#include <VugESceneType.h>
 #include <VwwIWindowFactory.h>
 
 class DemoWindowFactory : public VwwIWindowFactory
