@@ -11,7 +11,7 @@ cmake --build "$release" -j"$(nproc)"
 start_xvfb
 status=0
 for program in "$release"/bench/bench_*; do
-  [ -x "$program" ] || continue
+  [ -f "$program" ] && [ -x "$program" ] || continue
   echo "== $(basename "$program")"
   QT_QPA_PLATFORM=offscreen "$program" --benchmark_color=false "$@" || status=1
 done

@@ -1,0 +1,177 @@
+#include <VwdGpsDialog.h>
+
+#include <QCheckBox>
+#include <QDoubleSpinBox>
+#include <QLabel>
+#include <QPushButton>
+#include <QtTest>
+#include <cmath>
+#include <limits>
+#include <memory>
+
+class TestVwdGpsDialog : public QObject
+{
+    Q_OBJECT
+
+    std::unique_ptr<VwdGpsDialog> makeDialog(bool gpsOn)
+    {
+        auto dialog = std::make_unique<VwdGpsDialog>();
+        dialog->setGpsEnabled(gpsOn);
+        dialog->show();
+        dialog->activateWindow();
+        return dialog;
+    }
+
+    template <class T>
+    static T* child(const VwdGpsDialog& dialog, const char* name)
+    {
+        return dialog.findChild<T*>(QString::fromLatin1(name));
+    }
+
+    static void typeInto(QDoubleSpinBox* box, const QString& text)
+    {
+        box->setFocus();
+        QTest::keyClick(box, Qt::Key_A, Qt::ControlModifier);
+        QTest::keyClicks(box, text);
+    }
+
+private Q_SLOTS:
+    void initTestCase() { QLocale::setDefault(QLocale::c()); }
+
+    void checkBoxesSendTheirSignal_data()
+    {
+        QTest::addColumn<QByteArray>("box");
+        QTest::addColumn<int>("mnemonic"); // 0: a mouse click
+        QTest::addColumn<int>("signal");   // 0 enabled, 1 visible, 2 centred
+        QTest::newRow("enable by click") << QByteArray("GPS_ENABLED") << 0 << 0;
+        QTest::newRow("enable by Alt+E") << QByteArray("GPS_ENABLED") << int(Qt::Key_E) << 0;
+        QTest::newRow("show by click") << QByteArray("GPS_VISIBLE") << 0 << 1;
+        QTest::newRow("show by Alt+S") << QByteArray("GPS_VISIBLE") << int(Qt::Key_S) << 1;
+        QTest::newRow("centre by click") << QByteArray("GPS_CENTERED") << 0 << 2;
+        QTest::newRow("centre by Alt+N") << QByteArray("GPS_CENTERED") << int(Qt::Key_N) << 2;
+    }
+    void checkBoxesSendTheirSignal()
+    {
+        QFETCH(QByteArray, box);
+        QFETCH(int, mnemonic);
+        QFETCH(int, signal);
+        const bool isEnableBox = signal == 0;
+        auto dialog = makeDialog(!isEnableBox);
+        QVERIFY(QTest::qWaitForWindowActive(dialog.get()));
+        QList<std::shared_ptr<QSignalSpy>> spies{
+            std::make_shared<QSignalSpy>(dialog.get(), &VwdGpsDialog::gpsEnabled),
+            std::make_shared<QSignalSpy>(dialog.get(), &VwdGpsDialog::gpsVisibleOnMap),
+            std::make_shared<QSignalSpy>(dialog.get(), &VwdGpsDialog::gpsCenteredOnMap),
+        };
+        QSignalSpy position(dialog.get(), &VwdGpsDialog::gpsPositionChanged);
+        auto* check = child<QCheckBox>(*dialog, box.constData());
+        QVERIFY(check);
+
+        for (bool expected : {true, false}) {
+            if (mnemonic)
+                QTest::keyClick(dialog.get(), Qt::Key(mnemonic), Qt::AltModifier);
+            else
+                QTest::mouseClick(check, Qt::LeftButton, Qt::NoModifier, QPoint(8, check->height() / 2));
+            QTRY_COMPARE(spies[signal]->count(), 1); // a mnemonic clicks after a short animation
+            QCOMPARE(spies[signal]->takeFirst().at(0).toBool(), expected);
+        }
+        for (const auto& spy : qAsConst(spies))
+            QCOMPARE(spy->count(), 0);
+        QCOMPARE(position.count(), 0);
+    }
+
+    void gpsOffDisablesTheOtherControls()
+    {
+        auto dialog = makeDialog(false);
+        QSignalSpy visible(dialog.get(), &VwdGpsDialog::gpsVisibleOnMap);
+        QSignalSpy position(dialog.get(), &VwdGpsDialog::gpsPositionChanged);
+        QTest::mouseClick(child<QCheckBox>(*dialog, "GPS_VISIBLE"), Qt::LeftButton, Qt::NoModifier, QPoint(8, 8));
+        QTest::mouseClick(child<QPushButton>(*dialog, "GPS_SET_POSITION"), Qt::LeftButton);
+        QCOMPARE(visible.count(), 0);
+        QCOMPARE(position.count(), 0);
+        QVERIFY(!child<QDoubleSpinBox>(*dialog, "GPS_X")->isEnabled());
+
+        QTest::mouseClick(child<QCheckBox>(*dialog, "GPS_ENABLED"), Qt::LeftButton, Qt::NoModifier, QPoint(8, 8));
+        QVERIFY(child<QDoubleSpinBox>(*dialog, "GPS_X")->isEnabled());
+        QVERIFY(!child<QPushButton>(*dialog, "GPS_LOSE_FIX")->isEnabled()); // no fix yet
+    }
+
+    void typedPositionIsSentAndLost_data()
+    {
+        QTest::addColumn<QString>("how");
+        QTest::newRow("Set position button") << "button";
+        QTest::newRow("Enter in the y field") << "enter";
+        QTest::newRow("Alt+P") << "mnemonic";
+    }
+    void typedPositionIsSentAndLost()
+    {
+        QFETCH(QString, how);
+        auto dialog = makeDialog(true);
+        QVERIFY(QTest::qWaitForWindowActive(dialog.get()));
+        QSignalSpy position(dialog.get(), &VwdGpsDialog::gpsPositionChanged);
+        typeInto(child<QDoubleSpinBox>(*dialog, "GPS_X"), QStringLiteral("651234.5"));
+        typeInto(child<QDoubleSpinBox>(*dialog, "GPS_Y"), QStringLiteral("-42.25"));
+        if (how == QLatin1String("button"))
+            QTest::mouseClick(child<QPushButton>(*dialog, "GPS_SET_POSITION"), Qt::LeftButton);
+        else if (how == QLatin1String("enter"))
+            QTest::keyClick(child<QDoubleSpinBox>(*dialog, "GPS_Y"), Qt::Key_Return);
+        else
+            QTest::keyClick(dialog.get(), Qt::Key_P, Qt::AltModifier);
+
+        QTRY_COMPARE(position.count(), 1);
+        QCOMPARE(position.last().at(0).toPointF(), QPointF(651234.5, -42.25));
+        QCOMPARE(position.last().at(1).toBool(), true);
+        QVERIFY(dialog->isVisible()); // Enter sends the position, it does not close the dialog
+        QVERIFY(child<QLabel>(*dialog, "GPS_STATUS")->text().contains(QStringLiteral("651234.500")));
+
+        auto* lose = child<QPushButton>(*dialog, "GPS_LOSE_FIX");
+        QTest::mouseClick(lose, Qt::LeftButton);
+        QCOMPARE(position.count(), 2);
+        QCOMPARE(position.last().at(0).toPointF(), QPointF(651234.5, -42.25));
+        QCOMPARE(position.last().at(1).toBool(), false);
+        QVERIFY(!lose->isEnabled());
+        QVERIFY(!dialog->hasFix());
+        dialog->loseFix();
+        QCOMPARE(position.count(), 2);
+    }
+
+    void tabVisitsTheControlsInOrder()
+    {
+        auto dialog = makeDialog(true);
+        dialog->setPosition(QPointF(1, 2)); // so that "Lose fix" takes the focus too
+        QVERIFY(QTest::qWaitForWindowActive(dialog.get()));
+        child<QCheckBox>(*dialog, "GPS_ENABLED")->setFocus();
+        QStringList visited;
+        for (int i = 0; i < 6; ++i) {
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+            QWidget* w = QApplication::focusWidget();
+            while (w && !w->objectName().startsWith(QLatin1String("GPS_")))
+                w = w->parentWidget();
+            visited << (w ? w->objectName() : QStringLiteral("?"));
+        }
+        QCOMPARE(visited, (QStringList{"GPS_VISIBLE", "GPS_CENTERED", "GPS_X", "GPS_Y", "GPS_SET_POSITION", "GPS_LOSE_FIX"}));
+    }
+
+    void refusesImpossiblePositions_data()
+    {
+        QTest::addColumn<QPointF>("point");
+        QTest::newRow("not a number") << QPointF(std::nan(""), 0);
+        QTest::newRow("infinite") << QPointF(0, std::numeric_limits<double>::infinity());
+        QTest::newRow("beyond the coordinate range") << QPointF(1e12, 0);
+    }
+    void refusesImpossiblePositions()
+    {
+        QFETCH(QPointF, point);
+        auto dialog = makeDialog(true);
+        dialog->setPosition(QPointF(10, 20));
+        QSignalSpy position(dialog.get(), &VwdGpsDialog::gpsPositionChanged);
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("^VwdGpsDialog::setPosition: ")));
+        dialog->setPosition(point);
+        QCOMPARE(position.count(), 0);
+        QCOMPARE(dialog->position(), QPointF(10, 20));
+        QVERIFY(dialog->hasFix());
+    }
+};
+
+QTEST_MAIN(TestVwdGpsDialog)
+#include "tst_vwdgpsdialog.moc"

@@ -1,0 +1,459 @@
+#include <VwmMainWindow.h>
+#include <VwwAWindow.h>
+#include <VwwMessagesWindow.h>
+#include <VwwWindowRegistry.h>
+
+#include <QAbstractButton>
+#include <QDockWidget>
+#include <QDomDocument>
+#include <QMenu>
+#include <QTabBar>
+#include <QtTest>
+#include <memory>
+
+namespace {
+
+class ShellWindow : public VwwAWindow
+{
+    Q_OBJECT
+public:
+    ShellWindow(const QString& title, const QString& classId = QStringLiteral("Shell"), WindowFlags flags = DOCKED)
+        : VwwAWindow(VwwEWindowType::SPREADSHEET, title, Vua::Resource::HelpId(), flags, QSize(320, 240),
+                     Vua::Resource::iconWindow())
+        , _classId(classId)
+    {
+    }
+    bool allowClose = true;
+    QString getClassID() const override { return _classId; }
+    bool askForClose() override { return allowClose; }
+    bool askForSave() override { return true; }
+    void projectAboutToClose() override {}
+    void saveInProject() override {}
+    void projectOpened(VssProject&) override {}
+
+private:
+    QString _classId;
+};
+
+QDockWidget* dockOf(const QWidget* window)
+{
+    return window ? qobject_cast<QDockWidget*>(window->parentWidget()) : nullptr;
+}
+
+// The window entries of the Window menu as the user reads them, and the checked one.
+QStringList menuTitles(const VwmMainWindow& main, QString* checked = nullptr)
+{
+    QStringList titles;
+    for (QAction* action : main.windowMenu()->actions()) {
+        if (!action->data().isValid())
+            continue;
+        const QString title = action->text().replace(QStringLiteral("&&"), QStringLiteral("&"));
+        titles << title;
+        if (checked && action->isChecked())
+            *checked = title;
+    }
+    return titles;
+}
+
+QAction* menuEntry(const VwmMainWindow& main, const QString& title)
+{
+    for (QAction* action : main.windowMenu()->actions())
+        if (action->data().isValid() && action->text() == title)
+            return action;
+    return nullptr;
+}
+
+// What the user sees of the layout: each dock's place, the tab groups and the window size.
+QStringList layoutOf(const VwmMainWindow& main)
+{
+    QStringList lines;
+    lines << QStringLiteral("main %1x%2").arg(main.width()).arg(main.height());
+    for (QDockWidget* dock : main.findChildren<QDockWidget*>()) {
+        QString line = QStringLiteral("%1: area %2 hidden %3").arg(dock->windowTitle()).arg(int(main.dockWidgetArea(dock))).arg(dock->isHidden());
+        if (dock->isFloating()) {
+            const QRect g = dock->geometry();
+            line += QStringLiteral(" floating %1,%2 %3x%4").arg(g.x()).arg(g.y()).arg(g.width()).arg(g.height());
+        }
+        lines << line;
+    }
+    for (QTabBar* bar : main.findChildren<QTabBar*>()) {
+        if (!bar->isVisible())
+            continue;
+        QStringList tabs;
+        for (int i = 0; i < bar->count(); ++i)
+            tabs << bar->tabText(i);
+        lines << QStringLiteral("tabs %1 current %2").arg(tabs.join(QLatin1Char(','))).arg(bar->tabText(bar->currentIndex()));
+    }
+    lines.sort();
+    return lines;
+}
+
+} // namespace
+
+class TestVwmMainWindow : public QObject
+{
+    Q_OBJECT
+
+    std::unique_ptr<VwmMainWindow> makeMainWindow()
+    {
+        auto main = std::make_unique<VwmMainWindow>();
+        VwwWindowRegistry::setMainWindow(main.get());
+        main->resize(700, 500);
+        main->show();
+        return main;
+    }
+
+    static QWidget* focused()
+    {
+        return QApplication::focusWidget() ? QApplication::focusWidget() : QApplication::activeWindow();
+    }
+
+    void activate(QWidget* window)
+    {
+        window->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(window));
+    }
+
+private Q_SLOTS:
+    void init() { VwwWindowRegistry::clear(); }
+    void cleanup() { VwwWindowRegistry::clear(); }
+
+    void dockedWindowsShareTabsAndOthersFloat_data()
+    {
+        QTest::addColumn<QString>("kinds"); // one letter per window: D docked, F floating
+        QTest::addColumn<QString>("tabs");  // the expected tab bar, "" for none
+        QTest::newRow("one docked window has no tabs") << "D" << "";
+        QTest::newRow("docked windows join the first, the newest on top") << "DDD" << "w0,w1,w2 current w2";
+        QTest::newRow("floating windows stay out of the tabs") << "DFDF" << "w0,w2 current w2";
+        QTest::newRow("floating only") << "FF" << "";
+    }
+    void dockedWindowsShareTabsAndOthersFloat()
+    {
+        QFETCH(QString, kinds);
+        QFETCH(QString, tabs);
+        auto main = makeMainWindow();
+        QList<QPointer<ShellWindow>> windows;
+        for (int i = 0; i < kinds.size(); ++i)
+            windows << new ShellWindow(QStringLiteral("w%1").arg(i), QStringLiteral("Shell"),
+                                       kinds[i] == QLatin1Char('D') ? VwwAWindow::DOCKED : VwwAWindow::WindowFlags());
+        for (int i = 0; i < kinds.size(); ++i) {
+            QDockWidget* dock = dockOf(windows[i]);
+            QVERIFY(dock);
+            QCOMPARE(dock->windowTitle(), windows[i]->getTitle(true));
+            if (kinds[i] == QLatin1Char('D')) {
+                QVERIFY(!dock->isFloating());
+                QCOMPARE(main->dockWidgetArea(dock), Qt::RightDockWidgetArea);
+            } else {
+                QVERIFY(dock->isFloating());
+                QVERIFY(dock->isVisible());
+                QTRY_COMPARE(windows[i]->size(), windows[i]->sizeHint());
+                QVERIFY(main->geometry().intersects(dock->geometry()));
+            }
+        }
+        QStringList tabLines = layoutOf(*main).filter(QStringLiteral("tabs "));
+        QCOMPARE(tabLines.join(QString()), tabs.isEmpty() ? QString() : QStringLiteral("tabs ") + tabs);
+        // The placeholder shows only while nothing is docked.
+        auto* placeholder = main->findChild<QWidget*>(QStringLiteral("WORKSPACE_PLACEHOLDER"));
+        QCOMPARE(placeholder->isVisible(), !kinds.contains(QLatin1Char('D')));
+    }
+
+    void closingTheDockClosesTheWindow_data()
+    {
+        QTest::addColumn<bool>("floating");
+        QTest::addColumn<bool>("byKey"); // Ctrl+W, otherwise the dock's close button
+        QTest::addColumn<bool>("allowed");
+        QTest::newRow("close button of a docked window") << false << false << true;
+        QTest::newRow("closing a floating dock") << true << false << true;
+        QTest::newRow("Ctrl+W in the main window") << false << true << true;
+        QTest::newRow("Ctrl+W in a floating dock") << true << true << true;
+        QTest::newRow("the window refuses to close") << false << false << false;
+        QTest::newRow("the window refuses Ctrl+W") << true << true << false;
+    }
+    void closingTheDockClosesTheWindow()
+    {
+        QFETCH(bool, floating);
+        QFETCH(bool, byKey);
+        QFETCH(bool, allowed);
+        auto main = makeMainWindow();
+        new ShellWindow(QStringLiteral("other"));
+        QPointer<ShellWindow> window =
+            new ShellWindow(QStringLiteral("target"), QStringLiteral("Shell"), floating ? VwwAWindow::WindowFlags() : VwwAWindow::DOCKED);
+        window->allowClose = allowed;
+        const int id = window->getWindowID();
+        QPointer<QDockWidget> dock = dockOf(window);
+        main->setActiveWindow(window);
+        QCOMPARE(main->activeWindow(), window.data());
+
+        if (byKey) {
+            activate(floating ? static_cast<QWidget*>(dock) : main.get());
+            QTest::keyClick(focused(), Qt::Key_W, Qt::ControlModifier);
+        } else if (!floating) {
+            auto* button = dock->findChild<QAbstractButton*>(QStringLiteral("qt_dockwidget_closebutton"));
+            QVERIFY(button && button->isVisible());
+            QTest::mouseClick(button, Qt::LeftButton);
+        } else {
+            dock->close(); // what the window manager's close button does
+        }
+
+        if (!allowed) {
+            QVERIFY(window);
+            QVERIFY(dock && dock->isVisible());
+            QCOMPARE(VwwWindowRegistry::getWindow(id), window.data());
+            return;
+        }
+        QTRY_VERIFY(window.isNull());
+        QTRY_VERIFY(dock.isNull());
+        QCOMPARE(VwwWindowRegistry::getWindow(id), nullptr);
+        QCOMPARE(menuTitles(*main), QStringList{QStringLiteral("other")});
+        QVERIFY(!main->activeWindow() || main->activeWindow()->getTitle() == QLatin1String("other"));
+    }
+
+    void windowDeletedByCodeLeavesCleanly()
+    {
+        auto main = makeMainWindow();
+        auto* first = new ShellWindow(QStringLiteral("first"));
+        QPointer<ShellWindow> doomed = new ShellWindow(QStringLiteral("doomed"));
+        auto* last = new ShellWindow(QStringLiteral("last"));
+        main->setActiveWindow(doomed);
+        QSignalSpy active(main.get(), &VwmMainWindow::activeWindowChanged);
+        QPointer<QDockWidget> dock = dockOf(doomed);
+        const VwwAWindow* address = doomed;
+
+        delete doomed.data();
+        QTRY_VERIFY(dock.isNull());
+        // The focus may move on to a neighbour; the dead window is never reported active.
+        QVERIFY(!active.isEmpty());
+        for (const QList<QVariant>& arguments : qAsConst(active))
+            QVERIFY(arguments.at(0).value<VwwAWindow*>() != address);
+        QVERIFY(main->activeWindow() != address);
+        QCOMPARE(menuTitles(*main), (QStringList{QStringLiteral("first"), QStringLiteral("last")}));
+        QCOMPARE(main->tabifiedDockWidgets(dockOf(first)), QList<QDockWidget*>{dockOf(last)});
+
+        // Letting go of a window twice, or of one it never held, changes nothing.
+        main->removeWindow(first);
+        QCOMPARE(first->parentWidget(), nullptr);
+        main->removeWindow(first);
+        VwwWindowRegistry::setMainWindow(nullptr);
+        ShellWindow stranger(QStringLiteral("stranger"));
+        main->removeWindow(&stranger);
+        QVERIFY(dockOf(last));
+        delete first;
+    }
+
+    void windowMenuFollowsTheWindows()
+    {
+        auto main = makeMainWindow();
+        auto* a = new ShellWindow(QStringLiteral("A"));
+        QPointer<ShellWindow> b = new ShellWindow(QStringLiteral("B"));
+        auto* c = new ShellWindow(QStringLiteral("R&D"), QStringLiteral("Shell"), VwwAWindow::WindowFlags());
+        QCOMPARE(menuTitles(*main), (QStringList{QStringLiteral("A"), QStringLiteral("B"), QStringLiteral("R&D")}));
+
+        a->setContentName(QStringLiteral("wells"));
+        QCOMPARE(menuTitles(*main).first(), a->getTitle(true));
+        QCOMPARE(dockOf(a)->windowTitle(), a->getTitle(true));
+        delete b.data();
+        QCOMPARE(menuTitles(*main), (QStringList{a->getTitle(true), QStringLiteral("R&D")}));
+
+        main->setActiveWindow(c);
+        QSignalSpy active(main.get(), &VwmMainWindow::activeWindowChanged);
+        menuEntry(*main, a->getTitle(true))->trigger();
+        QCOMPARE(main->activeWindow(), a);
+        QCOMPARE(active.count(), 1);
+        QCOMPARE(active.last().at(0).value<VwwAWindow*>(), a);
+        menuEntry(*main, QStringLiteral("R&&D"))->trigger();
+        QCOMPARE(main->activeWindow(), c);
+        QString checked;
+        menuTitles(*main, &checked);
+        QCOMPARE(checked, QStringLiteral("R&D"));
+        QTRY_VERIFY(dockOf(c)->isActiveWindow());
+    }
+
+    void keysCycleThroughTheWindows_data()
+    {
+        QTest::addColumn<int>("start");
+        QTest::addColumn<bool>("backwards");
+        QTest::addColumn<int>("expected");
+        QTest::newRow("next") << 0 << false << 1;
+        QTest::newRow("next wraps to the first") << 2 << false << 0;
+        QTest::newRow("previous") << 2 << true << 1;
+        QTest::newRow("previous wraps to the last") << 0 << true << 2;
+    }
+    void keysCycleThroughTheWindows()
+    {
+        QFETCH(int, start);
+        QFETCH(bool, backwards);
+        QFETCH(int, expected);
+        auto main = makeMainWindow();
+        QList<VwwAWindow*> windows{new ShellWindow(QStringLiteral("0")), new ShellWindow(QStringLiteral("1")),
+                                   new ShellWindow(QStringLiteral("2"))};
+        main->setActiveWindow(windows[start]);
+        activate(main.get());
+        const Qt::KeyboardModifiers modifiers = backwards ? Qt::KeyboardModifiers(Qt::ControlModifier | Qt::ShiftModifier)
+                                                          : Qt::KeyboardModifiers(Qt::ControlModifier);
+        QTest::keyClick(focused(), Qt::Key_F6, modifiers);
+        QCOMPARE(main->activeWindow(), windows[expected]);
+        QTRY_VERIFY(dockOf(windows[expected])->isVisible()); // its tab is the current one
+    }
+
+    void messagesEntryOpensTheMessagesWindow()
+    {
+        auto main = makeMainWindow();
+        main->windowMenu()->findChild<QAction*>(QStringLiteral("ACTION_MESSAGES_WINDOW"))->trigger();
+        VwwAWindow* messages = VwwWindowRegistry::getMessagesWindow(false);
+        QVERIFY(messages);
+        QCOMPARE(main->activeWindow(), messages);
+        QVERIFY(dockOf(messages));
+        QVERIFY(menuTitles(*main).contains(messages->getTitle(true)));
+    }
+
+    void workspaceRoundTrip()
+    {
+        auto main = makeMainWindow();
+        auto makeWindows = [] {
+            QList<QPointer<ShellWindow>> list;
+            list << new ShellWindow(QStringLiteral("A"), QStringLiteral("Alpha"));
+            list << new ShellWindow(QStringLiteral("B"), QStringLiteral("Alpha"));
+            list << new ShellWindow(QStringLiteral("C"), QStringLiteral("Beta"), VwwAWindow::WindowFlags());
+            list << new ShellWindow(QStringLiteral("D"), QStringLiteral("Alpha"));
+            list << new ShellWindow(QStringLiteral("E"), QStringLiteral("Gamma"));
+            return list;
+        };
+        QList<QPointer<ShellWindow>> windows = makeWindows();
+        // The user moves D to the bottom, places C and chooses A's tab; E is hidden by code.
+        main->resize(650, 450);
+        main->addDockWidget(Qt::BottomDockWidgetArea, dockOf(windows[3]));
+        dockOf(windows[2])->setGeometry(40, 60, 300, 200);
+        main->setActiveWindow(windows[0]);
+        dockOf(windows[4])->hide();
+        QTRY_VERIFY(layoutOf(*main).contains(QStringLiteral("tabs A,B current A")));
+        const QStringList saved = layoutOf(*main);
+
+        QDomDocument document;
+        QDomElement workspace = document.createElement(QStringLiteral("workspace"));
+        document.appendChild(workspace);
+        main->saveWorkspaceToXml(workspace);
+        // The docks are listed in readable form, keyed by class id and rank.
+        QStringList docks;
+        for (QDomElement e = workspace.firstChildElement(QStringLiteral("dock")); !e.isNull();
+             e = e.nextSiblingElement(QStringLiteral("dock")))
+            docks << QStringLiteral("%1 %2 floating %3 visible %4")
+                         .arg(e.attribute(QStringLiteral("key")), e.attribute(QStringLiteral("area")),
+                              e.attribute(QStringLiteral("floating")), e.attribute(QStringLiteral("visible")));
+        QCOMPARE(docks, (QStringList{"Alpha:0 right floating false visible true", "Alpha:1 right floating false visible true",
+                                     "Beta:0 right floating true visible true", "Alpha:2 bottom floating false visible true",
+                                     "Gamma:0 right floating false visible false"}));
+
+        for (const QPointer<ShellWindow>& window : qAsConst(windows))
+            delete window.data();
+        main->resize(500, 400);
+        windows = makeWindows();
+        QTRY_VERIFY(layoutOf(*main) != saved);
+
+        main->restoreWorkspaceFromXml(workspace);
+        QTRY_COMPARE(layoutOf(*main), saved);
+    }
+
+    void hostileWorkspaceKeepsTheLayout_data()
+    {
+        QTest::addColumn<QString>("damage");
+        QTest::addColumn<bool>("warns");
+        QTest::newRow("null element") << "null" << false;
+        QTest::newRow("no main-window element") << "no-main" << true;
+        QTest::newRow("state is not base64") << "bad-base64" << true;
+        QTest::newRow("state cut short") << "truncated" << true;
+        QTest::newRow("geometry is garbage") << "bad-geometry" << true;
+        QTest::newRow("newer layout version") << "version" << true;
+        QTest::newRow("no version") << "no-version" << true;
+        QTest::newRow("windows that are not open") << "unknown-keys" << true;
+    }
+    void hostileWorkspaceKeepsTheLayout()
+    {
+        QFETCH(QString, damage);
+        QFETCH(bool, warns);
+        auto main = makeMainWindow();
+        auto* a = new ShellWindow(QStringLiteral("A"));
+        auto* b = new ShellWindow(QStringLiteral("B"));
+        new ShellWindow(QStringLiteral("C"), QStringLiteral("Shell"), VwwAWindow::WindowFlags());
+
+        // Saved with B at the bottom; the layout then changes so that any restore would show.
+        main->addDockWidget(Qt::BottomDockWidgetArea, dockOf(b));
+        QDomDocument document;
+        QDomElement workspace = document.createElement(QStringLiteral("workspace"));
+        document.appendChild(workspace);
+        main->saveWorkspaceToXml(workspace);
+        main->tabifyDockWidget(dockOf(a), dockOf(b));
+        main->resize(600, 420);
+        QTRY_VERIFY(dockOf(b)->isVisible());
+        const QStringList before = layoutOf(*main);
+
+        QDomElement mainElement = workspace.firstChildElement(QStringLiteral("main-window"));
+        QDomElement state = mainElement.firstChildElement(QStringLiteral("state"));
+        auto setText = [&document](QDomElement e, const QString& text) {
+            while (e.hasChildNodes())
+                e.removeChild(e.firstChild());
+            e.appendChild(document.createTextNode(text));
+        };
+        if (damage == QLatin1String("null"))
+            workspace = QDomElement();
+        else if (damage == QLatin1String("no-main"))
+            workspace.removeChild(mainElement);
+        else if (damage == QLatin1String("bad-base64"))
+            setText(state, QStringLiteral("@@ not * base64 @@"));
+        else if (damage == QLatin1String("truncated"))
+            setText(state, QString::fromLatin1(QByteArray::fromBase64(state.text().toLatin1()).left(24).toBase64()));
+        else if (damage == QLatin1String("bad-geometry"))
+            setText(mainElement.firstChildElement(QStringLiteral("geometry")), QStringLiteral("AAAAAAAA"));
+        else if (damage == QLatin1String("version"))
+            mainElement.setAttribute(QStringLiteral("version"), 99);
+        else if (damage == QLatin1String("no-version"))
+            mainElement.removeAttribute(QStringLiteral("version"));
+        else if (damage == QLatin1String("unknown-keys"))
+            for (QDomElement e = workspace.firstChildElement(QStringLiteral("dock")); !e.isNull();
+                 e = e.nextSiblingElement(QStringLiteral("dock")))
+                e.setAttribute(QStringLiteral("key"), QStringLiteral("Ghost:") + e.attribute(QStringLiteral("key")));
+
+        if (warns)
+            QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("^VwmMainWindow::restoreWorkspaceFromXml: .*kept$")));
+        main->restoreWorkspaceFromXml(workspace);
+        QCoreApplication::processEvents();
+        QCOMPARE(layoutOf(*main), before);
+    }
+
+    void clearHiddenWindowsClosesHiddenRemovableOnes()
+    {
+        auto main = makeMainWindow();
+        QPointer<ShellWindow> hiddenRemovable =
+            new ShellWindow(QStringLiteral("hidden removable"), QStringLiteral("Shell"), VwwAWindow::DOCKED | VwwAWindow::REMOVABLE);
+        QPointer<ShellWindow> hiddenKept = new ShellWindow(QStringLiteral("hidden kept"));
+        QPointer<ShellWindow> shown =
+            new ShellWindow(QStringLiteral("shown"), QStringLiteral("Shell"), VwwAWindow::DOCKED | VwwAWindow::REMOVABLE);
+        dockOf(hiddenRemovable)->hide();
+        dockOf(hiddenKept)->hide();
+
+        main->clearHiddenWindows();
+        QVERIFY(hiddenRemovable.isNull());
+        QVERIFY(hiddenKept && shown);
+        QCOMPARE(menuTitles(*main), (QStringList{QStringLiteral("hidden kept"), QStringLiteral("shown")}));
+        // A hidden window comes back from the menu.
+        menuEntry(*main, QStringLiteral("hidden kept"))->trigger();
+        QVERIFY(!dockOf(hiddenKept)->isHidden());
+    }
+
+    void destroyingTheMainWindowDeletesItsWindows()
+    {
+        auto main = makeMainWindow();
+        QPointer<ShellWindow> docked = new ShellWindow(QStringLiteral("docked"));
+        QPointer<ShellWindow> floating = new ShellWindow(QStringLiteral("floating"), QStringLiteral("Shell"), VwwAWindow::WindowFlags());
+        main->setActiveWindow(docked);
+        main.reset();
+        QVERIFY(docked.isNull());
+        QVERIFY(floating.isNull());
+        QCOMPARE(VwwWindowRegistry::getMainWindow(), nullptr);
+        QVERIFY(VwwWindowRegistry::getInstance()->getWindows().isEmpty());
+        ShellWindow later(QStringLiteral("later")); // no main window to call back
+        QCOMPARE(later.parentWidget(), nullptr);
+    }
+};
+
+QTEST_MAIN(TestVwmMainWindow)
+#include "tst_vwmmainwindow.moc"
