@@ -13,6 +13,12 @@
 class BenchRatioReporter : public benchmark::ConsoleReporter
 {
 public:
+    // Plain text: the output is read in logs and pasted into the README.
+    BenchRatioReporter()
+        : ConsoleReporter(OO_None)
+    {
+    }
+
     std::map<std::string, double> times; // run name -> real time (the median when repeated)
 
     void ReportRuns(const std::vector<Run>& runs) override

@@ -159,10 +159,10 @@ void BM_LoadPlainStream(benchmark::State& state)
 
 } // namespace
 
-BENCHMARK(BM_SaveOurs)->Arg(20)->Arg(1000)->Repetitions(5)->ReportAggregatesOnly(true);
-BENCHMARK(BM_SavePlainStream)->Arg(20)->Arg(1000)->Repetitions(5)->ReportAggregatesOnly(true);
-BENCHMARK(BM_LoadOurs)->Arg(20)->Arg(1000)->Repetitions(5)->ReportAggregatesOnly(true);
-BENCHMARK(BM_LoadPlainStream)->Arg(20)->Arg(1000)->Repetitions(5)->ReportAggregatesOnly(true);
+BENCHMARK(BM_SaveOurs)->Arg(20)->Arg(1000)->Repetitions(9)->ReportAggregatesOnly(true);
+BENCHMARK(BM_SavePlainStream)->Arg(20)->Arg(1000)->Repetitions(9)->ReportAggregatesOnly(true);
+BENCHMARK(BM_LoadOurs)->Arg(20)->Arg(1000)->Repetitions(9)->ReportAggregatesOnly(true);
+BENCHMARK(BM_LoadPlainStream)->Arg(20)->Arg(1000)->Repetitions(9)->ReportAggregatesOnly(true);
 
 int main(int argc, char** argv)
 {

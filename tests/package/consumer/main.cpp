@@ -8,7 +8,7 @@
 #include <VwwEWindowType.h>
 #include <VwwWindowTypeFlags.h>
 
-#include <QApplication>
+#include <QCoreApplication>
 #include <QFile>
 #include <QStringList>
 #include <QTextStream>
@@ -78,7 +78,7 @@ void checkResources()
 
 int main(int argc, char** argv)
 {
-    QApplication app(argc, argv);
+    QCoreApplication app(argc, argv);
     checkWindowTypes();
     checkOrderedMap();
     checkResources();
