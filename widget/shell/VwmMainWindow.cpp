@@ -212,11 +212,18 @@ VwmMainWindow::~VwmMainWindow()
         disconnect(_d->model, nullptr, this, nullptr);
     // Each window unregisters itself; with the registry detached it no longer calls back here.
     QList<QPointer<VwwAWindow>> windows;
-    for (const auto& entry : _d->entries)
+    QList<QPointer<VwmWindowDock>> docks;
+    for (const auto& entry : _d->entries) {
         windows.append(entry.window);
+        docks.append(entry.dock);
+    }
     _d->entries.clear();
     for (const QPointer<VwwAWindow>& window : qAsConst(windows))
         delete window.data();
+    // Now, while the private part lives: QWidget's destructor would hide them first, and
+    // their visibility signals would reach this half-destroyed window.
+    for (const QPointer<VwmWindowDock>& dock : qAsConst(docks))
+        delete dock.data();
 }
 
 VwwAWindow* VwmMainWindow::activeWindow() const

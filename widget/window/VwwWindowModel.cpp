@@ -128,8 +128,6 @@ QVariant VwwWindowModel::data(const QModelIndex& index, int role) const
         return QString::fromLatin1(window->whichWindowType().getKey());
     case WindowTypeLabelRole:
         return window->whichWindowType().getLabel();
-    case ClassIdRole:
-        return window->getClassID();
     default:
         return QVariant();
     }
@@ -141,6 +139,5 @@ QHash<int, QByteArray> VwwWindowModel::roleNames() const
     names.insert(WindowIdRole, QByteArrayLiteral("windowId"));
     names.insert(WindowTypeRole, QByteArrayLiteral("windowType"));
     names.insert(WindowTypeLabelRole, QByteArrayLiteral("windowTypeLabel"));
-    names.insert(ClassIdRole, QByteArrayLiteral("classId"));
     return names;
 }

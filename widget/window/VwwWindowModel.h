@@ -1,7 +1,8 @@
 #pragma once
 // A list model of the open windows, in the order they were added: the title as display
 // text, the icon as decoration, and the kind and id under their own roles. Titles follow
-// the windows' windowTitleUpdated() signal.
+// the windows' windowTitleUpdated() signal. Rows are added while a window is still being
+// constructed, so the model reads nothing of it that a subclass provides.
 
 #include <velmora_widget_export.h>
 
@@ -18,7 +19,6 @@ public:
         WindowIdRole = Qt::UserRole + 1, // int
         WindowTypeRole,                  // the kind's key, QString
         WindowTypeLabelRole,             // the kind's label, QString
-        ClassIdRole,                     // QString
     };
 
     explicit VwwWindowModel(QObject* parent = nullptr);
