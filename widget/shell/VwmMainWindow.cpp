@@ -307,8 +307,10 @@ void VwmMainWindow::removeWindow(VwwAWindow* window)
     QPointer<VwmWindowDock> dock = _d->entries[size_t(index)].dock;
     _d->entries.erase(_d->entries.begin() + index);
     // Out of the dock first, so that deleting the dock does not delete the window.
-    if (window)
+    if (window) {
+        disconnect(window, nullptr, this, nullptr);
         window->setParent(nullptr);
+    }
     _discardDock(dock);
     if (_d->active == window)
         _setActive(nullptr);
@@ -610,6 +612,7 @@ void VwmMainWindow::_discardDock(QDockWidget* dock)
 {
     if (!dock)
         return;
+    disconnect(dock, nullptr, this, nullptr);
     removeDockWidget(dock);
     // Deleted later, as it may be in the middle of its own event; until then it must not be
     // found as a child by restoreState() (it still bears a key) nor listed in the dock menu.
