@@ -48,12 +48,20 @@ QByteArray VuxXml::readFile(const QString& path, const Limits& limits)
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         throw KbeError(tr("'%1' cannot be read: %2").arg(QDir::toNativeSeparators(path), file.errorString()));
-    // One byte past the limit, so that a file that grew since the size check is caught.
-    const QByteArray data = file.read(limits.maxBytes + 1);
-    if (data.size() > limits.maxBytes)
-        throw KbeError(tr("'%1' is too large (at most %2 bytes are read).")
-                           .arg(QDir::toNativeSeparators(path))
-                           .arg(limits.maxBytes));
+    // Read in chunks against the limit, which also catches a file that grew since the check.
+    QByteArray data;
+    data.reserve(int(info.size()));
+    char chunk[64 * 1024];
+    qint64 n = 0;
+    while ((n = file.read(chunk, sizeof chunk)) > 0) {
+        if (data.size() + n > limits.maxBytes)
+            throw KbeError(tr("'%1' is too large (at most %2 bytes are read).")
+                               .arg(QDir::toNativeSeparators(path))
+                               .arg(limits.maxBytes));
+        data.append(chunk, int(n));
+    }
+    if (n < 0)
+        throw KbeError(tr("'%1' cannot be read: %2").arg(QDir::toNativeSeparators(path), file.errorString()));
     return data;
 }
 

@@ -76,11 +76,14 @@ void DemoDisplayWindow::_sceneChanged()
     const VsmScene* data = model ? model->getScene(scene.getId()) : nullptr;
     if (!data) {
         _heading->setText(tr("No scene is shown. Open one from the Scenes menu."));
+        showStatusMessage(QString());
         return;
     }
     _heading->setText(tr("<b>%1</b> (%2)").arg(data->name.toHtmlEscaped(), getSceneType().getLabel()));
     for (const QString& item : data->items)
-        _items->addItem(item);
+        _items->addItem(new QListWidgetItem(VuaResourceProvider::getIcon(getIconId()), item));
+    const int count = data->items.size();
+    showStatusMessage(count == 1 ? tr("1 item in the scene") : tr("%1 items in the scene").arg(count));
 }
 
 void DemoDisplayWindow::connectGps(QObject* gpsDialog, const char* enabledSignal, const char*, const char*,

@@ -7,6 +7,7 @@
 #include <VssProject.h>
 #include <VssProjectCollection.h>
 #include <VuaResourceProvider.h>
+#include <VwwMessagesWindow.h>
 #include <VwwReporterWindow.h>
 #include <VwwWindowRegistry.h>
 
@@ -17,10 +18,10 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
-#include <QInputDialog>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <QToolBar>
 
 DemoMainWindow::DemoMainWindow(QWidget* parent)
     : VwmMainWindow(parent)
@@ -72,6 +73,15 @@ DemoMainWindow::DemoMainWindow(QWidget* parent)
                       &DemoMainWindow::_addSummaryToReport);
 
     menuBar()->addMenu(windowMenu());
+
+    QToolBar* tools = addToolBar(tr("Project"));
+    tools->setObjectName(QStringLiteral("DEMO_TOOLBAR"));
+    tools->addActions({open, save});
+    tools->addSeparator();
+    tools->addAction(VuaResourceProvider::getIcon(iconReporter()), tr("Add a project summary to the Reporter"), this,
+                     &DemoMainWindow::_addSummaryToReport);
+    tools->addAction(VuaResourceProvider::getIcon(iconMessages()), tr("Messages"), this,
+                     [this] { setActiveWindow(VwwWindowRegistry::getMessagesWindow(true)); });
 
     QMenu* help = menuBar()->addMenu(tr("&Help"));
     help->addAction(tr("&About"), this, [this] {
