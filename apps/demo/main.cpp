@@ -9,6 +9,7 @@
 
 #include <VuaResourceProvider.h>
 #include <VwwDebugWindow.h>
+#include <VwwMessagesWindow.h>
 #include <VwwWindowRegistry.h>
 
 #include <QApplication>
@@ -48,6 +49,9 @@ int main(int argc, char** argv)
     VwwWindowRegistry::setMainWindow(&window);
     window.resize(1280, 800);
     window.show();
+    // Made before the project opens, so that what opening it reports (a damaged
+    // windows.xml, say) is listed there.
+    VwwWindowRegistry::getMessagesWindow(true);
 
     QString folder = parser.value(projectOption);
     if (folder.isEmpty()) {
