@@ -45,16 +45,18 @@ public:
     bool askForSave() override { return true; }
     bool isReadyToClose() override
     {
+        const bool ready = readyToClose; // the call may delete this window
         _called("isReadyToClose");
-        return readyToClose;
+        return ready;
     }
     void projectAboutToClose() override { _called("projectAboutToClose"); }
     void saveInProject() override { _called("saveInProject"); }
     void projectOpened(VssProject&) override { _called("projectOpened"); }
     Fields serialize() const override
     {
+        const Fields copy = fields; // the call may delete this window
         const_cast<TestWindow*>(this)->_called("serialize");
-        return fields;
+        return copy;
     }
     bool unserialize(const Fields& f) override
     {
