@@ -156,6 +156,25 @@ private Q_SLOTS:
         QVERIFY(QFileInfo(windowsFile(folder)).isFile());
     }
 
+    void aFactoryThatThrowsSkipsOnlyThatWindow()
+    {
+        const QString folder = newProject();
+        {
+            QFile f(windowsFile(folder));
+            QVERIFY(f.open(QIODevice::WriteOnly));
+            f.write("<windows><window-list><window class-id=\"Throwing\"/>"
+                    "<window class-id=\"Test2D\"><field name=\"scene-id\">1</field></window>"
+                    "</window-list></windows>");
+        }
+        auto* factory = new TestFactory;
+        VwwWindowRegistry::setWindowFactory(factory);
+        QVERIFY(VssProjectCollection::getInstance()->openProject(folder));
+        QCOMPARE(_warnings, QStringList({"Restoring window 'Throwing' failed: std::exception: cannot make it"}));
+        // The map after it is restored; the defaults it stands for are not made again.
+        QVERIFY(!factory->calls.contains(QStringLiteral("create2DDisplay:0")));
+        QVERIFY(factory->calls.contains(QStringLiteral("createReporterWindow")));
+    }
+
     void roundTripKeepsOrderAndText()
     {
         const QString folder = newProject();

@@ -307,7 +307,7 @@ bool VwwWindowRegistry::userCanChangeWindows()
 }
 
 template <class F>
-void VwwWindowRegistry::_forEachWindow(const char* failureText, F&& call)
+void VwwWindowRegistry::_forEachWindow(F&& call)
 {
     for (const QPointer<VwwAWindow>& window : _d->liveWindows()) {
         if (!window)
@@ -316,7 +316,7 @@ void VwwWindowRegistry::_forEachWindow(const char* failureText, F&& call)
         try {
             call(window.data());
         } catch (...) {
-            KbbDebug::printError(tr(failureText).arg(title, KbbDebug::describeCurrentException()));
+            KbbDebug::printError(tr("Error occurred in window '%1': %2").arg(title, KbbDebug::describeCurrentException()));
         }
     }
 }
@@ -448,7 +448,7 @@ void VwwWindowRegistry::_loadWindowsData(VssProject& project, WindowData& window
 
 void VwwWindowRegistry::projectOpened(VssProject& project)
 {
-    _forEachWindow("Error occurred in window '%1': %2", [&project](VwwAWindow* w) { w->projectOpened(project); });
+    _forEachWindow([&project](VwwAWindow* w) { w->projectOpened(project); });
     const QList<QPointer<VwwAWindow>> snapshot = _d->liveWindows();
 
     if (_d->sceneModel)
@@ -462,13 +462,14 @@ void VwwWindowRegistry::projectOpened(VssProject& project)
 
     if (_d->userCanChangeWindows) {
         for (const auto& entry : qAsConst(windowsData)) {
-            QPointer<VwwAWindow> window = createWindow(entry.first);
-            if (!window) {
-                qDebug() << "VwwWindowRegistry::projectOpened: no window for the class id" << entry.first;
-                continue;
-            }
+            QPointer<VwwAWindow> window;
             bool restored = false;
             try {
+                window = createWindow(entry.first);
+                if (!window) {
+                    qDebug() << "VwwWindowRegistry::projectOpened: no window for the class id" << entry.first;
+                    continue;
+                }
                 if (!snapshot.contains(window))
                     window->projectOpened(project);
                 restored = window && window->unserialize(entry.second);
@@ -538,7 +539,7 @@ bool VwwWindowRegistry::isReadyToClose()
 
 void VwwWindowRegistry::saveInProject()
 {
-    _forEachWindow("Error occurred in window '%1': %2", [](VwwAWindow* w) { w->saveInProject(); });
+    _forEachWindow([](VwwAWindow* w) { w->saveInProject(); });
 }
 
 void VwwWindowRegistry::projectAboutToClose()

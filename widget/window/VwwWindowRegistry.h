@@ -97,7 +97,7 @@ private:
     void _loadWindowsData(VssProject& project, WindowData& windowsData, QDomElement& workspace);
     void _connectGps(VwwASceneWindow* window);
     template <class F>
-    void _forEachWindow(const char* failureText, F&& call);
+    void _forEachWindow(F&& call); // reports an exception per window and goes on
 
     std::unique_ptr<class VwwWindowRegistryPrivate> const _d;
 };
