@@ -66,6 +66,11 @@ VELMORA_UTIL_EXPORT IconId iconApply();
 VELMORA_UTIL_EXPORT IconId iconInfo();
 VELMORA_UTIL_EXPORT IconId iconWarning();
 VELMORA_UTIL_EXPORT IconId iconError();
+VELMORA_UTIL_EXPORT IconId iconAutomaticState();
+VELMORA_UTIL_EXPORT IconId iconAutomaticSetValue();
+VELMORA_UTIL_EXPORT IconId iconLockState();
+VELMORA_UTIL_EXPORT IconId iconStyleSheet();
+VELMORA_UTIL_EXPORT IconId iconFileNew();
 
 } // namespace Resource
 } // namespace Vua

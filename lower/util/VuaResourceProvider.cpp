@@ -41,6 +41,13 @@ IconId iconApply() { return {QStringLiteral("apply"), QStringLiteral("dialog-ok-
 IconId iconInfo() { return {QStringLiteral("info"), QStringLiteral("dialog-information")}; }
 IconId iconWarning() { return {QStringLiteral("warning"), QStringLiteral("dialog-warning")}; }
 IconId iconError() { return {QStringLiteral("error"), QStringLiteral("dialog-error")}; }
+// No theme names: the desktop themes have no icon that means "automatic value", and a
+// theme's padlock would not match the other two.
+IconId iconAutomaticState() { return {QStringLiteral("automatic-state"), QString()}; }
+IconId iconAutomaticSetValue() { return {QStringLiteral("automatic-set-value"), QString()}; }
+IconId iconLockState() { return {QStringLiteral("lock-state"), QString()}; }
+IconId iconStyleSheet() { return {QStringLiteral("css"), QStringLiteral("text-css")}; }
+IconId iconFileNew() { return {QStringLiteral("new"), QStringLiteral("document-new")}; }
 } // namespace Resource
 } // namespace Vua
 
