@@ -10,5 +10,8 @@ public:
     // that would turn NaN into an error, and it is far outside any measured quantity.
     static constexpr double D_FFFF = -1.0e+32;
 
+    // The undefined integer, the lowest int: no count, index or class number takes it.
+    static constexpr int I_FFFF = -2147483647 - 1;
+
     static bool isUndefined(double v) { return v == D_FFFF; }
 };

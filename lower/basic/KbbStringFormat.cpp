@@ -179,11 +179,19 @@ QString KbbStringFormat::getPlaceholderText(const QLocale& locale) const
 
 QString KbbStringFormat::getDisplayUnitSymbol() const
 {
+    return getDisplayUnitSymbol(1);
+}
+
+QString KbbStringFormat::getDisplayUnitSymbol(int powerValue) const
+{
+    QString unit = powerValue == 0 ? QString() : _unit.getSymbol();
+    if (!unit.isEmpty() && powerValue != 1)
+        unit += superscript(powerValue);
     if (_power == 0)
-        return _unit.getSymbol();
+        return unit;
     QString s = QStringLiteral("\u00D710") + superscript(_power);
-    if (!_unit.getSymbol().isEmpty())
-        s += QLatin1Char(' ') + _unit.getSymbol();
+    if (!unit.isEmpty())
+        s += QLatin1Char(' ') + unit;
     return s;
 }
 

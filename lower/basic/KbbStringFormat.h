@@ -50,6 +50,9 @@ public:
     QString getPlaceholderText(const QLocale& locale = QLocale()) const;
     // The unit symbol, preceded by the power of ten when there is one ("×10³ m").
     QString getDisplayUnitSymbol() const;
+    // The same for a quantity in the unit raised to `powerValue`: 2 gives "m²" for a
+    // variance of lengths, 0 leaves the unit out.
+    QString getDisplayUnitSymbol(int powerValue) const;
 
     // Keys "notation" (FIXED, SCIENTIFIC, GENERAL), "digits", "grouping", "unit" (a unit
     // key), "power": the form stored in preferences.

@@ -21,6 +21,7 @@ const QString gray1 = QStringLiteral("#f0f0f0");
 const QString gray2 = QStringLiteral("#d2cfcd");
 const QString gray3 = QStringLiteral("#a59f9b");
 const QString grayBorder = QStringLiteral("#999999");
+const QString readOnlyBackground = gray1;
 
 namespace {
 

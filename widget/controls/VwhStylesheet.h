@@ -26,6 +26,8 @@ VELMORA_WIDGET_EXPORT extern const QString gray1;
 VELMORA_WIDGET_EXPORT extern const QString gray2;
 VELMORA_WIDGET_EXPORT extern const QString gray3;
 VELMORA_WIDGET_EXPORT extern const QString grayBorder;
+// Background of values shown but not editable, such as a read-only editor's text.
+VELMORA_WIDGET_EXPORT extern const QString readOnlyBackground;
 
 // Thickness of the flat scroll bars, in pixels.
 constexpr int scrollBarWidth = 15;

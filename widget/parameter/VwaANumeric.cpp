@@ -1,0 +1,244 @@
+#include "VwaANumeric.h"
+
+#include <VwhStylesheet.h>
+
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QPointer>
+#include <QStackedWidget>
+
+class VwaANumericPrivate
+{
+public:
+    QStackedWidget* stack = nullptr;
+    QWidget* rwWidget = nullptr;
+    QHBoxLayout* rwLayout = nullptr;
+    QLineEdit* lineEdit = nullptr;
+    QPointer<QAbstractSpinBox> spinBox;
+    bool minimumDefined = false;
+    bool maximumDefined = false;
+    bool wrapping = false;
+    bool readOnly = false;
+    QAbstractSpinBox::ButtonSymbols buttonSymbols = QAbstractSpinBox::UpDownArrows;
+};
+
+VwaANumeric::VwaANumeric(QWidget* parent)
+    : VwaAWidget(parent, true, true)
+    , _d(new VwaANumericPrivate)
+{
+}
+
+VwaANumeric::~VwaANumeric() = default;
+
+void VwaANumeric::_setSpinBox(QAbstractSpinBox* spinBox)
+{
+    if (!spinBox || _d->spinBox) {
+        qWarning("VwaANumeric::_setSpinBox: %s", spinBox ? "the editor already has its spin box" : "no spin box");
+        return;
+    }
+    _d->spinBox = spinBox;
+    spinBox->setObjectName(QStringLiteral("spinbox"));
+    spinBox->setKeyboardTracking(false);
+    // Not WheelFocus: a wheel turned over the field must not take the focus (and then
+    // the value) on its own.
+    spinBox->setFocusPolicy(Qt::StrongFocus);
+    spinBox->installEventFilter(this);
+    _d->buttonSymbols = spinBox->buttonSymbols();
+
+    _d->rwWidget = new QWidget;
+    _d->rwWidget->setObjectName(QStringLiteral("rwWidget"));
+    _d->rwLayout = new QHBoxLayout(_d->rwWidget);
+    _d->rwLayout->setObjectName(QStringLiteral("rwLayout"));
+    _d->rwLayout->setContentsMargins(0, 0, 0, 0);
+    _d->rwLayout->addWidget(spinBox);
+    for (QWidget* button : {_getAutomaticButton(), _getLockValueButton()})
+        if (button)
+            _d->rwLayout->addWidget(button);
+    _d->rwWidget->setFocusProxy(spinBox);
+
+    _d->lineEdit = new QLineEdit;
+    _d->lineEdit->setObjectName(QStringLiteral("lineEdit"));
+    _d->lineEdit->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    _d->lineEdit->setReadOnly(true);
+    _d->lineEdit->setFrame(false);
+    {
+        using namespace Vwh::Stylesheet;
+        Stream sheet;
+        sheet.add({bgColor(readOnlyBackground)});
+        _d->lineEdit->setStyleSheet(sheet.getStyleSheet());
+    }
+
+    _d->stack = new QStackedWidget;
+    _d->stack->setObjectName(QStringLiteral("stackWidget"));
+    _d->stack->addWidget(_d->rwWidget);
+    _d->stack->addWidget(_d->lineEdit);
+    auto* layout = new QHBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(_d->stack);
+
+    setSizePolicy(spinBox->sizePolicy());
+    _d->rwWidget->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
+    spinBox->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
+    _d->lineEdit->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
+    setTabOrder(spinBox, _d->lineEdit);
+    setFocusPolicy(Qt::StrongFocus);
+
+    _updateWidget();
+}
+
+QAbstractSpinBox* VwaANumeric::_getSpinBox() const
+{
+    return _d->spinBox;
+}
+
+void VwaANumeric::_updateWidget()
+{
+    if (QAbstractSpinBox* spinBox = _d->spinBox) {
+        const bool blocked = spinBox->blockSignals(true);
+        _updateSpinBox();
+        spinBox->setReadOnly(_d->readOnly);
+        spinBox->setWrapping(_d->wrapping);
+        spinBox->blockSignals(blocked);
+    }
+    if (!_d->lineEdit)
+        return;
+    _d->lineEdit->setText(_getTextFromValue());
+    _d->lineEdit->setCursorPosition(0);
+    QWidget* page = !_d->readOnly && _d->spinBox ? _d->rwWidget : static_cast<QWidget*>(_d->lineEdit);
+    _d->stack->setCurrentWidget(page);
+    setFocusProxy(page);
+}
+
+bool VwaANumeric::isMinimumDefined() const
+{
+    return _d->minimumDefined;
+}
+
+void VwaANumeric::setMinimumDefined(bool defined)
+{
+    if (defined == _d->minimumDefined)
+        return;
+    _d->minimumDefined = defined;
+    if (defined)
+        _validate();
+    else
+        _updateWidget();
+}
+
+bool VwaANumeric::isMaximumDefined() const
+{
+    return _d->maximumDefined;
+}
+
+void VwaANumeric::setMaximumDefined(bool defined)
+{
+    if (defined == _d->maximumDefined)
+        return;
+    _d->maximumDefined = defined;
+    if (defined)
+        _validate();
+    else
+        _updateWidget();
+}
+
+bool VwaANumeric::isWrapped() const
+{
+    return _d->wrapping;
+}
+
+void VwaANumeric::setWrapping(bool wrapping)
+{
+    if (wrapping == _d->wrapping)
+        return;
+    _d->wrapping = wrapping;
+    _updateWidget();
+}
+
+bool VwaANumeric::isReadOnly() const
+{
+    return _d->readOnly;
+}
+
+void VwaANumeric::setReadOnly(bool readOnly)
+{
+    if (readOnly == _d->readOnly)
+        return;
+    _d->readOnly = readOnly;
+    _updateWidget();
+}
+
+bool VwaANumeric::hasFrame() const
+{
+    return _d->spinBox && _d->spinBox->hasFrame();
+}
+
+void VwaANumeric::setFrame(bool frame)
+{
+    if (_d->spinBox)
+        _d->spinBox->setFrame(frame);
+}
+
+bool VwaANumeric::isButtonVisible() const
+{
+    return _d->spinBox && _d->spinBox->buttonSymbols() != QAbstractSpinBox::NoButtons;
+}
+
+void VwaANumeric::setButtonsVisible(bool visible)
+{
+    if (!_d->spinBox)
+        return;
+    _d->spinBox->setButtonSymbols(visible ? _d->buttonSymbols : QAbstractSpinBox::NoButtons);
+}
+
+int VwaANumeric::getSpacing() const
+{
+    return _d->rwLayout ? _d->rwLayout->spacing() : 0;
+}
+
+void VwaANumeric::setSpacing(int spacing)
+{
+    if (_d->rwLayout)
+        _d->rwLayout->setSpacing(spacing);
+}
+
+QString VwaANumeric::text() const
+{
+    return _d->lineEdit ? _d->lineEdit->text() : QString();
+}
+
+void VwaANumeric::_updateWidgetStyle()
+{
+    // Inside a table cell the cell draws the frame and there is no room for spacing.
+    const bool embedded = getWidgetStyle() == EMBEDDED;
+    setFrame(!embedded);
+    setSpacing(embedded ? 0 : -1);
+}
+
+bool VwaANumeric::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched == _d->spinBox) {
+        switch (event->type()) {
+        case QEvent::KeyPress: {
+            // Ignored, so that the key travels up to the parents and they move the focus.
+            const int key = static_cast<QKeyEvent*>(event)->key();
+            if (key == Qt::Key_Tab || key == Qt::Key_Backtab) {
+                event->ignore();
+                return true;
+            }
+            break;
+        }
+        case QEvent::Wheel:
+            // A form scrolled with the wheel must not change the values it passes over.
+            if (!_d->spinBox->hasFocus()) {
+                event->ignore();
+                return true;
+            }
+            break;
+        default:
+            break;
+        }
+    }
+    return VwaAWidget::eventFilter(watched, event);
+}
