@@ -12,7 +12,6 @@
 
 #include <QClipboard>
 #include <QLineEdit>
-#include <QStackedWidget>
 #include <QVBoxLayout>
 #include <QtTest>
 #include <cmath>
@@ -377,12 +376,21 @@ private Q_SLOTS:
         form.editor->setDisplayFormat(fixed(3, QStringLiteral("km")));
         form.editor->setValue(1.5);
         form.editor->setReadOnly(true);
-        auto* stack = form.editor->findChild<QStackedWidget*>(QStringLiteral("stackWidget"));
-        QCOMPARE(stack->currentWidget()->objectName(), QStringLiteral("lineEdit"));
+        form.editor->setLockValueAvailable(true);
+        auto* page = form.editor->findChild<QLineEdit*>(QStringLiteral("lineEdit"));
+        auto* lock = form.editor->findChild<QWidget*>(QStringLiteral("lockValueButton"));
+        QVERIFY(page->isVisible());
         QVERIFY(!form.spin()->isVisible());
+        QVERIFY(!lock->isVisible());
+        QCOMPARE(page->text(), QStringLiteral("1.500 km"));
         QCOMPARE(form.editor->text(), QStringLiteral("1.500 km"));
+        form.editor->setValue(2.0);
+        QCOMPARE(page->text(), QStringLiteral("2.000 km"));
+
         form.editor->setReadOnly(false);
         QVERIFY(form.spin()->isVisible());
+        QVERIFY(lock->isVisible());
+        QVERIFY(!page->isVisible());
     }
 
     void fixedTextIsLogged()

@@ -6,15 +6,11 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QPointer>
-#include <QStackedWidget>
 
 class VwaANumericPrivate
 {
 public:
-    QStackedWidget* stack = nullptr;
-    QWidget* rwWidget = nullptr;
-    QHBoxLayout* rwLayout = nullptr;
-    QLineEdit* lineEdit = nullptr;
+    QLineEdit* lineEdit = nullptr; // the read-only page, made when first shown
     QPointer<QAbstractSpinBox> spinBox;
     bool minimumDefined = false;
     bool maximumDefined = false;
@@ -27,6 +23,7 @@ VwaANumeric::VwaANumeric(QWidget* parent)
     : VwaAWidget(parent, true, true)
     , _d(new VwaANumericPrivate)
 {
+    setFocusPolicy(Qt::StrongFocus);
 }
 
 VwaANumeric::~VwaANumeric() = default;
@@ -46,46 +43,29 @@ void VwaANumeric::_setSpinBox(QAbstractSpinBox* spinBox)
     spinBox->installEventFilter(this);
     _d->buttonSymbols = spinBox->buttonSymbols();
 
-    _d->rwWidget = new QWidget;
-    _d->rwWidget->setObjectName(QStringLiteral("rwWidget"));
-    _d->rwLayout = new QHBoxLayout(_d->rwWidget);
-    _d->rwLayout->setObjectName(QStringLiteral("rwLayout"));
-    _d->rwLayout->setContentsMargins(0, 0, 0, 0);
-    _d->rwLayout->addWidget(spinBox);
-    for (QWidget* button : {_getAutomaticButton(), _getLockValueButton()})
-        if (button)
-            _d->rwLayout->addWidget(button);
-    _d->rwWidget->setFocusProxy(spinBox);
+    _setMainWidget(spinBox);
+    _updateWidget();
+}
 
-    _d->lineEdit = new QLineEdit;
+QLineEdit* VwaANumeric::_readOnlyPage()
+{
+    if (_d->lineEdit)
+        return _d->lineEdit;
+    _d->lineEdit = new QLineEdit(this);
     _d->lineEdit->setObjectName(QStringLiteral("lineEdit"));
     _d->lineEdit->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     _d->lineEdit->setReadOnly(true);
     _d->lineEdit->setFrame(false);
-    {
-        using namespace Vwh::Stylesheet;
-        Stream sheet;
-        sheet.add({bgColor(readOnlyBackground)});
-        _d->lineEdit->setStyleSheet(sheet.getStyleSheet());
-    }
-
-    _d->stack = new QStackedWidget;
-    _d->stack->setObjectName(QStringLiteral("stackWidget"));
-    _d->stack->addWidget(_d->rwWidget);
-    _d->stack->addWidget(_d->lineEdit);
-    auto* layout = new QHBoxLayout(this);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(0);
-    layout->addWidget(_d->stack);
-
-    setSizePolicy(spinBox->sizePolicy());
-    _d->rwWidget->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
-    spinBox->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
+    using namespace Vwh::Stylesheet;
+    Stream sheet;
+    sheet.add({bgColor(readOnlyBackground)});
+    _d->lineEdit->setStyleSheet(sheet.getStyleSheet());
     _d->lineEdit->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
-    setTabOrder(spinBox, _d->lineEdit);
-    setFocusPolicy(Qt::StrongFocus);
-
-    _updateWidget();
+    _d->lineEdit->hide();
+    _rowLayout()->addWidget(_d->lineEdit);
+    if (_d->spinBox)
+        setTabOrder(_d->spinBox, _d->lineEdit);
+    return _d->lineEdit;
 }
 
 QAbstractSpinBox* VwaANumeric::_getSpinBox() const
@@ -98,17 +78,25 @@ void VwaANumeric::_updateWidget()
     if (QAbstractSpinBox* spinBox = _d->spinBox) {
         const bool blocked = spinBox->blockSignals(true);
         _updateSpinBox();
-        spinBox->setReadOnly(_d->readOnly);
+        // setReadOnly repaints and notifies even when nothing changes.
+        if (spinBox->isReadOnly() != _d->readOnly)
+            spinBox->setReadOnly(_d->readOnly);
         spinBox->setWrapping(_d->wrapping);
         spinBox->blockSignals(blocked);
     }
-    if (!_d->lineEdit)
+    const bool editable = !_d->readOnly && _d->spinBox;
+    if (editable && !_d->lineEdit) {
+        setFocusProxy(_d->spinBox);
         return;
-    _d->lineEdit->setText(_getTextFromValue());
-    _d->lineEdit->setCursorPosition(0);
-    QWidget* page = !_d->readOnly && _d->spinBox ? _d->rwWidget : static_cast<QWidget*>(_d->lineEdit);
-    _d->stack->setCurrentWidget(page);
-    setFocusProxy(page);
+    }
+    QLineEdit* page = _readOnlyPage();
+    page->setText(_getTextFromValue());
+    page->setCursorPosition(0);
+    if (_d->spinBox)
+        _d->spinBox->setVisible(editable);
+    _setButtonsShown(editable);
+    page->setVisible(!editable);
+    setFocusProxy(editable ? static_cast<QWidget*>(_d->spinBox) : page);
 }
 
 bool VwaANumeric::isMinimumDefined() const
@@ -194,18 +182,19 @@ void VwaANumeric::setButtonsVisible(bool visible)
 
 int VwaANumeric::getSpacing() const
 {
-    return _d->rwLayout ? _d->rwLayout->spacing() : 0;
+    // -1, the style's spacing, while the spin box is alone.
+    const QHBoxLayout* row = _getRowLayout();
+    return row ? row->spacing() : -1;
 }
 
 void VwaANumeric::setSpacing(int spacing)
 {
-    if (_d->rwLayout)
-        _d->rwLayout->setSpacing(spacing);
+    _rowLayout()->setSpacing(spacing);
 }
 
 QString VwaANumeric::text() const
 {
-    return _d->lineEdit ? _d->lineEdit->text() : QString();
+    return _getTextFromValue();
 }
 
 void VwaANumeric::_updateWidgetStyle()

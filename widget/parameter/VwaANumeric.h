@@ -1,7 +1,8 @@
 #pragma once
-// Common frame of the single-number editors: a spin box with the automatic and lock
-// buttons to its right, optional lower and upper bounds, and a read-only page that shows
-// the value as flat text. The concrete editor supplies the spin box and its value.
+// Common frame of the single-number editors: a spin box ("spinbox") with the automatic and
+// lock buttons to its right, optional lower and upper bounds, and a read-only line edit
+// ("lineEdit") that shows the value as flat text in the spin box's place. The concrete
+// editor supplies the spin box and its value.
 // Keys: those of the spin box; Tab and Backtab always move the focus on. The mouse
 // wheel changes the value only once the user has clicked into the editor.
 
@@ -46,7 +47,7 @@ public:
     int getSpacing() const;
     void setSpacing(int spacing);
 
-    // The text of the read-only page.
+    // The value as the read-only page shows it.
     QString text() const;
 
 protected:
@@ -69,5 +70,7 @@ protected Q_SLOTS:
     virtual void _validate() = 0;
 
 private:
+    class QLineEdit* _readOnlyPage();
+
     std::unique_ptr<class VwaANumericPrivate> const _d;
 };

@@ -3,27 +3,43 @@
 #include <VwcAutomaticButton.h>
 #include <VwcLockValueButton.h>
 
+#include <QHBoxLayout>
 #include <QPainter>
 #include <QStyleOption>
 
 VwaAWidget::VwaAWidget(QWidget* parent, bool withAutomaticButton, bool withLockButton)
     : QWidget(parent)
+    , _withAutomatic(withAutomaticButton)
+    , _withLock(withLockButton)
 {
-    if (withAutomaticButton) {
-        _automaticButton = new VwcAutomaticButton(this);
-        _automaticButton->hide();
-        connect(_automaticButton, &VwcAutomaticButton::automaticToggled, this, &VwaAWidget::_automaticToggled);
-        connect(_automaticButton, &VwcAutomaticButton::automaticClicked, this, [this] { _resetToAutoValue(); });
-    }
-    if (withLockButton) {
-        _lockButton = new VwcLockValueButton(this);
-        _lockButton->setObjectName(QStringLiteral("lockValueButton"));
-        _lockButton->hide();
-        connect(_lockButton, &VwcLockValueButton::lockToggled, this, &VwaAWidget::lockValueToggled);
-    }
 }
 
 VwaAWidget::~VwaAWidget() = default;
+
+VwcAutomaticButton* VwaAWidget::_makeAutomaticButton()
+{
+    if (_automaticButton || !_withAutomatic)
+        return _automaticButton;
+    _automaticButton = new VwcAutomaticButton(this);
+    _automaticButton->hide();
+    _automaticButton->setEnabled(_automaticEnabled);
+    connect(_automaticButton, &VwcAutomaticButton::automaticToggled, this, &VwaAWidget::_automaticToggled);
+    connect(_automaticButton, &VwcAutomaticButton::automaticClicked, this, [this] { _resetToAutoValue(); });
+    _insertButton(_automaticButton);
+    return _automaticButton;
+}
+
+VwcLockValueButton* VwaAWidget::_makeLockButton()
+{
+    if (_lockButton || !_withLock)
+        return _lockButton;
+    _lockButton = new VwcLockValueButton(this);
+    _lockButton->setObjectName(QStringLiteral("lockValueButton"));
+    _lockButton->hide();
+    connect(_lockButton, &VwcLockValueButton::lockToggled, this, &VwaAWidget::lockValueToggled);
+    _insertButton(_lockButton);
+    return _lockButton;
+}
 
 VwaAWidget::WidgetStyle VwaAWidget::getWidgetStyle() const
 {
@@ -49,11 +65,13 @@ VwaAWidget::AutoMode VwaAWidget::getAutomaticMode() const
 
 void VwaAWidget::setAutomaticMode(AutoMode mode)
 {
-    if (!_automaticButton)
+    // Without a button the mode is AUTO_SET_NONE already.
+    if (!_automaticButton && mode == AUTO_SET_NONE)
+        return;
+    if (!_makeAutomaticButton())
         return;
     _automaticButton->setAutomaticMode(mode);
-    // Follow the mode the button kept, which an invalid request leaves unchanged.
-    _automaticButton->setVisible(_automaticButton->getAutomaticMode() != AUTO_SET_NONE);
+    _setButtonsShown(_buttonsShown);
 }
 
 bool VwaAWidget::isAutomatic() const
@@ -69,25 +87,31 @@ void VwaAWidget::setAutomatic(bool automatic)
 
 bool VwaAWidget::isAutomaticEnabled() const
 {
-    return _automaticButton && _automaticButton->isEnabled();
+    return _withAutomatic && _automaticEnabled;
 }
 
 void VwaAWidget::setAutomaticEnabled(bool enabled)
 {
+    if (!_withAutomatic)
+        return;
+    _automaticEnabled = enabled;
     if (_automaticButton)
         _automaticButton->setEnabled(enabled);
 }
 
 bool VwaAWidget::isLockValueAvailable() const
 {
-    // Relative to the editor, so that the answer does not depend on the editor being shown.
-    return _lockButton && _lockButton->isVisibleTo(this);
+    return _withLock && _lockAvailable;
 }
 
 void VwaAWidget::setLockValueAvailable(bool available)
 {
-    if (_lockButton)
-        _lockButton->setVisible(available);
+    if (!_withLock)
+        return;
+    _lockAvailable = available;
+    if (available)
+        _makeLockButton();
+    _setButtonsShown(_buttonsShown);
 }
 
 bool VwaAWidget::isValueLocked() const
@@ -97,28 +121,119 @@ bool VwaAWidget::isValueLocked() const
 
 void VwaAWidget::setValueLocked(bool locked)
 {
-    if (_lockButton)
+    if (!_lockButton && !locked)
+        return;
+    if (_makeLockButton())
         _lockButton->setLocked(locked);
+}
+
+void VwaAWidget::_setButtonsShown(bool shown)
+{
+    _buttonsShown = shown;
+    if (_automaticButton)
+        _automaticButton->setVisible(shown && _automaticButton->getAutomaticMode() != AUTO_SET_NONE);
+    if (_lockButton)
+        _lockButton->setVisible(shown && _lockAvailable);
+}
+
+void VwaAWidget::_setMainWidget(QWidget* widget)
+{
+    if (!widget || _mainWidget) {
+        qWarning("VwaAWidget::_setMainWidget: %s", widget ? "the editor has its main widget" : "no widget");
+        return;
+    }
+    _mainWidget = widget;
+    setSizePolicy(widget->sizePolicy());
+    if (_row)
+        _row->insertWidget(0, widget);
+    else
+        widget->setGeometry(rect());
+}
+
+QWidget* VwaAWidget::_getMainWidget() const
+{
+    return _mainWidget;
+}
+
+// A form shows hundreds of editors and most of them never show more than their field,
+// which then simply fills the editor: no layout until a second widget comes.
+QHBoxLayout* VwaAWidget::_getRowLayout() const
+{
+    return _row;
+}
+
+QHBoxLayout* VwaAWidget::_rowLayout()
+{
+    if (_row)
+        return _row;
+    _row = new QHBoxLayout(this);
+    _row->setObjectName(QStringLiteral("rwLayout"));
+    _row->setContentsMargins(0, 0, 0, 0);
+    if (_mainWidget) {
+        // The editor keeps the field's policy; inside, the field takes what it gets.
+        _mainWidget->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
+        _row->addWidget(_mainWidget);
+    }
+    return _row;
+}
+
+void VwaAWidget::_insertButton(QWidget* button)
+{
+    if (!_mainWidget)
+        return;
+    QHBoxLayout* row = _rowLayout();
+    // The automatic button right of the field, the lock button right of that.
+    QWidget* before = button == _lockButton && _automaticButton ? static_cast<QWidget*>(_automaticButton)
+                                                                : _mainWidget.data();
+    row->insertWidget(row->indexOf(before) + 1, button);
+}
+
+QSize VwaAWidget::sizeHint() const
+{
+    return !_row && _mainWidget ? _mainWidget->sizeHint() : QWidget::sizeHint();
+}
+
+QSize VwaAWidget::minimumSizeHint() const
+{
+    return !_row && _mainWidget ? _mainWidget->minimumSizeHint() : QWidget::minimumSizeHint();
+}
+
+void VwaAWidget::resizeEvent(QResizeEvent* event)
+{
+    QWidget::resizeEvent(event);
+    if (!_row && _mainWidget)
+        _mainWidget->setGeometry(rect());
+}
+
+bool VwaAWidget::event(QEvent* event)
+{
+    // Without a layout, a new size hint of the field must still reach our parent.
+    if (event->type() == QEvent::LayoutRequest && !_row)
+        updateGeometry();
+    return QWidget::event(event);
 }
 
 void VwaAWidget::setReadOnly(bool)
 {
 }
 
-QWidget* VwaAWidget::_getAutomaticButton() const
+QWidget* VwaAWidget::_getAutomaticButton()
 {
-    return _automaticButton;
+    return _makeAutomaticButton();
 }
 
-QWidget* VwaAWidget::_getLockValueButton() const
+QWidget* VwaAWidget::_getLockValueButton()
 {
-    return _lockButton;
+    return _makeLockButton();
 }
 
 void VwaAWidget::paintEvent(QPaintEvent*)
 {
     // A plain QWidget subclass ignores background and border rules of a style sheet
-    // unless it draws PE_Widget itself.
+    // unless it draws PE_Widget itself. Without a style sheet there is nothing to draw,
+    // and a form of many editors saves a painter each.
+    if (!testAttribute(Qt::WA_StyleSheet))
+        return;
     QStyleOption option;
     option.initFrom(this);
     QPainter painter(this);

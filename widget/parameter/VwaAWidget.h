@@ -3,11 +3,14 @@
 // common frame: an optional automatic button (toggle for "automatic", or push to reset to
 // the automatic value), an optional lock button, the widget style, read-only switching and
 // style-sheet painting. Mouse and keys: those of the two buttons (click or Space).
+// The buttons are made when first needed, since most editors of a form never show them.
 
 #include <velmora_widget_export.h>
 
+#include <QPointer>
 #include <QWidget>
 
+class QHBoxLayout;
 class VwcAutomaticButton;
 class VwcLockValueButton;
 
@@ -67,11 +70,34 @@ Q_SIGNALS:
 protected:
     VwaAWidget(QWidget* parent, bool withAutomaticButton, bool withLockButton);
 
-    // For the subclass's layout; null when the editor was built without them.
-    QWidget* _getAutomaticButton() const;
-    QWidget* _getLockValueButton() const;
+    // The editor's field (spin box, combo). It fills the editor on its own, and becomes
+    // the first widget of the row layout once something is placed beside it.
+    void _setMainWidget(QWidget* widget);
+    QWidget* _getMainWidget() const;
+    // The row: main widget, automatic button, lock button, then what the subclass adds.
+    // Made on first use; _getRowLayout() is null until then.
+    QHBoxLayout* _rowLayout();
+    QHBoxLayout* _getRowLayout() const;
+
+    // For a subclass that lays the buttons out itself; null when the editor was built
+    // without them. Asking makes the button.
+    QWidget* _getAutomaticButton();
+    QWidget* _getLockValueButton();
+    // Called once for each button as it is made (hidden). Puts it into the row when there
+    // is a main widget; a subclass with its own layout overrides it.
+    virtual void _insertButton(QWidget* button);
+    // Hides both buttons (a read-only page has none), or shows those the state asks for.
+    void _setButtonsShown(bool shown);
 
     void paintEvent(QPaintEvent* event) override;
+    bool event(QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+public:
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
+protected:
 
 protected Q_SLOTS:
     virtual void _resetToAutoValue() = 0;
@@ -79,8 +105,17 @@ protected Q_SLOTS:
 
 private:
     void _automaticToggled(bool on);
+    VwcAutomaticButton* _makeAutomaticButton();
+    VwcLockValueButton* _makeLockButton();
 
     WidgetStyle _widgetStyle = NORMAL;
+    const bool _withAutomatic;
+    const bool _withLock;
+    bool _automaticEnabled = true;
+    bool _lockAvailable = false;
+    bool _buttonsShown = true;
     VwcAutomaticButton* _automaticButton = nullptr;
     VwcLockValueButton* _lockButton = nullptr;
+    QPointer<QWidget> _mainWidget;
+    QHBoxLayout* _row = nullptr;
 };

@@ -52,6 +52,8 @@ public:
     // The user typed since the text was last set from the value: only then is the text
     // read back, so that leaving the field never rounds a value to its shown digits.
     bool edited = false;
+    // The format or prefix changed since the text was made.
+    bool textStale = false;
     mutable QSize sizeHint;
 
     QString suffix() const { return unitSuffix(format, powerValue); }
@@ -114,6 +116,7 @@ VwaDouble::_SpinBox::_SpinBox(VwaDouble* editor)
 void VwaDouble::_SpinBox::_showValue()
 {
     _d.edited = false;
+    _d.textStale = false;
     const QString text = _d.text(_d.value);
     if (lineEdit()->text() != text)
         lineEdit()->setText(text);
@@ -122,6 +125,8 @@ void VwaDouble::_SpinBox::_showValue()
 
 void VwaDouble::_SpinBox::setValue(double value)
 {
+    if (value == _d.value && !_d.textStale && !_d.edited)
+        return;
     _d.value = value;
     _showValue();
 }
@@ -142,6 +147,7 @@ void VwaDouble::_SpinBox::setFormat(const KbbStringFormat& format, int powerValu
         return;
     _d.format = format;
     _d.powerValue = powerValue;
+    _d.textStale = true;
     lineEdit()->setPlaceholderText(format.getPlaceholderText());
     _d.sizeHint = QSize();
     updateGeometry();
@@ -157,6 +163,7 @@ void VwaDouble::_SpinBox::setStep(double step)
 void VwaDouble::_SpinBox::setPrefix(const QString& prefix)
 {
     _d.prefix = prefix;
+    _d.textStale = true;
     _d.sizeHint = QSize();
     updateGeometry();
 }
@@ -300,13 +307,12 @@ QSize VwaDouble::_SpinBox::sizeHint() const
     if (_d.sizeHint.isValid())
         return _d.sizeHint;
     ensurePolished();
-    // Wide enough for the bounds, or for a typical value when there are none.
+    // Wide enough for the bounds, or for a typical value where there is none; both texts
+    // carry the prefix and the unit.
     const QFontMetrics metrics(font());
-    int width = metrics.horizontalAdvance(lineEdit()->placeholderText());
-    for (double v : {_d.minimum, _d.maximum, -9999.0})
-        if (v != UNDEFINED)
-            width = std::max(width, metrics.horizontalAdvance(_d.text(v)));
-    width = std::max(width, metrics.horizontalAdvance(_d.prefix + QStringLiteral("-9999") + _d.suffix()));
+    int width = 0;
+    for (double v : {_d.minimum != UNDEFINED ? _d.minimum : -9999.0, _d.maximum != UNDEFINED ? _d.maximum : 99999.0})
+        width = std::max(width, metrics.horizontalAdvance(_d.text(v)));
     QStyleOptionSpinBox option;
     initStyleOption(&option);
     const QSize content(width + 2, lineEdit()->sizeHint().height());
