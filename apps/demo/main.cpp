@@ -2,6 +2,7 @@
 // (once) and opens the sample project in the user's data folder.
 //   --project DIR      open another project
 //   --screenshot FILE  render the main window to a PNG and quit
+//   --parameters       show the form of value editors (Tools > Parameters)
 
 #include "DemoMainWindow.h"
 #include "DemoSampleProject.h"
@@ -35,8 +36,11 @@ int main(int argc, char** argv)
     const QCommandLineOption screenshotOption(QStringLiteral("screenshot"),
                                               QObject::tr("Save the main window to <file> (PNG) and quit."),
                                               QObject::tr("file"));
+    const QCommandLineOption parametersOption(QStringLiteral("parameters"),
+                                              QObject::tr("Show the form of value editors."));
     parser.addOption(projectOption);
     parser.addOption(screenshotOption);
+    parser.addOption(parametersOption);
     parser.process(app);
 
     VuaResourceProvider::setHelpHandler([](const Vua::Resource::HelpId& id) {
@@ -65,6 +69,8 @@ int main(int argc, char** argv)
     const bool quiet = parser.isSet(screenshotOption);
     if (!window.openProject(folder, quiet) && quiet)
         return 1;
+    if (parser.isSet(parametersOption))
+        window.showParameters();
 
     if (parser.isSet(screenshotOption)) {
         const QString file = parser.value(screenshotOption);

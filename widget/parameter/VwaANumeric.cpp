@@ -60,7 +60,10 @@ QLineEdit* VwaANumeric::_readOnlyPage()
     Stream sheet;
     sheet.add({bgColor(readOnlyBackground)});
     _d->lineEdit->setStyleSheet(sheet.getStyleSheet());
-    _d->lineEdit->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
+    // In the spin box's place: as wide as the spin box wanted, whatever the text.
+    _d->lineEdit->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+    if (_d->spinBox)
+        _d->lineEdit->setMinimumWidth(_d->spinBox->sizeHint().width());
     _d->lineEdit->hide();
     _rowLayout()->addWidget(_d->lineEdit);
     if (_d->spinBox)

@@ -1,6 +1,7 @@
 #include "DemoMainWindow.h"
 
 #include "DemoDisplayWindow.h"
+#include "DemoParametersWindow.h"
 #include "DemoSampleProject.h"
 
 #include <VsmModelScene.h>
@@ -72,6 +73,11 @@ DemoMainWindow::DemoMainWindow(QWidget* parent)
     report->addAction(VuaResourceProvider::getIcon(iconReporter()), tr("Add a Project &Summary"), this,
                       &DemoMainWindow::_addSummaryToReport);
 
+    QMenu* toolsMenu = menuBar()->addMenu(tr("&Tools"));
+    QAction* parameters = toolsMenu->addAction(VuaResourceProvider::getIcon(iconSpreadsheet()), tr("&Parameters"), this,
+                                               &DemoMainWindow::showParameters);
+    parameters->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_P));
+
     menuBar()->addMenu(windowMenu());
 
     QToolBar* tools = addToolBar(tr("Project"));
@@ -82,6 +88,7 @@ DemoMainWindow::DemoMainWindow(QWidget* parent)
                      &DemoMainWindow::_addSummaryToReport);
     tools->addAction(VuaResourceProvider::getIcon(iconMessages()), tr("Messages"), this,
                      [this] { setActiveWindow(VwwWindowRegistry::getMessagesWindow(true)); });
+    tools->addAction(parameters);
 
     QMenu* help = menuBar()->addMenu(tr("&Help"));
     help->addAction(tr("&About"), this, [this] {
@@ -94,6 +101,14 @@ DemoMainWindow::DemoMainWindow(QWidget* parent)
 }
 
 DemoMainWindow::~DemoMainWindow() = default;
+
+DemoParametersWindow* DemoMainWindow::showParameters()
+{
+    auto* window = qobject_cast<DemoParametersWindow*>(VwwWindowRegistry::createWindow(DemoParametersWindow::classId()));
+    if (window)
+        setActiveWindow(window);
+    return window;
+}
 
 bool DemoMainWindow::openProject(const QString& folder, bool quiet)
 {

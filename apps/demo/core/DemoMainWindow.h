@@ -1,9 +1,11 @@
 #pragma once
 // The demo's main window: the library's main window with the menus that open, save and
-// close projects, open the scenes of the project and add to the Reporter.
+// close projects, open the scenes of the project, add to the Reporter and show the
+// form of value editors.
 
 #include <VwmMainWindow.h>
 
+class DemoParametersWindow;
 class QMenu;
 
 class DemoMainWindow : public VwmMainWindow
@@ -18,6 +20,8 @@ public:
     // when it cannot be opened.
     bool openProject(const QString& folder, bool quiet = false);
     bool closeProject();
+    // Opens the form of value editors, or brings it to the front.
+    DemoParametersWindow* showParameters();
 
 protected:
     void closeEvent(QCloseEvent* event) override;

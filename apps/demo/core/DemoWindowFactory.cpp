@@ -1,6 +1,7 @@
 #include "DemoWindowFactory.h"
 
 #include "DemoDisplayWindow.h"
+#include "DemoParametersWindow.h"
 
 #include <VssProjectCollection.h>
 #include <VwwDebugWindow.h>
@@ -16,6 +17,14 @@ VwwAWindow* DemoWindowFactory::createWindow(const QString& classId)
         return VwwWindowRegistry::getMessagesWindow(true);
     if (classId == QLatin1String("Debug"))
         return VwwWindowRegistry::getDebugWindow();
+    if (classId == DemoParametersWindow::classId()) {
+        // One form at a time: a project reopened while it is open finds it there.
+        VwwWindowRegistryIterator it(VwwWindowRegistry::getInstance(), VwwEWindowType::TASK);
+        while (it.hasNext())
+            if (auto* window = qobject_cast<DemoParametersWindow*>(it.next()))
+                return window;
+        return new DemoParametersWindow;
+    }
     for (auto it = VugESceneType::createIterator(); it.hasNext();) {
         const VugESceneType& type = it.next();
         if (classId == DemoDisplayWindow::classIdFor(type))

@@ -1,0 +1,167 @@
+// The demo's Parameters window as a user meets it: opened from the Tools menu, editors
+// typed into with the log listing their signals, the toolbar switches, the style-sheet
+// inspector, and the window brought back with the project.
+
+#include "DemoMainWindow.h"
+#include "DemoParametersWindow.h"
+#include "DemoSampleProject.h"
+#include "DemoWindowFactory.h"
+#include "TestWindows.h"
+
+#include <KbbUserStringFormats.h>
+#include <VuaResourceProvider.h>
+#include <VwaDouble.h>
+#include <VwhStyleSheetDialog.h>
+
+#include <QAbstractSpinBox>
+#include <QAction>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QToolButton>
+#include <QtTest>
+
+namespace {
+
+void typeInto(VwaAWidget* editor, const QString& text)
+{
+    auto* spin = editor->findChild<QAbstractSpinBox*>(QStringLiteral("spinbox"));
+    auto* field = spin->findChild<QLineEdit*>();
+    QTest::mouseClick(field, Qt::LeftButton);
+    QTRY_VERIFY(spin->hasFocus());
+    QTest::keyClick(field, Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClicks(field, text);
+    QTest::keyClick(spin, Qt::Key_Return);
+}
+
+QAction* toolbarAction(DemoParametersWindow* window, const QString& text)
+{
+    for (QAction* action : window->getToolbarActions(VwwAWindow::MAIN_TOOLBAR))
+        if (action->text() == text)
+            return action;
+    return nullptr;
+}
+
+VwhStyleSheetDialog* styleSheetDialog()
+{
+    for (QWidget* w : QApplication::topLevelWidgets())
+        if (auto* dialog = qobject_cast<VwhStyleSheetDialog*>(w); dialog && dialog->isVisible())
+            return dialog;
+    return nullptr;
+}
+
+} // namespace
+
+class TestDemoParameters : public QObject
+{
+    Q_OBJECT
+    QTemporaryDir _dir;
+    std::unique_ptr<DemoMainWindow> _main;
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        QLocale::setDefault(QLocale::c());
+        VuaResourceProvider::setUseThemeIcons(false);
+        KbbUserStringFormats::resetToDefaults();
+    }
+
+    void init()
+    {
+        resetWindowFramework();
+        const QString folder = _dir.filePath(QStringLiteral("sample"));
+        QString message;
+        QVERIFY2(DemoSampleProject::ensure(folder, &message), qPrintable(message));
+        VwwWindowRegistry::setWindowFactory(new DemoWindowFactory);
+        _main = std::make_unique<DemoMainWindow>();
+        VwwWindowRegistry::setMainWindow(_main.get());
+        _main->resize(1400, 900);
+        _main->show();
+        QVERIFY(QTest::qWaitForWindowActive(_main.get()));
+        QVERIFY(_main->openProject(folder, true));
+    }
+
+    void cleanup()
+    {
+        _main->closeProject();
+        VwwWindowRegistry::setMainWindow(nullptr);
+        _main.reset();
+        resetWindowFramework();
+    }
+
+    void openedFromTheToolsMenuOnce()
+    {
+        QTest::keyClick(_main.get(), Qt::Key_P, Qt::ControlModifier | Qt::ShiftModifier);
+        auto* form = _main->findChild<DemoParametersWindow*>();
+        QVERIFY(form);
+        QTRY_VERIFY(!form->visibleRegion().isEmpty());
+        QCOMPARE(_main->showParameters(), form);
+        QCOMPARE(_main->findChildren<DemoParametersWindow*>().size(), 1);
+        // Every editor of the table is there.
+        for (const QString& row : DemoParametersWindow::rows())
+            for (const QString& column : DemoParametersWindow::columns())
+                QVERIFY2(form->editor(row, column), qPrintable(row + '.' + column));
+    }
+
+    void typedValuesAreLogged()
+    {
+        DemoParametersWindow* form = _main->showParameters();
+        QTRY_VERIFY(!form->visibleRegion().isEmpty());
+        typeInto(form->editor(QStringLiteral("length"), QStringLiteral("normal")), QStringLiteral("42"));
+        typeInto(form->editor(QStringLiteral("length"), QStringLiteral("normal")), QStringLiteral("420"));
+        const QString log = form->log()->toPlainText();
+        QVERIFY2(log.contains(QStringLiteral("length.normal: valueChanged(42) shown as \"42.00 m\"")), qPrintable(log));
+        QVERIFY2(log.contains(QStringLiteral("length.normal: valueChanged(100) shown as \"100.00 m\"")), qPrintable(log));
+        QCOMPARE(log.count(QStringLiteral("valueChangedByEnter()")), 2);
+
+        // Bounds off: the same text is taken as it is.
+        toolbarAction(form, DemoParametersWindow::tr("Bounds"))->trigger();
+        typeInto(form->editor(QStringLiteral("length"), QStringLiteral("normal")), QStringLiteral("420"));
+        QCOMPARE(qobject_cast<VwaDouble*>(form->editor(QStringLiteral("length"), QStringLiteral("normal")))->getValue(),
+                 420.0);
+
+        // The automatic state is left by typing, and says so.
+        typeInto(form->editor(QStringLiteral("length"), QStringLiteral("automatic")), QStringLiteral("3"));
+        QVERIFY(form->log()->toPlainText().contains(QStringLiteral("length.automatic: automaticToggled(false)")));
+    }
+
+    void undefinedNuggetCanBeSwitchedOff()
+    {
+        DemoParametersWindow* form = _main->showParameters();
+        auto* nugget = qobject_cast<VwaDouble*>(form->editor(QStringLiteral("variance"), QStringLiteral("normal")));
+        QCOMPARE(nugget->text(), QString());
+        toolbarAction(form, DemoParametersWindow::tr("Undefined nugget"))->trigger();
+        QCOMPARE(nugget->getValue(), 0.0);
+        QCOMPARE(nugget->text(), QStringLiteral("0.00 m\u00B2"));
+        QVERIFY(form->log()->toPlainText().contains(QStringLiteral("variance.normal: valueChanged(0)")));
+    }
+
+    void styleSheetInspectorEditsTheForm()
+    {
+        DemoParametersWindow* form = _main->showParameters();
+        QAction* inspect = toolbarAction(form, QStringLiteral("Style sheet..."));
+        QVERIFY(inspect);
+        inspect->trigger();
+        QTRY_VERIFY(styleSheetDialog());
+        VwhStyleSheetDialog* dialog = styleSheetDialog();
+        QWidget* target = dialog->target();
+        QCOMPARE(target->objectName(), QStringLiteral("parametersForm"));
+        const QString kept = target->styleSheet();
+        dialog->setEditedStyleSheet(QStringLiteral("QLabel { color: red; }"));
+        dialog->apply();
+        QCOMPARE(target->styleSheet(), QStringLiteral("QLabel { color: red; }"));
+        dialog->restore();
+        QCOMPARE(target->styleSheet(), kept);
+        dialog->close();
+    }
+
+    void comesBackWithTheProject()
+    {
+        _main->showParameters();
+        QVERIFY(_main->closeProject());
+        QVERIFY(_main->openProject(_dir.filePath(QStringLiteral("sample")), true));
+        QCOMPARE(_main->findChildren<DemoParametersWindow*>().size(), 1);
+    }
+};
+
+QTEST_MAIN(TestDemoParameters)
+#include "tst_demoparameters.moc"
