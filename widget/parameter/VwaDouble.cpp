@@ -266,16 +266,7 @@ void VwaDouble::_SpinBox::stepBy(int steps)
 
 QAbstractSpinBox::StepEnabled VwaDouble::_SpinBox::stepEnabled() const
 {
-    if (isReadOnly() || (_d.undefineEnabled && _d.value == UNDEFINED))
-        return StepNone;
-    if (wrapping())
-        return StepUpEnabled | StepDownEnabled;
-    StepEnabled enabled = StepNone;
-    if (_d.maximum == UNDEFINED || _d.value < _d.maximum)
-        enabled |= StepUpEnabled;
-    if (_d.minimum == UNDEFINED || _d.value > _d.minimum)
-        enabled |= StepDownEnabled;
-    return enabled;
+    return vwaStepEnabled(*this, _d.undefineEnabled, _d.value, _d.minimum, _d.maximum);
 }
 
 void VwaDouble::_SpinBox::keyPressEvent(QKeyEvent* event)
@@ -331,10 +322,6 @@ class VwaDoublePrivate
 {
 public:
     VwaDouble::_SpinBox* spinBox = nullptr;
-    double value = 0.0;
-    double autoValue = 0.0;
-    double minimum = -99.0;
-    double maximum = 99.0;
     double step = UNDEFINED;
     int powerValue = 1;
     KbbStringFormat format = KbbUserStringFormats::getStringFormat(KbuEUnitClass::NONE);
@@ -342,6 +329,7 @@ public:
 
 VwaDouble::VwaDouble(QWidget* parent)
     : VwaANumeric(parent)
+    , VwaNumericValue(-99.0, 99.0)
     , _d(new VwaDoublePrivate)
 {
     _d->spinBox = new _SpinBox(this);
@@ -350,103 +338,49 @@ VwaDouble::VwaDouble(QWidget* parent)
 
 VwaDouble::~VwaDouble() = default;
 
-double VwaDouble::_normalized(double value) const
-{
-    if (value == UNDEFINED && _d->spinBox->isUndefineEnabled())
-        return value;
-    // NaN and infinities are no values a user could see or type.
-    if (value == UNDEFINED || !std::isfinite(value))
-        value = 0.0;
-    if (isMinimumDefined() && value < _d->minimum)
-        value = _d->minimum;
-    if (isMaximumDefined() && value > _d->maximum)
-        value = _d->maximum;
-    return value;
-}
-
-void VwaDouble::_storeValue(double value)
-{
-    _d->value = value;
-    _updateWidget();
-    emit valueChanged(value);
-}
-
 double VwaDouble::getValue() const
 {
-    return _d->value;
+    return _value;
 }
 
 void VwaDouble::setValue(double value)
 {
-    value = _normalized(value);
-    if (value == _d->value)
-        return;
-    _storeValue(value);
-}
-
-void VwaDouble::_userEdited(double value)
-{
-    setAutomatic(false);
-    setValue(value);
-    // A typed value that normalising turned back into the stored one: show the stored one.
-    if (_d->spinBox->value() != _d->value)
-        _updateWidget();
+    _setValue(value);
 }
 
 double VwaDouble::getAutoValue() const
 {
-    return _d->autoValue;
+    return _autoValue;
 }
 
 void VwaDouble::setAutoValue(double value)
 {
-    value = _normalized(value);
-    if (value == _d->autoValue)
-        return;
-    _d->autoValue = value;
-    if (isAutomatic() && value != _d->value)
-        _storeValue(value);
+    _setAutoValue(value);
 }
 
 void VwaDouble::_resetToAutoValue()
 {
-    setValue(_d->autoValue);
+    _setValue(_autoValue);
 }
 
 double VwaDouble::getMinimum() const
 {
-    return _d->minimum;
+    return _minimum;
 }
 
 void VwaDouble::setMinimum(double minimum)
 {
-    if (!std::isfinite(minimum) || minimum == UNDEFINED) {
-        qWarning("VwaDouble::setMinimum: %g is no bound, ignored", minimum);
-        return;
-    }
-    if (minimum == _d->minimum)
-        return;
-    _d->minimum = minimum;
-    if (isMinimumDefined())
-        _validate();
+    _setBound(_minimum, minimum, isMinimumDefined(), "setMinimum");
 }
 
 double VwaDouble::getMaximum() const
 {
-    return _d->maximum;
+    return _maximum;
 }
 
 void VwaDouble::setMaximum(double maximum)
 {
-    if (!std::isfinite(maximum) || maximum == UNDEFINED) {
-        qWarning("VwaDouble::setMaximum: %g is no bound, ignored", maximum);
-        return;
-    }
-    if (maximum == _d->maximum)
-        return;
-    _d->maximum = maximum;
-    if (isMaximumDefined())
-        _validate();
+    _setBound(_maximum, maximum, isMaximumDefined(), "setMaximum");
 }
 
 double VwaDouble::getStep() const
@@ -518,26 +452,18 @@ void VwaDouble::selectAll()
 void VwaDouble::_updateSpinBox()
 {
     _SpinBox* spinBox = _d->spinBox;
-    spinBox->setRange(isMinimumDefined() ? _d->minimum : UNDEFINED, isMaximumDefined() ? _d->maximum : UNDEFINED);
+    spinBox->setRange(isMinimumDefined() ? _minimum : UNDEFINED, isMaximumDefined() ? _maximum : UNDEFINED);
     spinBox->setFormat(_d->format, _d->powerValue);
     spinBox->setStep(_d->step);
-    spinBox->setValue(_d->value);
+    spinBox->setValue(_value);
 }
 
 QString VwaDouble::_getTextFromValue() const
 {
-    return numberText(_d->value, _d->spinBox->prefix(), _d->format, _d->powerValue);
+    return numberText(_value, _d->spinBox->prefix(), _d->format, _d->powerValue);
 }
 
 void VwaDouble::_validate()
 {
-    if (isAutomaticEnabled() && _normalized(_d->autoValue) != _d->autoValue) {
-        setAutomatic(false);
-        setAutomaticEnabled(false);
-    }
-    const double value = _normalized(_d->value);
-    if (value != _d->value)
-        _storeValue(value);
-    else
-        _updateWidget();
+    _validateValues();
 }

@@ -11,6 +11,7 @@
 
 #include <KbbStringFormat.h>
 #include <VwaANumeric.h>
+#include <VwaNumericValue.h>
 
 #include <QLoggingCategory>
 #include <memory>
@@ -18,7 +19,7 @@
 // Off unless enabled ("halvorn.widget.atomic.double.debug=true"): how typed text was read.
 VELMORA_WIDGET_EXPORT Q_DECLARE_LOGGING_CATEGORY(lcVwaDouble)
 
-class VELMORA_WIDGET_EXPORT VwaDouble : public VwaANumeric
+class VELMORA_WIDGET_EXPORT VwaDouble : public VwaANumeric, private VwaNumericValue<double, VwaDouble>
 {
     Q_OBJECT
     Q_PROPERTY(double value READ getValue WRITE setValue NOTIFY valueChanged USER true)
@@ -74,13 +75,9 @@ protected:
 
 private:
     friend class VwaDoublePrivate;
+    friend class VwaNumericValue<double, VwaDouble>;
     class _SpinBox;
     class _SpinBoxPrivate;
-
-    double _normalized(double value) const;
-    // A value the user typed or stepped to: it leaves the automatic state.
-    void _userEdited(double value);
-    void _storeValue(double value);
 
     std::unique_ptr<class VwaDoublePrivate> const _d;
 };

@@ -107,17 +107,7 @@ public:
 
     StepEnabled stepEnabled() const override
     {
-        const int v = value();
-        if (isReadOnly() || (undefineEnabled && v == UNDEFINED))
-            return StepNone;
-        if (wrapping())
-            return StepUpEnabled | StepDownEnabled;
-        StepEnabled enabled = StepNone;
-        if (maximum == UNDEFINED || v < maximum)
-            enabled |= StepUpEnabled;
-        if (minimum == UNDEFINED || v > minimum)
-            enabled |= StepDownEnabled;
-        return enabled;
+        return vwaStepEnabled(*this, undefineEnabled, value(), minimum, maximum);
     }
 
     void stepBy(int steps) override
@@ -153,15 +143,12 @@ class VwaIntegerPrivate
 {
 public:
     VwaInteger::_SpinBox* spinBox = nullptr;
-    int value = 0;
-    int autoValue = 0;
-    int minimum = 0;
-    int maximum = 99;
     int step = 1;
 };
 
 VwaInteger::VwaInteger(QWidget* parent)
     : VwaANumeric(parent)
+    , VwaNumericValue(0, 99)
     , _d(new VwaIntegerPrivate)
 {
     _d->spinBox = new _SpinBox(this);
@@ -170,101 +157,49 @@ VwaInteger::VwaInteger(QWidget* parent)
 
 VwaInteger::~VwaInteger() = default;
 
-int VwaInteger::_normalized(int value) const
-{
-    if (value == UNDEFINED && _d->spinBox->undefineEnabled)
-        return value;
-    if (value == UNDEFINED)
-        value = 0;
-    if (isMinimumDefined() && value < _d->minimum)
-        value = _d->minimum;
-    if (isMaximumDefined() && value > _d->maximum)
-        value = _d->maximum;
-    return value;
-}
-
-void VwaInteger::_storeValue(int value)
-{
-    _d->value = value;
-    _updateWidget();
-    emit valueChanged(value);
-}
-
-void VwaInteger::_userEdited(int value)
-{
-    setAutomatic(false);
-    setValue(value);
-    if (_d->spinBox->value() != _d->value)
-        _updateWidget();
-}
-
 int VwaInteger::getValue() const
 {
-    return _d->value;
+    return _value;
 }
 
 void VwaInteger::setValue(int value)
 {
-    value = _normalized(value);
-    if (value == _d->value)
-        return;
-    _storeValue(value);
+    _setValue(value);
 }
 
 int VwaInteger::getAutoValue() const
 {
-    return _d->autoValue;
+    return _autoValue;
 }
 
 void VwaInteger::setAutoValue(int value)
 {
-    value = _normalized(value);
-    if (value == _d->autoValue)
-        return;
-    _d->autoValue = value;
-    if (isAutomatic() && value != _d->value)
-        _storeValue(value);
+    _setAutoValue(value);
 }
 
 void VwaInteger::_resetToAutoValue()
 {
-    setValue(_d->autoValue);
+    _setValue(_autoValue);
 }
 
 int VwaInteger::getMinimum() const
 {
-    return _d->minimum;
+    return _minimum;
 }
 
 void VwaInteger::setMinimum(int minimum)
 {
-    if (minimum == UNDEFINED) {
-        qWarning("VwaInteger::setMinimum: the undefined value is no bound, ignored");
-        return;
-    }
-    if (minimum == _d->minimum)
-        return;
-    _d->minimum = minimum;
-    if (isMinimumDefined())
-        _validate();
+    _setBound(_minimum, minimum, isMinimumDefined(), "setMinimum");
 }
 
 int VwaInteger::getMaximum() const
 {
-    return _d->maximum;
+    return _maximum;
 }
 
 void VwaInteger::setMaximum(int maximum)
 {
-    if (maximum == UNDEFINED) {
-        qWarning("VwaInteger::setMaximum: the undefined value is no bound, ignored");
-        return;
-    }
-    if (maximum == _d->maximum)
-        return;
-    _d->maximum = maximum;
-    if (isMaximumDefined())
-        _validate();
+    _setBound(_maximum, maximum, isMaximumDefined(), "setMaximum");
 }
 
 int VwaInteger::getStep() const
@@ -330,31 +265,23 @@ void VwaInteger::selectAll()
 void VwaInteger::_updateSpinBox()
 {
     _SpinBox* spinBox = _d->spinBox;
-    spinBox->minimum = isMinimumDefined() ? _d->minimum : UNDEFINED;
-    spinBox->maximum = isMaximumDefined() ? _d->maximum : UNDEFINED;
+    spinBox->minimum = isMinimumDefined() ? _minimum : UNDEFINED;
+    spinBox->maximum = isMaximumDefined() ? _maximum : UNDEFINED;
     spinBox->updateRange();
     // A negative step would turn Up into Down.
     if (_d->step >= 0)
         spinBox->setSingleStep(_d->step);
-    spinBox->setValue(_d->value);
+    spinBox->setValue(_value);
     // The texts may have changed while the value did not.
     spinBox->showValue();
 }
 
 QString VwaInteger::_getTextFromValue() const
 {
-    return _d->spinBox->textFromValue(_d->value);
+    return _d->spinBox->textFromValue(_value);
 }
 
 void VwaInteger::_validate()
 {
-    if (isAutomaticEnabled() && _normalized(_d->autoValue) != _d->autoValue) {
-        setAutomatic(false);
-        setAutomaticEnabled(false);
-    }
-    const int value = _normalized(_d->value);
-    if (value != _d->value)
-        _storeValue(value);
-    else
-        _updateWidget();
+    _validateValues();
 }

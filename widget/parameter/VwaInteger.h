@@ -7,10 +7,11 @@
 #include <velmora_widget_export.h>
 
 #include <VwaANumeric.h>
+#include <VwaNumericValue.h>
 
 #include <memory>
 
-class VELMORA_WIDGET_EXPORT VwaInteger : public VwaANumeric
+class VELMORA_WIDGET_EXPORT VwaInteger : public VwaANumeric, private VwaNumericValue<int, VwaInteger>
 {
     Q_OBJECT
     Q_PROPERTY(int value READ getValue WRITE setValue NOTIFY valueChanged USER true)
@@ -62,11 +63,8 @@ protected:
 
 private:
     friend class VwaIntegerPrivate;
+    friend class VwaNumericValue<int, VwaInteger>;
     class _SpinBox;
-
-    int _normalized(int value) const;
-    void _storeValue(int value);
-    void _userEdited(int value);
 
     std::unique_ptr<class VwaIntegerPrivate> const _d;
 };
