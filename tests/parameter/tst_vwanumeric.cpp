@@ -191,6 +191,18 @@ private Q_SLOTS:
         QCOMPARE(entered.count(), 2);
     }
 
+    void escapeTakesBackTheTyping()
+    {
+        Form<VwaDouble> form;
+        form.editor->setValue(5.0);
+        QSignalSpy changed(form.editor, &VwaDouble::valueChanged);
+        form.type(QStringLiteral("77"), Qt::Key_Escape);
+        QCOMPARE(form.field()->text(), QStringLiteral("5.00"));
+        QTest::keyClick(form.spin(), Qt::Key_Tab);
+        QCOMPARE(form.editor->getValue(), 5.0);
+        QCOMPARE(changed.count(), 0);
+    }
+
     void leavingWithoutTypingKeepsHiddenDigits()
     {
         Form<VwaDouble> form;

@@ -271,6 +271,13 @@ QAbstractSpinBox::StepEnabled VwaDouble::_SpinBox::stepEnabled() const
 
 void VwaDouble::_SpinBox::keyPressEvent(QKeyEvent* event)
 {
+    // Escape first takes back what was typed; only then does it reach the dialog.
+    if (event->key() == Qt::Key_Escape && _d.edited) {
+        _showValue();
+        selectAll();
+        event->accept();
+        return;
+    }
     const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     if (enter)
         _commitText();

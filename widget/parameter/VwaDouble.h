@@ -4,7 +4,8 @@
 // the undefined value (KbbGlobal::D_FFFF, shown as an empty field) and keeps the value
 // within the bounds that are switched on.
 // Keys: type and confirm with Enter or by leaving the field (Tab, Backtab, a click
-// elsewhere); Up/Down step once, Page Up/Page Down ten times; Escape is left to the dialog.
+// elsewhere); Escape takes back what was typed; Up/Down step once, Page Up/Page Down ten
+// times.
 // The wheel steps only after a click into the field.
 
 #include <velmora_widget_export.h>
