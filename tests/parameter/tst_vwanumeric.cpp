@@ -135,6 +135,8 @@ private Q_SLOTS:
                                                          << "1.23" << "spinbox";
         QTest::newRow("prefix and unit in another case, Tab")
             << metres << "H = 3.25 M" << int(Qt::Key_Tab) << 3.25 << "h = 3.25 m" << "after";
+        QTest::newRow("blanks around prefix and unit") << metres << "  H = 3  m " << int(Qt::Key_Return) << 3.0
+                                                      << "h = 3.00 m" << "spinbox";
         QTest::newRow("number without prefix, Backtab")
             << metres << "7" << int(Qt::Key_Backtab) << 7.0 << "h = 7.00 m" << "before";
         QTest::newRow("degree sign follows the number")

@@ -170,10 +170,11 @@ void VwaDouble::_SpinBox::setPrefix(const QString& prefix)
 
 bool VwaDouble::_SpinBox::interpret(const QString& text, double& value) const
 {
-    QString number = text;
+    QString number = text.trimmed();
+    const QString prefix = _d.prefix.trimmed();
     const QString suffix = _d.suffix().trimmed();
-    if (!_d.prefix.isEmpty() && number.startsWith(_d.prefix, Qt::CaseInsensitive))
-        number.remove(0, _d.prefix.size());
+    if (!prefix.isEmpty() && number.startsWith(prefix, Qt::CaseInsensitive))
+        number.remove(0, prefix.size());
     number = number.trimmed();
     if (!suffix.isEmpty() && number.endsWith(suffix, Qt::CaseInsensitive))
         number.chop(suffix.size());
