@@ -1,11 +1,14 @@
 #pragma once
-// Identifiers of the application's resources: help topics and icons. An icon id names
-// an icon of the library's own set and, where it has one, the desktop theme's icon for
-// the same thing, which VuaResourceProvider prefers.
+// Identifiers of the application's resources: help topics, icons and cursors. An icon id
+// names an icon of the library's own set and, where it has one, the desktop theme's icon
+// for the same thing, which VuaResourceProvider prefers. A cursor id names a cursor image
+// of the set with its hot spot, or a standard cursor shape.
 
 #include <velmora_util_export.h>
 
+#include <QPoint>
 #include <QString>
+#include <Qt>
 
 namespace Vua {
 namespace Resource {
@@ -46,6 +49,40 @@ private:
     QString _name;
     QString _themeName;
 };
+
+class CursorId
+{
+public:
+    CursorId() = default;
+    // An image of the set, 32 x 32 units, with its hot spot in those units.
+    CursorId(const QString& name, const QPoint& hotSpot)
+        : _name(name)
+        , _hotSpot(hotSpot)
+    {
+    }
+    // A standard cursor.
+    explicit CursorId(Qt::CursorShape shape)
+        : _shape(shape)
+    {
+    }
+    const QString& getName() const { return _name; }
+    const QPoint& getHotSpot() const { return _hotSpot; }
+    Qt::CursorShape getShape() const { return _shape; }
+    bool operator==(const CursorId& o) const { return _name == o._name && _shape == o._shape; }
+    bool operator!=(const CursorId& o) const { return !(*this == o); }
+
+private:
+    QString _name;
+    QPoint _hotSpot;
+    Qt::CursorShape _shape = Qt::ArrowCursor;
+};
+
+// The cursors of the map's interaction modes.
+VELMORA_UTIL_EXPORT CursorId cursorSelectVisor();
+VELMORA_UTIL_EXPORT CursorId cursorZoomIn();
+VELMORA_UTIL_EXPORT CursorId cursorZoomOut();
+VELMORA_UTIL_EXPORT CursorId cursorZoomBox();
+VELMORA_UTIL_EXPORT CursorId cursorDefault();
 
 // The icons of the library's own set.
 VELMORA_UTIL_EXPORT IconId iconReporter();

@@ -2,6 +2,8 @@
 
 #include <QDebug>
 #include <QFile>
+#include <QGuiApplication>
+#include <QPixmap>
 #include <QHash>
 
 namespace {
@@ -47,6 +49,11 @@ IconId iconAutomaticState() { return {QStringLiteral("automatic-state"), QString
 IconId iconAutomaticSetValue() { return {QStringLiteral("automatic-set-value"), QString()}; }
 IconId iconLockState() { return {QStringLiteral("lock-state"), QString()}; }
 IconId iconStyleSheet() { return {QStringLiteral("css"), QStringLiteral("text-css")}; }
+CursorId cursorSelectVisor() { return {QStringLiteral("cursor-select-visor"), QPoint(16, 16)}; }
+CursorId cursorZoomIn() { return {QStringLiteral("cursor-zoom-in"), QPoint(13, 13)}; }
+CursorId cursorZoomOut() { return {QStringLiteral("cursor-zoom-out"), QPoint(13, 13)}; }
+CursorId cursorZoomBox() { return {QStringLiteral("cursor-zoom-box"), QPoint(4, 4)}; }
+CursorId cursorDefault() { return CursorId(Qt::ArrowCursor); }
 IconId iconFileNew() { return {QStringLiteral("new"), QStringLiteral("document-new")}; }
 } // namespace Resource
 } // namespace Vua
@@ -72,6 +79,22 @@ QIcon VuaResourceProvider::getIcon(const Vua::Resource::IconId& id)
     }
     s.cache.insert(id.getName(), icon);
     return icon;
+}
+
+QCursor VuaResourceProvider::getCursor(const Vua::Resource::CursorId& id)
+{
+    if (id.getName().isEmpty())
+        return QCursor(id.getShape());
+    const QString path = QStringLiteral(":/velmora/icons/%1.svg").arg(id.getName());
+    if (!QFile::exists(path)) {
+        qDebug() << "VuaResourceProvider::getCursor: no cursor for" << id.getName();
+        return QCursor(Qt::ArrowCursor);
+    }
+    // Sharp on high-DPI screens: drawn at the device size, hot spot in logical units.
+    const qreal ratio = qGuiApp ? qGuiApp->devicePixelRatio() : 1.0;
+    QPixmap pixmap = QIcon(path).pixmap(QSize(32, 32) * ratio);
+    pixmap.setDevicePixelRatio(ratio);
+    return QCursor(pixmap, id.getHotSpot().x(), id.getHotSpot().y());
 }
 
 void VuaResourceProvider::setUseThemeIcons(bool use)

@@ -7,6 +7,7 @@
 
 #include <VuaResource.h>
 
+#include <QCursor>
 #include <QIcon>
 #include <functional>
 
@@ -16,6 +17,8 @@ public:
     using HelpHandler = std::function<void(const Vua::Resource::HelpId&)>;
 
     static QIcon getIcon(const Vua::Resource::IconId& id);
+    // Drawn for the screen's pixel ratio; the standard arrow when the image is missing.
+    static QCursor getCursor(const Vua::Resource::CursorId& id);
     // Whether the theme is asked first; off gives the same icons on every desktop.
     static void setUseThemeIcons(bool use);
 
