@@ -214,7 +214,12 @@ VwaComboBox::VwaComboBox(QWidget* parent)
     _combo->refresh(false);
 }
 
-VwaComboBox::~VwaComboBox() = default;
+VwaComboBox::~VwaComboBox()
+{
+    // Gone before this editor is: a combo with the focus loses it while it is deleted,
+    // and its handler must not reach an editor already taken apart.
+    delete _combo;
+}
 
 void VwaComboBox::addItem(const Display& display)
 {
