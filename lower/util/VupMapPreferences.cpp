@@ -44,6 +44,8 @@ QColor VupMapPreferences::getGridColor() { return color("gridColor", QColor(0xa5
 Qt::PenStyle VupMapPreferences::getGridStyle() { return penStyle("gridStyle", Qt::DashLine); }
 QColor VupMapPreferences::getSubGridColor() { return color("subGridColor", QColor(0xd2, 0xcf, 0xcd)); }
 Qt::PenStyle VupMapPreferences::getSubGridStyle() { return penStyle("subGridStyle", Qt::DotLine); }
+bool VupMapPreferences::isGridVisible() { return flag("gridVisible", true); }
+bool VupMapPreferences::isSubGridVisible() { return flag("subGridVisible", false); }
 bool VupMapPreferences::isGridInBackground() { return flag("gridInBackground", true); }
 bool VupMapPreferences::isAxesVisible() { return flag("axesVisible", true); }
 bool VupMapPreferences::isZoomWheelInverted() { return flag("zoomWheelInverted", false); }

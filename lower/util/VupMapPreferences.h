@@ -18,6 +18,8 @@ public:
     static Qt::PenStyle getGridStyle();
     static QColor getSubGridColor();
     static Qt::PenStyle getSubGridStyle();
+    static bool isGridVisible();
+    static bool isSubGridVisible();
     static bool isGridInBackground();
     static bool isAxesVisible();
     // On, the wheel zooms the way the plain plot library does; off (the default), the

@@ -38,8 +38,9 @@ void VwqPlotPanner::centerAt(const QPoint& canvasPoint)
     if (!canvas)
         return;
     const QPoint offset = canvas->rect().center() - canvasPoint;
+    // As a finished drag would: the plot moves, and whoever follows pans hears of it.
     if (!offset.isNull())
-        moveCanvas(offset.x(), offset.y());
+        emit panned(offset.x(), offset.y());
 }
 
 void VwqPlotPanner::widgetMousePressEvent(QMouseEvent* event)
@@ -66,7 +67,7 @@ void VwqPlotPanner::widgetKeyPressEvent(QKeyEvent* event)
         default: break;
         }
         if (dx || dy) {
-            moveCanvas(dx, dy);
+            emit panned(dx, dy);
             event->accept();
             return;
         }

@@ -1,6 +1,6 @@
 #pragma once
 // Keeps one map unit as long across as up on screen: when the canvas is resized or the
-// view is zoomed, the x scale is expanded or shrunk to match the y scale.
+// view is zoomed, the y scale is expanded or shrunk to match the x scale.
 
 #include <velmora_widget_export.h>
 

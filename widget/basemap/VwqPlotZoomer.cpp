@@ -152,8 +152,11 @@ void VwqPlotZoomer::_show(const QRectF& rect)
     plot->setAutoReplot(false);
     plot->setAxisScale(xAxis(), rect.left(), rect.right());
     plot->setAxisScale(yAxis(), rect.top(), rect.bottom());
-    if (_d->rescaler)
+    if (_d->rescaler) {
+        // The rescaler reads the scales the plot has divided, not the ones just asked for.
+        plot->updateAxes();
         _d->rescaler->rescale();
+    }
     plot->setAutoReplot(autoReplot);
     plot->replot();
     emit zoomed(rect);

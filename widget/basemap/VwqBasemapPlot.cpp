@@ -1,0 +1,302 @@
+#include "VwqBasemapPlot.h"
+
+#include "VwqPlotMagnifier.h"
+#include "VwqPlotMeasureArea.h"
+#include "VwqPlotMeasureLine.h"
+#include "VwqPlotPanner.h"
+#include "VwqPlotRescaler.h"
+#include "VwqPlotTracker.h"
+#include "VwqPlotZoomer.h"
+
+#include <KbcAlgorithm.h>
+#include <KbuUnit.h>
+#include <VupMapPreferences.h>
+#include <VupPreferenceRegistry.h>
+
+#include <qwt_plot_canvas.h>
+#include <qwt_plot_grid.h>
+#include <qwt_plot_layout.h>
+#include <qwt_scale_engine.h>
+#include <qwt_scale_draw.h>
+#include <qwt_scale_widget.h>
+
+#include <cmath>
+
+namespace {
+
+// Tick labels less the axis offset, so that 6543210 reads 10 beside an axis titled
+// "(+6543200)".
+class OffsetScaleDraw : public QwtScaleDraw
+{
+public:
+    double offset = 0.0;
+
+    void setOffset(double value)
+    {
+        offset = value;
+        // The labels are cached; a new offset needs new ones.
+        invalidateCache();
+    }
+
+    QwtText label(double value) const override
+    {
+        return QwtText(QLocale::system().toString(value - offset, 'g', 6));
+    }
+};
+
+bool isVertical(int axisId)
+{
+    return axisId == QwtPlot::yLeft || axisId == QwtPlot::yRight;
+}
+
+} // namespace
+
+class VwqBasemapPlotPrivate
+{
+public:
+    VwqPlotRescaler* rescaler = nullptr;
+    VwqPlotPanner* panner = nullptr;
+    VwqPlotMagnifier* magnifier = nullptr;
+    VwqPlotZoomer* zoomer = nullptr;
+    VwqPlotMeasureLine* lengthSurveyor = nullptr;
+    VwqPlotMeasureArea* areaSurveyor = nullptr;
+    VwqPlotTracker* tracker = nullptr;
+    QwtPlotGrid* grid = nullptr;
+    OffsetScaleDraw* scaleDraws[QwtPlot::axisCnt] = {};
+    Vw::ViewMode mode = Vw::NO_MODE;
+    // Our own preference writes, which must not come back as changes to apply.
+    bool writingPreferences = false;
+};
+
+VwqBasemapPlot::VwqBasemapPlot(QWidget* parent)
+    : QwtPlot(parent)
+    , _d(new VwqBasemapPlotPrivate)
+{
+    setObjectName(QStringLiteral("BasemapPlot"));
+    auto* canvas = new QwtPlotCanvas;
+    canvas->setObjectName(QStringLiteral("basemapCanvas"));
+    canvas->setFrameStyle(QFrame::Box | QFrame::Sunken);
+    canvas->setLineWidth(1);
+    canvas->setAutoFillBackground(true);
+    canvas->setFocusPolicy(Qt::StrongFocus);
+    setCanvas(canvas);
+
+    _d->rescaler = new VwqPlotRescaler(canvas);
+    _d->panner = new VwqPlotPanner(canvas);
+    _d->magnifier = new VwqPlotMagnifier(canvas);
+    _d->zoomer = new VwqPlotZoomer(canvas);
+    _d->zoomer->setRescaler(_d->rescaler);
+    _d->zoomer->setFactor(0.1);
+    _d->zoomer->setMaxStackDepth(100);
+    _d->zoomer->setRubberBandPen(QColor(Qt::darkBlue));
+    _d->lengthSurveyor = new VwqPlotMeasureLine(canvas);
+    _d->areaSurveyor = new VwqPlotMeasureArea(canvas);
+    _d->tracker = new VwqPlotTracker(canvas);
+    _d->grid = new QwtPlotGrid;
+    _d->grid->attach(this);
+
+    plotLayout()->setAlignCanvasToScales(true);
+    setAutoReplot(false);
+    setTitle(QString());
+    for (int axis = 0; axis < axisCnt; ++axis) {
+        setAxisMaxMajor(axis, 5);
+        setAxisMaxMinor(axis, 4);
+        _d->scaleDraws[axis] = new OffsetScaleDraw;
+        setAxisScaleDraw(axis, _d->scaleDraws[axis]);
+    }
+
+    connect(_d->panner, &QwtPanner::moved, this, &VwqBasemapPlot::_viewMovedByTool);
+    connect(_d->panner, &QwtPanner::panned, this, &VwqBasemapPlot::_viewMovedByTool);
+    connect(_d->magnifier, &VwqPlotMagnifier::rescaled, this, &VwqBasemapPlot::_viewMovedByTool);
+    for (VwqPlotAMeasure* surveyor : {static_cast<VwqPlotAMeasure*>(_d->lengthSurveyor),
+                                      static_cast<VwqPlotAMeasure*>(_d->areaSurveyor)}) {
+        connect(surveyor, &VwqPlotAMeasure::startPicking, _d->magnifier, &VwqPlotMagnifier::disable);
+        connect(surveyor, &VwqPlotAMeasure::stopPicking, _d->magnifier, &VwqPlotMagnifier::enable);
+    }
+    connect(_d->tracker, &VwqPlotTracker::newTrackerPosition, this, &VwqBasemapPlot::newTrackerPosition);
+    connect(axisWidget(xBottom), &QwtScaleWidget::scaleDivChanged, this,
+            [this] { emit currentViewChanged(currentViewRect()); });
+    connect(VupPreferenceRegistry::getInstance(), &VupPreferenceRegistry::prefChanged, this,
+            &VwqBasemapPlot::_preferenceChanged);
+    _updateStyles();
+}
+
+VwqBasemapPlot::~VwqBasemapPlot() = default;
+
+VwqPlotZoomer* VwqBasemapPlot::zoomer() const { return _d->zoomer; }
+VwqPlotMagnifier* VwqBasemapPlot::magnifier() const { return _d->magnifier; }
+VwqPlotPanner* VwqBasemapPlot::panner() const { return _d->panner; }
+VwqPlotMeasureLine* VwqBasemapPlot::lengthSurveyor() const { return _d->lengthSurveyor; }
+VwqPlotMeasureArea* VwqBasemapPlot::areaSurveyor() const { return _d->areaSurveyor; }
+VwqPlotTracker* VwqBasemapPlot::tracker() const { return _d->tracker; }
+VwqPlotRescaler* VwqBasemapPlot::rescaler() const { return _d->rescaler; }
+QwtPlotGrid* VwqBasemapPlot::grid() const { return _d->grid; }
+
+void VwqBasemapPlot::addPlotItem(QwtPlotItem* item)
+{
+    if (!item)
+        return;
+    item->attach(this);
+    item->setAxes(xBottom, yLeft);
+    item->setItemAttribute(QwtPlotItem::AutoScale, true);
+    item->setRenderHint(QwtPlotItem::RenderAntialiased, false);
+}
+
+QwtScaleMap VwqBasemapPlot::canvasMap(int axisId) const
+{
+    QwtScaleMap map;
+    if (axisId < 0 || axisId >= axisCnt)
+        return map;
+    map.setTransformation(axisScaleEngine(axisId)->transformation());
+    const QwtScaleDiv& div = axisScaleDiv(axisId);
+    map.setScaleInterval(div.lowerBound(), div.upperBound());
+    const QWidget* canvas = this->canvas();
+    if (isVertical(axisId))
+        map.setPaintInterval(canvas ? canvas->height() : 0, 0);
+    else
+        map.setPaintInterval(0, canvas ? canvas->width() : 0);
+    return map;
+}
+
+QRectF VwqBasemapPlot::currentViewRect() const
+{
+    const QwtScaleDiv& x = axisScaleDiv(xBottom);
+    const QwtScaleDiv& y = axisScaleDiv(yLeft);
+    return QRectF(x.lowerBound(), y.lowerBound(), x.range(), y.range());
+}
+
+QPointF VwqBasemapPlot::viewToPixel(const QPointF& point) const
+{
+    return QPointF(canvasMap(xBottom).transform(point.x()), canvasMap(yLeft).transform(point.y()));
+}
+
+QPointF VwqBasemapPlot::pixelToView(const QPointF& pixel) const
+{
+    return QPointF(canvasMap(xBottom).invTransform(pixel.x()), canvasMap(yLeft).invTransform(pixel.y()));
+}
+
+QRectF VwqBasemapPlot::viewToPixel(const QRectF& rect) const
+{
+    return QRectF(viewToPixel(rect.topLeft()), viewToPixel(rect.bottomRight())).normalized();
+}
+
+QRectF VwqBasemapPlot::pixelToView(const QRectF& rect) const
+{
+    return QRectF(pixelToView(rect.topLeft()), pixelToView(rect.bottomRight())).normalized();
+}
+
+double VwqBasemapPlot::getFactorPixelToSize() const
+{
+    const QwtScaleMap map = canvasMap(xBottom);
+    return map.pDist() > 0.0 ? map.sDist() / map.pDist() : 0.0;
+}
+
+double VwqBasemapPlot::getFactorSizeToPixel() const
+{
+    const QwtScaleMap map = canvasMap(xBottom);
+    return map.sDist() > 0.0 ? map.pDist() / map.sDist() : 0.0;
+}
+
+int VwqBasemapPlot::getAxisMargin(int axisId) const
+{
+    if (axisId < 0 || axisId >= axisCnt || !axisEnabled(axisId))
+        return 0;
+    const QSize size = axisWidget(axisId)->sizeHint();
+    return isVertical(axisId) ? size.width() : size.height();
+}
+
+double VwqBasemapPlot::getAxisOffset(int axisId) const
+{
+    return axisId >= 0 && axisId < axisCnt ? _d->scaleDraws[axisId]->offset : 0.0;
+}
+
+void VwqBasemapPlot::updatePlotAxes(const QRectF& rect, const QString& title, const KbuUnit& unit,
+                                    const QString& subtitle)
+{
+    const bool visible = VupMapPreferences::isAxesVisible();
+    for (int axis = 0; axis < axisCnt; ++axis)
+        enableAxis(axis, visible);
+    if (!rect.isValid() || !std::isfinite(rect.width()) || !std::isfinite(rect.height()))
+        return;
+    setAxisScale(xBottom, rect.left(), rect.right());
+    setAxisScale(xTop, rect.left(), rect.right());
+    setAxisScale(yLeft, rect.top(), rect.bottom());
+    setAxisScale(yRight, rect.top(), rect.bottom());
+
+    const double offsets[2] = {KbcAlgorithm::getRoundedOffsetFromInterval(6, rect.left(), rect.right()),
+                               KbcAlgorithm::getRoundedOffsetFromInterval(6, rect.top(), rect.bottom())};
+    for (int axis = 0; axis < axisCnt; ++axis) {
+        const double offset = offsets[isVertical(axis) ? 1 : 0];
+        if (_d->scaleDraws[axis]->offset != offset) {
+            _d->scaleDraws[axis]->setOffset(offset);
+            axisWidget(axis)->update();
+        }
+        QString text = title.toHtmlEscaped();
+        if (!unit.getSymbol().isEmpty())
+            text += QStringLiteral("&nbsp;[%1]").arg(unit.getSymbol().toHtmlEscaped());
+        if (offset > 0.0)
+            text += QStringLiteral("&nbsp;(+%1)").arg(offset, 0, 'g', 12);
+        else if (offset < 0.0)
+            text += QStringLiteral("&nbsp;(%1)").arg(offset, 0, 'g', 12);
+        if (!subtitle.isEmpty())
+            text += QStringLiteral("&nbsp;&nbsp;&nbsp;<small><i>%1</i></small>").arg(subtitle.toHtmlEscaped());
+        setAxisTitle(axis, QwtText(text, QwtText::RichText));
+    }
+    replot();
+}
+
+Vw::ViewMode VwqBasemapPlot::getMode() const
+{
+    return _d->mode;
+}
+
+void VwqBasemapPlot::setMode(Vw::ViewMode mode)
+{
+    _d->mode = mode;
+    _d->panner->setMode(mode);
+    _d->zoomer->setMode(mode);
+    _d->lengthSurveyor->setMode(mode);
+    _d->areaSurveyor->setMode(mode);
+}
+
+void VwqBasemapPlot::setGridVisible(bool visible)
+{
+    _d->grid->setVisible(visible);
+    _d->writingPreferences = true;
+    VupMapPreferences::setValue(QStringLiteral("gridVisible"), visible);
+    _d->writingPreferences = false;
+    replot();
+}
+
+void VwqBasemapPlot::_viewMovedByTool()
+{
+    // The view a pan or a wheel zoom leaves is a zoom like the others: it goes onto the
+    // stack, and is announced as the zoomer announces its own zooms.
+    const QRectF rect = currentViewRect();
+    _d->zoomer->zoom(rect);
+    emit _d->zoomer->zoomed(rect);
+}
+
+void VwqBasemapPlot::_preferenceChanged(const VupPreferenceModif& modif)
+{
+    if (!_d->writingPreferences && modif.concerns(VupMapPreferences::GROUP))
+        _updateStyles();
+}
+
+void VwqBasemapPlot::_updateStyles()
+{
+    QPalette palette = canvas()->palette();
+    palette.setColor(QPalette::Window, VupMapPreferences::getBackgroundColor());
+    canvas()->setPalette(palette);
+
+    _d->grid->setVisible(VupMapPreferences::isGridVisible());
+    _d->grid->setMajorPen(VupMapPreferences::getGridColor(), 0.0, VupMapPreferences::getGridStyle());
+    _d->grid->setMinorPen(VupMapPreferences::getSubGridColor(), 0.0, VupMapPreferences::getSubGridStyle());
+    const bool subGrid = VupMapPreferences::isSubGridVisible();
+    _d->grid->enableXMin(subGrid);
+    _d->grid->enableYMin(subGrid);
+    // Under the layers, or over them where it is easier to read coordinates off.
+    _d->grid->setZ(VupMapPreferences::isGridInBackground() ? 0.0 : 10000.0);
+    _d->magnifier->setNaturalDirection(!VupMapPreferences::isZoomWheelInverted());
+    replot();
+}
