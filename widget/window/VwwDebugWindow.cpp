@@ -13,7 +13,6 @@
 #include <QPlainTextEdit>
 #include <QSaveFile>
 #include <QVector>
-#include <atomic>
 #include <cstring>
 #include <deque>
 #include <functional>
@@ -35,7 +34,8 @@ struct LogState
     std::deque<QString> lines;
     QVector<Listener> listeners;
     bool installed = false;
-    std::atomic<QtMessageHandler> previous{nullptr};
+    // Read and written under the mutex only (see messageHandler).
+    QtMessageHandler previous = nullptr;
 };
 
 // Never destroyed: the handler may be called while static objects are torn down.
@@ -91,6 +91,8 @@ void takePending(QObject* window)
 void messageHandler(QtMsgType type, const QMessageLogContext& context, const QString& text)
 {
     LogState& state = logState();
+    // Inside the handler already, the outer call on this thread holds the lock.
+    QtMessageHandler previous = insideHandler ? state.previous : nullptr;
     if (!insideHandler) {
         insideHandler = true;
         const QString line = formatLine(type, context.category, text);
@@ -108,11 +110,11 @@ void messageHandler(QtMsgType type, const QMessageLogContext& context, const QSt
                 QMetaObject::invokeMethod(window, [window]() { takePending(window); }, Qt::QueuedConnection);
             }
         }
+        previous = state.previous;
         lock.unlock();
         insideHandler = false;
     }
-    // Read after the lock: installMessageHandler() stores it while holding the lock.
-    if (QtMessageHandler previous = state.previous.load())
+    if (previous)
         previous(type, context, text);
 }
 
