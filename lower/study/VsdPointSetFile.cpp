@@ -1,0 +1,362 @@
+#include "VsdPointSetFile.h"
+
+#include <KbbGlobal.h>
+#include <KbeError.h>
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QRegularExpression>
+#include <QSaveFile>
+#include <QtEndian>
+#include <algorithm>
+#include <charconv>
+
+namespace {
+
+const char kMagic[4] = {'V', 'P', 'T', 'S'};
+constexpr quint32 kVersion = 1;
+constexpr int kMaxNameBytes = 1024;
+constexpr int kMaxLineBytes = 1 << 20;
+
+QString tr(const char* text)
+{
+    return QCoreApplication::translate("VsdPointSetFile", text);
+}
+
+QString native(const QString& path)
+{
+    return QDir::toNativeSeparators(path);
+}
+
+[[noreturn]] void fail(const QString& message)
+{
+    throw KbeError(message);
+}
+
+void readExactly(QIODevice& device, void* data, qint64 bytes, const QString& name)
+{
+    const qint64 offset = device.pos();
+    const qint64 got = device.read(static_cast<char*>(data), bytes);
+    if (got != bytes)
+        fail(tr("'%1' is truncated at byte offset %2: %3 bytes expected, %4 found.")
+                 .arg(native(name))
+                 .arg(offset)
+                 .arg(bytes)
+                 .arg(qMax<qint64>(got, 0)));
+}
+
+quint32 readUInt32(QIODevice& device, const QString& name)
+{
+    uchar bytes[4];
+    readExactly(device, bytes, 4, name);
+    return qFromLittleEndian<quint32>(bytes);
+}
+
+void readColumn(QIODevice& device, QVector<double>& column, int count, const QString& name)
+{
+    column.resize(count);
+    readExactly(device, column.data(), qint64(count) * 8, name);
+    qFromLittleEndian<double>(column.constData(), count, column.data());
+}
+
+VsdPointSet readBinary(QIODevice& device, const QString& name)
+{
+    if (device.isSequential())
+        fail(tr("'%1' cannot be read: a point set file needs random access.").arg(native(name)));
+    char magic[4];
+    readExactly(device, magic, 4, name);
+    const quint32 version = readUInt32(device, name);
+    if (version != kVersion)
+        fail(tr("'%1' has version %2 at byte offset 4; version %3 is read.")
+                 .arg(native(name))
+                 .arg(version)
+                 .arg(kVersion));
+    const quint32 count = readUInt32(device, name);
+    if (count > quint32(VsdPointSet::MAX_SIZE))
+        fail(tr("'%1' claims %2 samples at byte offset 8; at most %3 are read.")
+                 .arg(native(name))
+                 .arg(count)
+                 .arg(VsdPointSet::MAX_SIZE));
+    const quint32 variables = readUInt32(device, name);
+    // Every name takes at least five bytes, so the file size bounds the count before the loop.
+    if (qint64(variables) * 5 > device.size() - device.pos())
+        fail(tr("'%1' claims %2 variables at byte offset 12, more than the file holds.")
+                 .arg(native(name))
+                 .arg(variables));
+    VsdPointSet names; // checks the names as addVariable() will
+    for (quint32 v = 0; v < variables; ++v) {
+        const qint64 offset = device.pos();
+        const quint32 length = readUInt32(device, name);
+        if (length > quint32(kMaxNameBytes))
+            fail(tr("'%1' has a variable name of %2 bytes at byte offset %3; at most %4 are read.")
+                     .arg(native(name))
+                     .arg(length)
+                     .arg(offset)
+                     .arg(kMaxNameBytes));
+        QByteArray utf8(int(length), Qt::Uninitialized);
+        readExactly(device, utf8.data(), length, name);
+        const QString variable = QString::fromUtf8(utf8);
+        const QString problem = names.variableNameProblem(variable);
+        if (!problem.isEmpty())
+            fail(tr("'%1' has a bad variable name at byte offset %2: %3.").arg(native(name)).arg(offset).arg(problem));
+        names.addVariable(variable);
+    }
+    // The columns are allocated only once the file is known to hold them.
+    const qint64 needed = qint64(count) * 8 * (3 + qint64(variables));
+    const qint64 available = device.size() - device.pos();
+    if (available < needed)
+        fail(tr("'%1' is truncated: %2 samples need %3 bytes after byte offset %4, the file holds %5.")
+                 .arg(native(name))
+                 .arg(count)
+                 .arg(needed)
+                 .arg(device.pos())
+                 .arg(available));
+    if (available > needed)
+        fail(tr("'%1' has %2 unexpected bytes at byte offset %3.")
+                 .arg(native(name))
+                 .arg(available - needed)
+                 .arg(device.pos() + needed));
+    QVector<double> x, y, z;
+    readColumn(device, x, int(count), name);
+    readColumn(device, y, int(count), name);
+    readColumn(device, z, int(count), name);
+    VsdPointSet set;
+    set.setCoordinates(x, y, z);
+    for (const QString& variable : names.variableNames()) {
+        QVector<double> column;
+        readColumn(device, column, int(count), name);
+        set.addVariable(variable, column);
+    }
+    return set;
+}
+
+// The fields of one CSV line, trimmed of blanks; the line ends are already cut.
+QVector<QByteArray> splitFields(const char* begin, const char* end)
+{
+    QVector<QByteArray> fields;
+    const char* start = begin;
+    for (const char* c = begin;; ++c) {
+        if (c == end || *c == ',') {
+            fields.append(QByteArray(start, int(c - start)).trimmed());
+            if (c == end)
+                break;
+            start = c + 1;
+        }
+    }
+    return fields;
+}
+
+bool parseNumber(const char* begin, const char* end, double& value)
+{
+    while (begin < end && (*begin == ' ' || *begin == '\t'))
+        ++begin;
+    while (end > begin && (end[-1] == ' ' || end[-1] == '\t'))
+        --end;
+    if (begin == end) {
+        value = KbbGlobal::D_FFFF;
+        return true;
+    }
+    if (*begin == '+' && end - begin > 1 && begin[1] != '-')
+        ++begin;
+    // from_chars ignores the locale, which a Qt application sets from the environment.
+    const std::from_chars_result result = std::from_chars(begin, end, value);
+    return result.ec == std::errc() && result.ptr == end;
+}
+
+VsdPointSet readCsv(QIODevice& device, const QString& name)
+{
+    QByteArray buffer(kMaxLineBytes + 1, Qt::Uninitialized);
+    int lineNumber = 0;
+    // One line without its end; false at the end of the file.
+    const auto nextLine = [&](const char*& begin, const char*& end) {
+        if (device.atEnd())
+            return false;
+        const qint64 length = device.readLine(buffer.data(), buffer.size());
+        ++lineNumber;
+        if (length < 0)
+            fail(tr("'%1' cannot be read at line %2: %3.").arg(native(name)).arg(lineNumber).arg(device.errorString()));
+        begin = buffer.constData();
+        end = begin + length;
+        if (length == kMaxLineBytes && end[-1] != '\n' && !device.atEnd())
+            fail(tr("'%1' has a line longer than %2 bytes at line %3.")
+                     .arg(native(name))
+                     .arg(kMaxLineBytes)
+                     .arg(lineNumber));
+        while (end > begin && (end[-1] == '\n' || end[-1] == '\r'))
+            --end;
+        return true;
+    };
+
+    const char* begin = nullptr;
+    const char* end = nullptr;
+    if (!nextLine(begin, end))
+        fail(tr("'%1' is empty.").arg(native(name)));
+    if (end - begin >= 3 && QByteArray::fromRawData(begin, 3) == "\xEF\xBB\xBF")
+        begin += 3;
+    const QVector<QByteArray> header = splitFields(begin, end);
+    if (header.size() < 3 || header[0].toLower() != "x" || header[1].toLower() != "y" || header[2].toLower() != "z")
+        fail(tr("'%1' is not a point set file: line 1 must start with \"x,y,z\".").arg(native(name)));
+    VsdPointSet names; // checks the names as addVariable() will
+    for (int c = 3; c < header.size(); ++c) {
+        const QString variable = QString::fromUtf8(header[c]);
+        const QString problem = names.variableNameProblem(variable);
+        if (!problem.isEmpty())
+            fail(tr("'%1' has a bad variable name at line 1, field %2: %3.").arg(native(name)).arg(c + 1).arg(problem));
+        names.addVariable(variable);
+    }
+
+    const int columnCount = header.size();
+    QVector<QVector<double>> columns(columnCount);
+    QVector<double> row(columnCount);
+    while (nextLine(begin, end)) {
+        if (QByteArray::fromRawData(begin, int(end - begin)).trimmed().isEmpty())
+            continue;
+        int field = 0;
+        for (const char* start = begin;; ++field) {
+            const char* stop = std::find(start, end, ',');
+            if (field < columnCount && !parseNumber(start, stop, row[field]))
+                fail(tr("'%1' has \"%2\" at line %3, field %4, where a number is expected.")
+                         .arg(native(name))
+                         .arg(QString::fromUtf8(start, int(qMin<qint64>(stop - start, 40))).trimmed())
+                         .arg(lineNumber)
+                         .arg(field + 1));
+            if (stop == end)
+                break;
+            start = stop + 1;
+        }
+        if (field + 1 != columnCount)
+            fail(tr("'%1' has %2 fields at line %3, %4 expected.")
+                     .arg(native(name))
+                     .arg(field + 1)
+                     .arg(lineNumber)
+                     .arg(columnCount));
+        if (columns[0].size() >= VsdPointSet::MAX_SIZE)
+            fail(tr("'%1' has more than %2 samples at line %3.")
+                     .arg(native(name))
+                     .arg(VsdPointSet::MAX_SIZE)
+                     .arg(lineNumber));
+        for (int c = 0; c < columnCount; ++c)
+            columns[c].append(row[c]);
+    }
+
+    VsdPointSet set;
+    set.setCoordinates(columns[0], columns[1], columns[2]);
+    const QStringList variables = names.variableNames();
+    for (int v = 0; v < variables.size(); ++v)
+        set.addVariable(variables[v], columns[v + 3]);
+    return set;
+}
+
+void writeOrFail(QSaveFile& file, const char* data, qint64 bytes)
+{
+    if (file.write(data, bytes) != bytes)
+        fail(tr("'%1' cannot be written: %2.").arg(native(file.fileName()), file.errorString()));
+}
+
+void writeUInt32(QSaveFile& file, quint32 value)
+{
+    uchar bytes[4];
+    qToLittleEndian(value, bytes);
+    writeOrFail(file, reinterpret_cast<const char*>(bytes), 4);
+}
+
+void writeColumn(QSaveFile& file, const QVector<double>& column)
+{
+    // In blocks, so that a big-endian machine converts without a second copy of the column.
+    constexpr int block = 8192;
+    double converted[block];
+    for (int start = 0; start < column.size(); start += block) {
+        const int n = qMin(block, column.size() - start);
+        qToLittleEndian<double>(column.constData() + start, n, converted);
+        writeOrFail(file, reinterpret_cast<const char*>(converted), qint64(n) * 8);
+    }
+}
+
+void appendNumber(QByteArray& line, double value)
+{
+    if (value == KbbGlobal::D_FFFF)
+        return;
+    char text[32];
+    const std::to_chars_result result = std::to_chars(text, text + sizeof text, value);
+    line.append(text, int(result.ptr - text));
+}
+
+} // namespace
+
+VsdPointSet VsdPointSetFile::read(const QString& path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        fail(tr("'%1' cannot be read: %2.").arg(native(path), file.errorString()));
+    return read(file, path);
+}
+
+VsdPointSet VsdPointSetFile::read(QIODevice& device, const QString& name)
+{
+    if (!device.isReadable())
+        fail(tr("'%1' cannot be read: it is not open for reading.").arg(native(name)));
+    const QByteArray start = device.peek(4);
+    if (start.isEmpty())
+        fail(tr("'%1' is empty.").arg(native(name)));
+    if (start == QByteArray::fromRawData(kMagic, 4))
+        return readBinary(device, name);
+    return readCsv(device, name);
+}
+
+void VsdPointSetFile::write(const VsdPointSet& set, const QString& path, Format format)
+{
+    const QStringList names = set.variableNames();
+    if (format == Format::Csv) {
+        for (const QString& variable : names)
+            if (variable.contains(QRegularExpression(QStringLiteral("[,\"\\n\\r]|^\\s|\\s$"))))
+                fail(tr("'%1' cannot be written: the variable name '%2' does not fit in a CSV header.")
+                         .arg(native(path), variable));
+    }
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly))
+        fail(tr("'%1' cannot be written: %2.").arg(native(path), file.errorString()));
+    if (format == Format::Binary) {
+        writeOrFail(file, kMagic, 4);
+        writeUInt32(file, kVersion);
+        writeUInt32(file, quint32(set.size()));
+        writeUInt32(file, quint32(names.size()));
+        for (const QString& variable : names) {
+            const QByteArray utf8 = variable.toUtf8();
+            if (utf8.size() > kMaxNameBytes)
+                fail(tr("'%1' cannot be written: the variable name '%2' is longer than %3 bytes.")
+                         .arg(native(path), variable)
+                         .arg(kMaxNameBytes));
+            writeUInt32(file, quint32(utf8.size()));
+            writeOrFail(file, utf8.constData(), utf8.size());
+        }
+        writeColumn(file, set.x());
+        writeColumn(file, set.y());
+        writeColumn(file, set.z());
+        for (const QString& variable : names)
+            writeColumn(file, set.variable(variable));
+    } else {
+        QByteArray text = "x,y,z";
+        for (const QString& variable : names)
+            text += ',' + variable.toUtf8();
+        text += '\n';
+        QVector<QVector<double>> columns{set.x(), set.y(), set.z()};
+        for (const QString& variable : names)
+            columns.append(set.variable(variable));
+        for (int i = 0, n = set.size(); i < n; ++i) {
+            for (int c = 0; c < columns.size(); ++c) {
+                if (c > 0)
+                    text += ',';
+                appendNumber(text, columns[c].at(i));
+            }
+            text += '\n';
+            if (text.size() > (1 << 20)) {
+                writeOrFail(file, text.constData(), text.size());
+                text.clear();
+            }
+        }
+        writeOrFail(file, text.constData(), text.size());
+    }
+    if (!file.commit())
+        fail(tr("'%1' cannot be written: %2.").arg(native(path), file.errorString()));
+}
