@@ -1,0 +1,177 @@
+// A map layer's image on the plot: drawn on the spot when small, on a worker thread when
+// large (the kept image shown moved until the new one comes), at full quality for exports,
+// and never delivered to an item that is gone. The point renderer's picks go to its set.
+
+#include <VsdPointSet.h>
+#include <VwqBasemapPlot.h>
+#include <VwqPlotZoomer.h>
+#include <VwvBasemapImageItem.h>
+#include <VwvBasemapRenderer.h>
+
+#include <qwt_plot_renderer.h>
+
+#include <QSemaphore>
+#include <QtTest>
+#include <memory>
+
+namespace {
+
+// Paints a filled square of map units [40, 60] x [40, 60], claiming to be costly so that
+// the item draws it on a worker thread; it may be held at a gate.
+class SquareRenderer : public VwvIBasemapRenderer
+{
+public:
+    explicit SquareRenderer(QRgb color, QSemaphore* gate = nullptr)
+        : _color(color)
+        , _gate(gate)
+    {
+    }
+    QRectF boundingRect() const override { return QRectF(0, 0, 100, 100); }
+    void render(QImage& image, const QwtScaleMap& x, const QwtScaleMap& y) const override
+    {
+        if (_gate)
+            _gate->acquire();
+        ++renders;
+        const QRectF pixels = QRectF(QPointF(x.transform(40), y.transform(60)), QPointF(x.transform(60), y.transform(40)));
+        QPainter(&image).fillRect(pixels, QColor(_color));
+    }
+    qint64 renderCost() const override { return VwvBasemapImageItem::SYNCHRONOUS_COST * 10; }
+    int pointToRank(const QPointF&, double) const override { return -1; }
+    KbiIntervalIntSmallDisjoint rectangleToRank(const QRectF&) const override { return {}; }
+    KbiIntervalIntSmallDisjoint polygonToRanks(const QPolygonF&) const override { return {}; }
+
+    mutable QAtomicInt renders;
+
+private:
+    QRgb _color;
+    QSemaphore* _gate;
+};
+
+struct Map
+{
+    VwqBasemapPlot plot;
+    VwvBasemapImageItem* item = new VwvBasemapImageItem(QStringLiteral("layer"));
+
+    Map()
+    {
+        plot.resize(400, 400);
+        plot.addPlotItem(item);
+        item->setZ(1.0); // over the grid, as layers are
+        plot.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&plot));
+        plot.zoomer()->resetZoom(QRectF(0, 0, 100, 100));
+    }
+
+    QRgb at(const QPointF& mapPoint)
+    {
+        const QImage image = plot.canvas()->grab().toImage();
+        const QPointF pixel = plot.viewToPixel(mapPoint);
+        return image.pixel(pixel.toPoint());
+    }
+};
+
+} // namespace
+
+class TestVwvBasemapImageItem : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void smallSetsAreDrawnOnTheSpot()
+    {
+        VsdPointSet points;
+        for (int i = 0; i < 50; ++i)
+            points.append(50.0, 50.0);
+        VwvPointRasterizer::Style style;
+        style.size = 7;
+        style.color = qRgb(200, 0, 0);
+        Map map;
+        map.item->setRenderer(std::make_shared<VwvBasemapRenderer>(points, QString(), VugColorScale::rainbow(), style));
+        map.plot.replot();
+        QVERIFY(!map.item->isRendering());
+        QCOMPARE(map.at(QPointF(50, 50)), qRgb(200, 0, 0));
+        QCOMPARE(map.item->boundingRect(), QRectF(50, 50, 0, 0));
+    }
+
+    void largeDrawingsComeFromAWorker()
+    {
+        Map map;
+        auto renderer = std::make_shared<SquareRenderer>(qRgb(0, 0, 255));
+        map.item->setRenderer(renderer);
+        map.plot.replot();
+        QTRY_VERIFY(!map.item->isRendering());
+        QTRY_COMPARE(map.at(QPointF(50, 50)), qRgb(0, 0, 255));
+
+        // Zoomed out twice as far: the kept image shows at once, scaled, then the new one.
+        const int before = renderer->renders;
+        map.plot.zoomer()->zoom(QRectF(-50, -50, 200, 200));
+        QCOMPARE(map.at(QPointF(50, 50)), qRgb(0, 0, 255));
+        QTRY_VERIFY(renderer->renders > before);
+        QTRY_VERIFY(!map.item->isRendering());
+        QCOMPARE(map.at(QPointF(45, 45)), qRgb(0, 0, 255));
+        QVERIFY(map.at(QPointF(20, 20)) != qRgb(0, 0, 255));
+    }
+
+    void exportsAreDrawnInFull()
+    {
+        Map map;
+        map.item->setRenderer(std::make_shared<SquareRenderer>(qRgb(0, 128, 0)));
+        QImage image(400, 400, QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::white);
+        QwtPlotRenderer renderer;
+        QPainter painter(&image);
+        renderer.render(&map.plot, &painter, QRectF(0, 0, 400, 400));
+        painter.end();
+        int green = 0;
+        for (int y = 0; y < image.height(); ++y)
+            for (int x = 0; x < image.width(); ++x)
+                green += image.pixel(x, y) == qRgb(0, 128, 0);
+        QVERIFY2(green > 1000, qPrintable(QString::number(green)));
+    }
+
+    void anItemGoneBeforeItsImageIsLeftAlone()
+    {
+        QSemaphore gate;
+        auto map = std::make_unique<Map>();
+        map->item->setRenderer(std::make_shared<SquareRenderer>(qRgb(1, 2, 3), &gate));
+        map->plot.replot();
+        QTRY_VERIFY(map->item->isRendering());
+        map.reset(); // the plot deletes its items
+        gate.release();
+        QThreadPool::globalInstance()->waitForDone();
+        QCoreApplication::processEvents(); // a stray delivery would crash here
+    }
+
+    void aNewRendererDropsTheKeptImage()
+    {
+        QSemaphore gate;
+        Map map;
+        map.item->setRenderer(std::make_shared<SquareRenderer>(qRgb(9, 9, 9), &gate));
+        map.plot.replot();
+        QTRY_VERIFY(map.item->isRendering());
+        map.item->setRenderer(std::make_shared<SquareRenderer>(qRgb(0, 200, 200)));
+        map.plot.replot();
+        gate.release();
+        QTRY_COMPARE(map.at(QPointF(50, 50)), qRgb(0, 200, 200));
+        // The first drawing, finished late, is not shown over it.
+        QThreadPool::globalInstance()->waitForDone();
+        QCoreApplication::processEvents();
+        QCOMPARE(map.at(QPointF(50, 50)), qRgb(0, 200, 200));
+    }
+
+    void pointPicksGoToTheSet()
+    {
+        VsdPointSet points;
+        points.append(10, 10);
+        points.append(20, 20);
+        points.append(30, 30);
+        VwvBasemapRenderer renderer(points);
+        QCOMPARE(renderer.pointToRank(QPointF(19, 19), 2.0), 1);
+        QCOMPARE(renderer.pointToRank(QPointF(25, 25), 2.0), -1);
+        QCOMPARE(renderer.rectangleToRank(QRectF(5, 5, 20, 20)).toList(), (QVector<int>{0, 1}));
+        QCOMPARE(renderer.polygonToRanks(QPolygonF({{0, 0}, {40, 0}, {40, 40}})).toList(), (QVector<int>{0, 1, 2}));
+    }
+};
+
+QTEST_MAIN(TestVwvBasemapImageItem)
+#include "tst_vwvbasemapimageitem.moc"

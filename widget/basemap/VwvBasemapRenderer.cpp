@@ -1,0 +1,60 @@
+#include "VwvBasemapRenderer.h"
+
+VwvBasemapRenderer::VwvBasemapRenderer(const VsdPointSet& points, const QString& variable,
+                                       const VugColorScale& scale, const VwvPointRasterizer::Style& style)
+    : _points(points)
+    , _variable(variable)
+    , _values(variable.isEmpty() ? QVector<double>() : points.variable(variable))
+    , _scale(scale)
+    , _style(style)
+    , _bounds(points.boundingRect())
+{
+}
+
+VwvBasemapRenderer::~VwvBasemapRenderer() = default;
+
+const VsdPointSet& VwvBasemapRenderer::getPoints() const
+{
+    return _points;
+}
+
+const QString& VwvBasemapRenderer::getVariable() const
+{
+    return _variable;
+}
+
+QRectF VwvBasemapRenderer::boundingRect() const
+{
+    return _bounds;
+}
+
+void VwvBasemapRenderer::render(QImage& image, const QwtScaleMap& xMap, const QwtScaleMap& yMap) const
+{
+    VwvPointRasterizer rasterizer;
+    rasterizer.setStyle(_style);
+    rasterizer.setPoints(_points.x().constData(), _points.y().constData(), _points.size());
+    if (_values.size() == _points.size() && !_values.isEmpty())
+        rasterizer.setValues(_values.constData(), _scale);
+    rasterizer.setSelection(_points.selection());
+    rasterizer.draw(image, xMap, yMap);
+}
+
+qint64 VwvBasemapRenderer::renderCost() const
+{
+    return qint64(_points.size()) * _style.size * _style.size;
+}
+
+int VwvBasemapRenderer::pointToRank(const QPointF& point, double tolerance) const
+{
+    return _points.nearestRank(point, tolerance);
+}
+
+KbiIntervalIntSmallDisjoint VwvBasemapRenderer::rectangleToRank(const QRectF& rect) const
+{
+    return _points.ranksInRect(rect);
+}
+
+KbiIntervalIntSmallDisjoint VwvBasemapRenderer::polygonToRanks(const QPolygonF& polygon) const
+{
+    return _points.ranksInPolygon(polygon);
+}

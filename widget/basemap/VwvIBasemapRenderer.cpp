@@ -1,0 +1,3 @@
+#include "VwvIBasemapRenderer.h"
+
+VwvIBasemapRenderer::~VwvIBasemapRenderer() = default;

@@ -1,0 +1,32 @@
+#pragma once
+// Draws one item of a map scene and answers picks on it. A renderer does not change once
+// made (a new style or selection makes a new one), so that a layer can hand it to a
+// worker thread to draw while the GUI thread goes on.
+
+#include <velmora_widget_export.h>
+
+#include <KbiIntervalIntSmallDisjoint.h>
+
+#include <QImage>
+#include <QPolygonF>
+#include <QRectF>
+#include <qwt_scale_map.h>
+
+class VELMORA_WIDGET_EXPORT VwvIBasemapRenderer
+{
+public:
+    virtual ~VwvIBasemapRenderer();
+
+    // The extent of what it draws, in map coordinates; empty when there is nothing.
+    virtual QRectF boundingRect() const = 0;
+    // Draws into a transparent ARGB32_Premultiplied image through the maps (map to image
+    // pixels). May run on a worker thread: it reads only its own data.
+    virtual void render(QImage& image, const QwtScaleMap& xMap, const QwtScaleMap& yMap) const = 0;
+    // About how many marks a drawing makes: small drawings are done on the spot.
+    virtual qint64 renderCost() const = 0;
+
+    // The rank of the nearest sample within the tolerance (map units), or -1.
+    virtual int pointToRank(const QPointF& point, double tolerance) const = 0;
+    virtual KbiIntervalIntSmallDisjoint rectangleToRank(const QRectF& rect) const = 0;
+    virtual KbiIntervalIntSmallDisjoint polygonToRanks(const QPolygonF& polygon) const = 0;
+};
