@@ -89,6 +89,11 @@ struct Plot
     }
 };
 
+QString describe(const QRectF& r)
+{
+    return QStringLiteral("(%1, %2 %3x%4)").arg(r.x()).arg(r.y()).arg(r.width()).arg(r.height());
+}
+
 bool near(const QRectF& a, const QRectF& b, double tolerance = 1e-6)
 {
     return std::fabs(a.left() - b.left()) < tolerance && std::fabs(a.top() - b.top()) < tolerance
@@ -178,7 +183,7 @@ private Q_SLOTS:
         QTest::keyClick(p.canvas, Qt::Key(key), shift ? Qt::ShiftModifier : Qt::NoModifier);
         // One pixel is 600/599 units: the canvas map runs from pixel 0 to pixel 599.
         QVERIFY2(near(p.view(), QRectF(shift_of_view, QSizeF(600, 400)), 0.05),
-                 QTest::toString(p.view()));
+                 qPrintable(describe(p.view())));
     }
 
     void selectModeCentresOnTheClick()
@@ -187,7 +192,7 @@ private Q_SLOTS:
         p.setMode(Vw::SELECT);
         QTest::mouseClick(p.canvas, Qt::LeftButton, Qt::NoModifier, QPoint(100, 50));
         // Map point (100, 350) is now in the middle of the canvas.
-        QVERIFY2(near(p.view(), QRectF(-200, 150, 600, 400), 1.0), QTest::toString(p.view()));
+        QVERIFY2(near(p.view(), QRectF(-200, 150, 600, 400), 1.0), qPrintable(describe(p.view())));
     }
 
     void wheelZoomKeepsThePointUnderTheMouse_data()
@@ -286,7 +291,7 @@ private Q_SLOTS:
         Plot p;
         p.setMode(Vw::ZOOM_BOX);
         p.drag(from, to);
-        QVERIFY2(near(p.view(), view, 1.5), QTest::toString(p.view()));
+        QVERIFY2(near(p.view(), view, 1.5), qPrintable(describe(p.view())));
     }
 
     // Each step is a zoom to the next rectangle, or a move in the stack.
