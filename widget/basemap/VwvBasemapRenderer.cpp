@@ -58,3 +58,10 @@ KbiIntervalIntSmallDisjoint VwvBasemapRenderer::polygonToRanks(const QPolygonF& 
 {
     return _points.ranksInPolygon(polygon);
 }
+
+QPointF VwvBasemapRenderer::rankPosition(int rank) const
+{
+    if (rank < 0 || rank >= _points.size())
+        return VwvIBasemapRenderer::rankPosition(rank);
+    return _points.point(rank);
+}

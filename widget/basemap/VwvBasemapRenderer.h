@@ -27,6 +27,7 @@ public:
     int pointToRank(const QPointF& point, double tolerance) const override;
     KbiIntervalIntSmallDisjoint rectangleToRank(const QRectF& rect) const override;
     KbiIntervalIntSmallDisjoint polygonToRanks(const QPolygonF& polygon) const override;
+    QPointF rankPosition(int rank) const override;
 
 private:
     const VsdPointSet _points;

@@ -29,4 +29,7 @@ public:
     virtual int pointToRank(const QPointF& point, double tolerance) const = 0;
     virtual KbiIntervalIntSmallDisjoint rectangleToRank(const QRectF& rect) const = 0;
     virtual KbiIntervalIntSmallDisjoint polygonToRanks(const QPolygonF& polygon) const = 0;
+    // Where the sample of that rank lies, for snapping onto it; (NaN, NaN) when the
+    // renderer's samples have no single position.
+    virtual QPointF rankPosition(int rank) const;
 };
