@@ -148,18 +148,29 @@ void VwqPlotZoomer::_show(const QRectF& rect)
     QwtPlot* plot = this->plot();
     if (!plot)
         return;
+    QRectF fitted = rect;
+    const QWidget* canvas = this->canvas();
+    if (_d->rescaler && canvas && canvas->width() > 0 && canvas->height() > 0) {
+        // One map unit as long across as up: the rectangle grows about its centre along
+        // the axis that has room to spare. Fitting a fitted rectangle changes nothing, so
+        // going back and forth in the stack finds the same views.
+        const double perPixel = std::max(rect.width() / canvas->width(), rect.height() / canvas->height());
+        const QPointF centre = rect.center();
+        fitted.setSize(QSizeF(perPixel * canvas->width(), perPixel * canvas->height()));
+        fitted.moveCenter(centre);
+    }
     const bool autoReplot = plot->autoReplot();
     plot->setAutoReplot(false);
-    plot->setAxisScale(xAxis(), rect.left(), rect.right());
-    plot->setAxisScale(yAxis(), rect.top(), rect.bottom());
-    if (_d->rescaler) {
-        // The rescaler reads the scales the plot has divided, not the ones just asked for.
-        plot->updateAxes();
-        _d->rescaler->rescale();
-    }
+    plot->setAxisScale(xAxis(), fitted.left(), fitted.right());
+    plot->setAxisScale(yAxis(), fitted.top(), fitted.bottom());
     plot->setAutoReplot(autoReplot);
     plot->replot();
-    emit zoomed(rect);
+    // The rescaler may have widened the rectangle to the view's shape: the stack and the
+    // listeners get what is shown, so that going back and forth finds it again.
+    const QRectF shown = getZoomRect();
+    if (_d->index >= 0 && _d->index < _d->stack.size() && _d->stack.at(_d->index) == rect)
+        _d->stack[_d->index] = shown;
+    emit zoomed(shown);
     emit zoomFinished();
 }
 
