@@ -128,9 +128,16 @@ QString VugDatasetStore::fileName(const QString& key)
     return name + kSuffix;
 }
 
-bool VugDatasetStore::setPointSet(const QString& key, const VsdPointSet& set)
+bool VugDatasetStore::setPointSet(const QString& key, const VsdPointSet& set, Storage storage)
 {
-    return _d->set(this, key, Kind::POINT_SET, set, "setPointSet");
+    if (!_d->set(this, key, Kind::POINT_SET, set, "setPointSet"))
+        return false;
+    if (storage == Storage::IN_MEMORY) {
+        // Any file of an earlier set under the key would come back at the next load.
+        _d->dirty.remove(key);
+        _d->stale.insert(key);
+    }
+    return true;
 }
 
 bool VugDatasetStore::setPolylineSet(const QString& key, const VsdPolylineSet& set)

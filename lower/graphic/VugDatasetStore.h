@@ -25,6 +25,9 @@ class VELMORA_GRAPHIC_EXPORT VugDatasetStore : public QObject
     Q_OBJECT
 public:
     enum class Kind { NONE, POINT_SET, POLYLINE_SET, POLYGON_SET, GRID };
+    // Whether save() writes a point set, or it lives for the session only (data that can
+    // be made again, such as a generated set far too large to write at every close).
+    enum class Storage { ON_DISK, IN_MEMORY };
 
     // The longest key: its file name stays within what file systems hold.
     static constexpr int MAX_KEY_LENGTH = 80;
@@ -38,7 +41,7 @@ public:
     // Replace the dataset under key, or add it. A key that is empty, longer than
     // MAX_KEY_LENGTH or holds a control character, or that holds another kind, is
     // refused with a qWarning.
-    bool setPointSet(const QString& key, const VsdPointSet& set);
+    bool setPointSet(const QString& key, const VsdPointSet& set, Storage storage = Storage::ON_DISK);
     bool setPolylineSet(const QString& key, const VsdPolylineSet& set);
     bool setPolygonSet(const QString& key, const VsdPolygonSet& set);
     bool setGrid(const QString& key, const VsdGrid& grid);

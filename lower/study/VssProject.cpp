@@ -20,6 +20,7 @@ class VssProjectPrivate
 public:
     QString folder;
     QString name;
+    QString coordSystem;
     std::unique_ptr<VsmModelScene> scenes = std::make_unique<VsmModelScene>();
 };
 
@@ -57,6 +58,7 @@ std::unique_ptr<VssProject> VssProject::open(const QString& folder)
     if (root.tagName() != QLatin1String("project"))
         throw KbeError(tr("'%1' is not a project file.").arg(QDir::toNativeSeparators(QDir(folder).filePath(kProjectFile))));
     std::unique_ptr<VssProject> project(new VssProject(folder, root.attribute(QStringLiteral("name"))));
+    project->_d->coordSystem = root.attribute(QStringLiteral("coordsys"));
     QDir().mkpath(project->getDatabaseDirectory());
     const QString scenesPath = QDir(project->getDatabaseDirectory()).filePath(kScenesFile);
     if (QFileInfo::exists(scenesPath)) {
@@ -70,6 +72,8 @@ QString VssProject::getName() const { return _d->name; }
 QString VssProject::getFolder() const { return _d->folder; }
 QString VssProject::getDatabaseDirectory() const { return QDir(_d->folder).filePath(kDatabase); }
 VsmModelScene& VssProject::getModelScene() const { return *_d->scenes; }
+QString VssProject::getCoordSystemText() const { return _d->coordSystem; }
+void VssProject::setCoordSystemText(const QString& text) { _d->coordSystem = text; }
 
 void VssProject::save()
 {
@@ -77,6 +81,8 @@ void VssProject::save()
     QDomElement root = project.createElement(QStringLiteral("project"));
     root.setAttribute(QStringLiteral("name"), _d->name);
     root.setAttribute(QStringLiteral("version"), 1);
+    if (!_d->coordSystem.isEmpty())
+        root.setAttribute(QStringLiteral("coordsys"), _d->coordSystem);
     project.appendChild(root);
     VuxXml::saveXml(QDir(_d->folder).filePath(kProjectFile), project);
 

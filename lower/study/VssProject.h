@@ -25,6 +25,10 @@ public:
     QString getFolder() const;
     QString getDatabaseDirectory() const;
     VsmModelScene& getModelScene() const;
+    // The coordinate system the project's data are stored in, as VuuCoordSystem::toString()
+    // gives it ("EPSG:32631", "local:m"); empty for a local system in metres.
+    QString getCoordSystemText() const;
+    void setCoordSystemText(const QString& text);
 
     // Writes the project file and its scenes; throws KbeError.
     void save();

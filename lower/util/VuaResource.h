@@ -109,5 +109,22 @@ VELMORA_UTIL_EXPORT IconId iconLockState();
 VELMORA_UTIL_EXPORT IconId iconStyleSheet();
 VELMORA_UTIL_EXPORT IconId iconFileNew();
 
+// The map view's tools: its modes and zoom commands, and its decoration switches.
+VELMORA_UTIL_EXPORT IconId iconZoomHand();
+VELMORA_UTIL_EXPORT IconId iconZoomBox();
+VELMORA_UTIL_EXPORT IconId iconZoomIn();
+VELMORA_UTIL_EXPORT IconId iconZoomOut();
+VELMORA_UTIL_EXPORT IconId iconZoomCenterView();
+VELMORA_UTIL_EXPORT IconId iconZoomViewAll();
+VELMORA_UTIL_EXPORT IconId iconZoomOnLayer();
+VELMORA_UTIL_EXPORT IconId iconZoomUndo();
+VELMORA_UTIL_EXPORT IconId iconZoomRedo();
+VELMORA_UTIL_EXPORT IconId iconViewerLineRuler();
+VELMORA_UTIL_EXPORT IconId iconViewerPolygonRuler();
+VELMORA_UTIL_EXPORT IconId iconViewerCompass();
+VELMORA_UTIL_EXPORT IconId iconViewerScaleBar();
+VELMORA_UTIL_EXPORT IconId iconViewerGrid();
+VELMORA_UTIL_EXPORT IconId iconViewerAxes();
+
 } // namespace Resource
 } // namespace Vua

@@ -55,6 +55,23 @@ CursorId cursorZoomOut() { return {QStringLiteral("cursor-zoom-out"), QPoint(13,
 CursorId cursorZoomBox() { return {QStringLiteral("cursor-zoom-box"), QPoint(4, 4)}; }
 CursorId cursorDefault() { return CursorId(Qt::ArrowCursor); }
 IconId iconFileNew() { return {QStringLiteral("new"), QStringLiteral("document-new")}; }
+// Only the theme icons that mean exactly the command; the zoom undo and redo are not the
+// edit undo and redo, and the modes without a standard icon keep the set's own.
+IconId iconZoomHand() { return {QStringLiteral("zoom-hand"), QString()}; }
+IconId iconZoomBox() { return {QStringLiteral("zoom-box"), QString()}; }
+IconId iconZoomIn() { return {QStringLiteral("zoom-in"), QStringLiteral("zoom-in")}; }
+IconId iconZoomOut() { return {QStringLiteral("zoom-out"), QStringLiteral("zoom-out")}; }
+IconId iconZoomCenterView() { return {QStringLiteral("zoom-center-view"), QString()}; }
+IconId iconZoomViewAll() { return {QStringLiteral("zoom-view-all"), QStringLiteral("zoom-fit-best")}; }
+IconId iconZoomOnLayer() { return {QStringLiteral("zoom-on-layer"), QString()}; }
+IconId iconZoomUndo() { return {QStringLiteral("zoom-undo"), QString()}; }
+IconId iconZoomRedo() { return {QStringLiteral("zoom-redo"), QString()}; }
+IconId iconViewerLineRuler() { return {QStringLiteral("viewer-line-ruler"), QString()}; }
+IconId iconViewerPolygonRuler() { return {QStringLiteral("viewer-polygon-ruler"), QString()}; }
+IconId iconViewerCompass() { return {QStringLiteral("viewer-compass"), QString()}; }
+IconId iconViewerScaleBar() { return {QStringLiteral("viewer-scale-bar"), QString()}; }
+IconId iconViewerGrid() { return {QStringLiteral("viewer-grid"), QString()}; }
+IconId iconViewerAxes() { return {QStringLiteral("viewer-axes"), QString()}; }
 } // namespace Resource
 } // namespace Vua
 

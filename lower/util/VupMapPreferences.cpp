@@ -48,6 +48,8 @@ bool VupMapPreferences::isGridVisible() { return flag("gridVisible", true); }
 bool VupMapPreferences::isSubGridVisible() { return flag("subGridVisible", false); }
 bool VupMapPreferences::isGridInBackground() { return flag("gridInBackground", true); }
 bool VupMapPreferences::isAxesVisible() { return flag("axesVisible", true); }
+bool VupMapPreferences::isCompassVisible() { return flag("compassVisible", true); }
+bool VupMapPreferences::isScaleBarVisible() { return flag("scaleBarVisible", true); }
 bool VupMapPreferences::isZoomWheelInverted() { return flag("zoomWheelInverted", false); }
 bool VupMapPreferences::isLineRulerTotalLengthEnabled() { return flag("lineRulerTotalLength", true); }
 bool VupMapPreferences::isLineRulerAzimuthEnabled() { return flag("lineRulerAzimuth", true); }

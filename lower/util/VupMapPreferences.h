@@ -22,6 +22,8 @@ public:
     static bool isSubGridVisible();
     static bool isGridInBackground();
     static bool isAxesVisible();
+    static bool isCompassVisible();
+    static bool isScaleBarVisible();
     // On, the wheel zooms the way the plain plot library does; off (the default), the
     // way most map programs do.
     static bool isZoomWheelInverted();

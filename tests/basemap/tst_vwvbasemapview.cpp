@@ -112,10 +112,6 @@ private Q_SLOTS:
     {
         VugScene empty(2);
         VwvBasemapView view;
-        // Without axes whose labels change width with the numbers, the canvas keeps its
-        // size, and a view gone back to is the same rectangle.
-        for (int axis = 0; axis < QwtPlot::axisCnt; ++axis)
-            view.getPlot()->enableAxis(axis, false);
         view.resize(400, 400);
         view.show();
         QVERIFY(QTest::qWaitForWindowExposed(&view));
@@ -146,8 +142,6 @@ private Q_SLOTS:
         // A scene opened again comes back to its last zoom.
         const QRectF last = scene.getLastZoom();
         VwvBasemapView again;
-        for (int axis = 0; axis < QwtPlot::axisCnt; ++axis)
-            again.getPlot()->enableAxis(axis, false);
         again.resize(400, 400);
         again.show();
         QVERIFY(QTest::qWaitForWindowExposed(&again));

@@ -1,7 +1,8 @@
 // The demo's windows saved with a project and brought back when it reopens: the same
 // windows, scenes, report and workspace.
 
-#include "DemoDisplayWindow.h"
+#include "DemoMapWindow.h"
+#include <VwvBasemapView.h>
 #include "DemoMainWindow.h"
 #include "DemoSampleProject.h"
 #include "DemoWindowFactory.h"
@@ -84,6 +85,13 @@ private Q_SLOTS:
         QVERIFY(sectionDock);
         sectionDock->setFloating(true);
         sectionDock->setGeometry(QRect(150, 160, 420, 310));
+        // and zooms the map onto part of the field.
+        auto* map = qobject_cast<DemoMapWindow*>(displayOf(QStringLiteral("Display2D")));
+        QVERIFY(map);
+        const QRectF zoom(431200, 6541200, 300, 200);
+        map->getView()->zoomTo(zoom);
+        const QRectF shown = map->getView()->getCurrentZoom();
+        QVERIFY(shown.contains(zoom.adjusted(1, 1, -1, -1)));
         main->setActiveWindow(displayOf(QStringLiteral("Display3D")));
         QTRY_VERIFY(!displayOf(QStringLiteral("Display3D"))->visibleRegion().isEmpty());
         const QStringList before = windowSummary();
@@ -102,8 +110,17 @@ private Q_SLOTS:
         QCOMPARE(sectionDock->size(), QSize(420, 310));
         QTRY_VERIFY(!displayOf(QStringLiteral("Display3D"))->visibleRegion().isEmpty());
         QVERIFY(displayOf(QStringLiteral("Display2D"))->visibleRegion().isEmpty()); // a tab behind
-        auto* map = qobject_cast<DemoDisplayWindow*>(displayOf(QStringLiteral("Display2D")));
+        // The map comes back with its items drawn and the zoom it was left at.
+        map = qobject_cast<DemoMapWindow*>(displayOf(QStringLiteral("Display2D")));
+        QVERIFY(map);
         QCOMPARE(map->shownItems(), QStringList({"Samples (thickness)", "Boundary", "Thickness grid"}));
+        for (int rank = 0; rank < 3; ++rank)
+            QVERIFY(map->getView()->getLayer(rank));
+        main->setActiveWindow(map);
+        QTRY_VERIFY(!map->visibleRegion().isEmpty());
+        QTRY_VERIFY(map->getView()->getCurrentZoom().contains(zoom.adjusted(1, 1, -1, -1)));
+        QVERIFY(qAbs(map->getView()->getCurrentZoom().center().x() - shown.center().x()) < 1.0);
+        QVERIFY(qAbs(map->getView()->getCurrentZoom().center().y() - shown.center().y()) < 1.0);
 
         QVERIFY(main->closeProject());
         VwwWindowRegistry::setMainWindow(nullptr);

@@ -64,6 +64,11 @@ public:
     QwtPlotGrid* grid = nullptr;
     OffsetScaleDraw* scaleDraws[QwtPlot::axisCnt] = {};
     Vw::ViewMode mode = Vw::NO_MODE;
+    // What updatePlotAxes() was last given; the titles are rebuilt when an offset changes.
+    QString axisTitle;
+    QString axisUnit;
+    QString axisSubtitle;
+    QRectF announcedView;
     // Our own preference writes, which must not come back as changes to apply.
     bool writingPreferences = false;
 };
@@ -114,8 +119,21 @@ VwqBasemapPlot::VwqBasemapPlot(QWidget* parent)
         connect(surveyor, &VwqPlotAMeasure::stopPicking, _d->magnifier, &VwqPlotMagnifier::enable);
     }
     connect(_d->tracker, &VwqPlotTracker::newTrackerPosition, this, &VwqBasemapPlot::newTrackerPosition);
-    connect(axisWidget(xBottom), &QwtScaleWidget::scaleDivChanged, this,
-            [this] { emit currentViewChanged(currentViewRect()); });
+    // A pan along one axis changes only that axis: both are watched, the view announced once.
+    for (int axis : {int(xBottom), int(yLeft)})
+        connect(axisWidget(axis), &QwtScaleWidget::scaleDivChanged, this, [this, axis] {
+            // The zoomer moves the bottom and left axes only; the top and right ones mirror
+            // them (Qwt lays the axes out in id order, so the mirror is taken in this pass).
+            const int mirror = axis == xBottom ? xTop : yRight;
+            if (axisScaleDiv(mirror) != axisScaleDiv(axis))
+                setAxisScaleDiv(mirror, axisScaleDiv(axis));
+            const QRectF rect = currentViewRect();
+            if (rect == _d->announcedView)
+                return;
+            _d->announcedView = rect;
+            _updateAxisLabels(false);
+            emit currentViewChanged(rect);
+        });
     connect(VupPreferenceRegistry::getInstance(), &VupPreferenceRegistry::prefChanged, this,
             &VwqBasemapPlot::_preferenceChanged);
     _updateStyles();
@@ -213,36 +231,56 @@ double VwqBasemapPlot::getAxisOffset(int axisId) const
 void VwqBasemapPlot::updatePlotAxes(const QRectF& rect, const QString& title, const KbuUnit& unit,
                                     const QString& subtitle)
 {
+    _d->axisTitle = title;
+    _d->axisUnit = unit.getSymbol();
+    _d->axisSubtitle = subtitle;
     const bool visible = VupMapPreferences::isAxesVisible();
     for (int axis = 0; axis < axisCnt; ++axis)
         enableAxis(axis, visible);
-    if (!rect.isValid() || !std::isfinite(rect.width()) || !std::isfinite(rect.height()))
-        return;
-    setAxisScale(xBottom, rect.left(), rect.right());
-    setAxisScale(xTop, rect.left(), rect.right());
-    setAxisScale(yLeft, rect.top(), rect.bottom());
-    setAxisScale(yRight, rect.top(), rect.bottom());
+    if (rect.isValid() && std::isfinite(rect.width()) && std::isfinite(rect.height())) {
+        setAxisScale(xBottom, rect.left(), rect.right());
+        setAxisScale(xTop, rect.left(), rect.right());
+        setAxisScale(yLeft, rect.top(), rect.bottom());
+        setAxisScale(yRight, rect.top(), rect.bottom());
+    }
+    // Vertical axes as wide as their widest label can be (the offset keeps labels to six
+    // digits), so that the canvas, and with it the scale, does not change as the labels do.
+    const QString widest = QLocale::system().toString(-8888888.0, 'g', 7);
+    for (int axis : {int(yLeft), int(yRight)}) {
+        QwtScaleDraw* draw = _d->scaleDraws[axis];
+        const double extent = draw->maxTickLength() + draw->spacing() + draw->penWidth()
+            + QFontMetricsF(axisWidget(axis)->font()).horizontalAdvance(widest);
+        draw->setMinimumExtent(extent);
+    }
+    _updateAxisLabels(true);
+    replot();
+}
 
+void VwqBasemapPlot::_updateAxisLabels(bool titlesChanged)
+{
+    // Called again whenever the view moves: the offsets follow the shown interval.
+    const QRectF rect = currentViewRect();
     const double offsets[2] = {KbcAlgorithm::getRoundedOffsetFromInterval(6, rect.left(), rect.right()),
                                KbcAlgorithm::getRoundedOffsetFromInterval(6, rect.top(), rect.bottom())};
     for (int axis = 0; axis < axisCnt; ++axis) {
         const double offset = offsets[isVertical(axis) ? 1 : 0];
+        if (_d->scaleDraws[axis]->offset == offset && !titlesChanged)
+            continue;
         if (_d->scaleDraws[axis]->offset != offset) {
             _d->scaleDraws[axis]->setOffset(offset);
             axisWidget(axis)->update();
         }
-        QString text = title.toHtmlEscaped();
-        if (!unit.getSymbol().isEmpty())
-            text += QStringLiteral("&nbsp;[%1]").arg(unit.getSymbol().toHtmlEscaped());
+        QString text = _d->axisTitle.toHtmlEscaped();
+        if (!_d->axisUnit.isEmpty())
+            text += QStringLiteral("&nbsp;[%1]").arg(_d->axisUnit.toHtmlEscaped());
         if (offset > 0.0)
             text += QStringLiteral("&nbsp;(+%1)").arg(offset, 0, 'g', 12);
         else if (offset < 0.0)
             text += QStringLiteral("&nbsp;(%1)").arg(offset, 0, 'g', 12);
-        if (!subtitle.isEmpty())
-            text += QStringLiteral("&nbsp;&nbsp;&nbsp;<small><i>%1</i></small>").arg(subtitle.toHtmlEscaped());
+        if (!_d->axisSubtitle.isEmpty())
+            text += QStringLiteral("&nbsp;&nbsp;&nbsp;<small><i>%1</i></small>").arg(_d->axisSubtitle.toHtmlEscaped());
         setAxisTitle(axis, QwtText(text, QwtText::RichText));
     }
-    replot();
 }
 
 Vw::ViewMode VwqBasemapPlot::getMode() const

@@ -81,6 +81,7 @@ private:
     void _viewMovedByTool();
     void _preferenceChanged(const VupPreferenceModif& modif);
     void _updateStyles();
+    void _updateAxisLabels(bool titlesChanged);
 
     std::unique_ptr<class VwqBasemapPlotPrivate> const _d;
 };

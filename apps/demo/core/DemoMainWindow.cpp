@@ -165,7 +165,7 @@ void DemoMainWindow::_showFirstScenes()
         return;
     VsmModelScene& scenes = project->getModelScene();
     for (const auto& entry : VwwWindowRegistry::getInstance()->getWindows()) {
-        auto* display = qobject_cast<DemoDisplayWindow*>(entry.second.data());
+        auto* display = qobject_cast<VwwASceneWindow*>(entry.second.data());
         if (!display || !display->getScene().isNull())
             continue;
         for (int id : scenes.getSceneIds()) {

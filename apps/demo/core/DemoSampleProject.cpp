@@ -32,6 +32,23 @@ void writeFile(const QString& path, const QString& content)
 
 } // namespace
 
+namespace {
+// Where the field lies: off the Norwegian coast, west of the zone's central meridian, so
+// that the map's north differs a little from the grid's.
+constexpr double X0 = 431000.0;
+constexpr double Y0 = 6541000.0;
+} // namespace
+
+QRectF DemoSampleProject::fieldExtent()
+{
+    return QRectF(X0, Y0, 1000.0, 1000.0);
+}
+
+QString DemoSampleProject::coordSystemText()
+{
+    return QStringLiteral("EPSG:32631");
+}
+
 QString DemoSampleProject::defaultFolder()
 {
     return QStandardPaths::writableLocation(QStandardPaths::AppDataLocation) + QStringLiteral("/sample-project");
@@ -51,9 +68,10 @@ void DemoSampleProject::writeData(const QString& projectFolder, int samples)
         const double y = random.bounded(1000.0);
         const double t = thickness(x, y) + random.bounded(2.0) - 1.0;
         const double porosity = 0.08 + 0.004 * t + random.bounded(0.02);
-        out << QString::number(x, 'f', 2) << ',' << QString::number(y, 'f', 2) << ','
+        // Facies: 1 channel, 0 shale.
+        out << QString::number(X0 + x, 'f', 2) << ',' << QString::number(Y0 + y, 'f', 2) << ','
             << QString::number(-1200.0 - t, 'f', 2) << ',' << QString::number(t, 'f', 3) << ','
-            << QString::number(porosity, 'f', 4) << ',' << (t > 22 ? "channel" : "shale") << '\n';
+            << QString::number(porosity, 'f', 4) << ',' << (t > 22 ? 1 : 0) << '\n';
     }
     writeFile(data.filePath(QStringLiteral("samples.csv")), points);
 
@@ -61,11 +79,13 @@ void DemoSampleProject::writeData(const QString& projectFolder, int samples)
     for (int i = 0; i < 24; ++i) {
         const double a = 2 * M_PI * i / 24;
         const double r = 470 + 30 * qSin(3 * a);
-        boundary += QStringLiteral("%1,%2\n").arg(500 + r * qCos(a), 0, 'f', 2).arg(500 + r * qSin(a), 0, 'f', 2);
+        boundary += QStringLiteral("%1,%2\n")
+                        .arg(X0 + 500 + r * qCos(a), 0, 'f', 2)
+                        .arg(Y0 + 500 + r * qSin(a), 0, 'f', 2);
     }
     writeFile(data.filePath(QStringLiteral("boundary.csv")), boundary);
 
-    QString grid = QStringLiteral("# origin 0 0, cell 20 20, 51 x 51 nodes, thickness\n");
+    QString grid = QStringLiteral("# origin %1 %2, cell 20 20, 51 x 51 nodes, thickness\n").arg(X0, 0, 'f', 0).arg(Y0, 0, 'f', 0);
     for (int j = 0; j <= 50; ++j) {
         QStringList row;
         for (int i = 0; i <= 50; ++i)
@@ -82,6 +102,7 @@ bool DemoSampleProject::ensure(const QString& folder, QString* message)
     try {
         std::unique_ptr<VssProject> project =
             VssProject::create(folder, QCoreApplication::translate("DemoSampleProject", "Sample field"));
+        project->setCoordSystemText(coordSystemText());
         writeData(folder, 2000);
         VsmModelScene& scenes = project->getModelScene();
         const QStringList mapItems{QStringLiteral("Samples (thickness)"), QStringLiteral("Boundary"),

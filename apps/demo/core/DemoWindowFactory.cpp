@@ -1,6 +1,7 @@
 #include "DemoWindowFactory.h"
 
 #include "DemoDisplayWindow.h"
+#include "DemoMapWindow.h"
 #include "DemoParametersWindow.h"
 
 #include <VssProjectCollection.h>
@@ -28,7 +29,7 @@ VwwAWindow* DemoWindowFactory::createWindow(const QString& classId)
     for (auto it = VugESceneType::createIterator(); it.hasNext();) {
         const VugESceneType& type = it.next();
         if (classId == DemoDisplayWindow::classIdFor(type))
-            return new DemoDisplayWindow(type, VssProjectCollection::getInstance()->getCurrentProject());
+            return _createDisplay(type, VsoSceneIdentifier());
     }
     return nullptr;
 }
@@ -45,8 +46,11 @@ VwwAWindow* DemoWindowFactory::createReporterWindow()
 
 VwwASceneWindow* DemoWindowFactory::_createDisplay(const VugESceneType& type, const VsoSceneIdentifier& scene)
 {
-    auto* window = new DemoDisplayWindow(type, VssProjectCollection::getInstance()->getCurrentProject());
-    window->setScene(scene);
+    VssProject* project = VssProjectCollection::getInstance()->getCurrentProject();
+    VwwASceneWindow* window = type == VugESceneType::MAP ? static_cast<VwwASceneWindow*>(new DemoMapWindow(project))
+                                                         : new DemoDisplayWindow(type, project);
+    if (!scene.isNull())
+        window->setScene(scene);
     return window;
 }
 
