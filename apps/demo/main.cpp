@@ -3,8 +3,10 @@
 //   --project DIR      open another project
 //   --screenshot FILE  render the main window to a PNG and quit
 //   --parameters       show the form of value editors (Tools > Parameters)
+//   --large-points     add 10,000,000 generated points to the map (as its tool bar does)
 
 #include "DemoMainWindow.h"
+#include "DemoMapWindow.h"
 #include "DemoSampleProject.h"
 #include "DemoWindowFactory.h"
 
@@ -40,7 +42,10 @@ int main(int argc, char** argv)
                                               QObject::tr("Show the form of value editors."));
     parser.addOption(projectOption);
     parser.addOption(screenshotOption);
+    const QCommandLineOption largeOption(QStringLiteral("large-points"),
+                                         QObject::tr("Add 10,000,000 generated points to the map."));
     parser.addOption(parametersOption);
+    parser.addOption(largeOption);
     parser.process(app);
 
     VuaResourceProvider::setHelpHandler([](const Vua::Resource::HelpId& id) {
@@ -71,6 +76,13 @@ int main(int argc, char** argv)
         return 1;
     if (parser.isSet(parametersOption))
         window.showParameters();
+    if (parser.isSet(largeOption))
+        for (const auto& entry : VwwWindowRegistry::getInstance()->getWindows())
+            if (auto* map = qobject_cast<DemoMapWindow*>(entry.second.data())) {
+                map->addLargePointSet();
+                window.setActiveWindow(map);
+                break;
+            }
 
     if (parser.isSet(screenshotOption)) {
         const QString file = parser.value(screenshotOption);

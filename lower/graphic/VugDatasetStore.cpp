@@ -67,6 +67,8 @@ public:
     // Point sets to write at the next save, and keys whose file is to be deleted.
     QSet<QString> dirty;
     QSet<QString> stale;
+    // Point sets that live for the session only.
+    QSet<QString> inMemory;
 
     const Entry* find(const QString& key) const
     {
@@ -136,6 +138,9 @@ bool VugDatasetStore::setPointSet(const QString& key, const VsdPointSet& set, St
         // Any file of an earlier set under the key would come back at the next load.
         _d->dirty.remove(key);
         _d->stale.insert(key);
+        _d->inMemory.insert(key);
+    } else {
+        _d->inMemory.remove(key);
     }
     return true;
 }
@@ -165,8 +170,14 @@ bool VugDatasetStore::remove(const QString& key)
         _d->stale.insert(key);
     }
     _d->entries.erase(it);
+    _d->inMemory.remove(key);
     emit datasetRemoved(key);
     return true;
+}
+
+VugDatasetStore::Storage VugDatasetStore::storageOf(const QString& key) const
+{
+    return _d->inMemory.contains(key) && kindOf(key) == Kind::POINT_SET ? Storage::IN_MEMORY : Storage::ON_DISK;
 }
 
 VugDatasetStore::Kind VugDatasetStore::kindOf(const QString& key) const
@@ -278,6 +289,7 @@ void VugDatasetStore::load()
     }
     _d->dirty.clear();
     _d->stale.clear();
+    _d->inMemory.clear();
     emit reloaded();
     if (!problems.isEmpty())
         throw KbeError(problems.join(QLatin1Char('\n')));

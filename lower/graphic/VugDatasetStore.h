@@ -48,6 +48,8 @@ public:
     bool remove(const QString& key);
 
     Kind kindOf(const QString& key) const;
+    // How the point set under key is kept; ON_DISK for other kinds and unknown keys.
+    Storage storageOf(const QString& key) const;
     bool contains(const QString& key) const { return kindOf(key) != Kind::NONE; }
     // Sorted.
     QStringList keys() const;

@@ -1,13 +1,17 @@
 // A layer on the map plot: picks within 8 pixels whatever the zoom, picks and extents
-// converted between the view's and the dataset's coordinate systems, snapping, and the
-// plot item following the layer's title, visibility and z, gone with either side.
+// converted between the view's and the dataset's coordinate systems, snapping, the plot
+// item following the layer's title, visibility and z, gone with either side, and sample
+// selection: the four ways to mask, bad ranks, the ring drawn on the map, and layers that
+// cannot select.
 
 #include <VsdPointSet.h>
+#include <VsdPolygonSet.h>
 #include <VwqBasemapPlot.h>
 #include <VwqPlotZoomer.h>
 #include <VwvBasemapImageItem.h>
 #include <VwvBasemapLayer.h>
 #include <VwvBasemapRenderer.h>
+#include <VwvBasemapRendererPolygon.h>
 
 #include <qwt_plot_canvas.h>
 
@@ -16,12 +20,28 @@
 
 namespace {
 
-std::shared_ptr<VwvBasemapRenderer> points(const QVector<QPointF>& at)
+std::shared_ptr<VwvBasemapRenderer> points(const QVector<QPointF>& at, const QVector<int>& selected = {})
 {
     VsdPointSet set;
     for (const QPointF& p : at)
         set.append(p.x(), p.y());
+    set.select(KbiIntervalIntSmallDisjoint::fromList(selected));
     return std::make_shared<VwvBasemapRenderer>(set);
+}
+
+// Pixels of the colour within two pixels of where the map point is shown.
+int pixelsNear(VwqBasemapPlot& plot, const QPointF& mapPoint, QRgb color)
+{
+    const QImage image = plot.canvas()->grab().toImage();
+    const QPoint centre = plot.viewToPixel(mapPoint).toPoint();
+    int n = 0;
+    for (int y = centre.y() - 2; y <= centre.y() + 2; ++y)
+        for (int x = centre.x() - 2; x <= centre.x() + 2; ++x) {
+            const QRgb p = image.valid(x, y) ? image.pixel(x, y) : 0;
+            n += std::abs(qRed(p) - qRed(color)) <= 4 && std::abs(qGreen(p) - qGreen(color)) <= 4
+                && std::abs(qBlue(p) - qBlue(color)) <= 4;
+        }
+    return n;
 }
 
 // A plot whose canvas is exactly 400 x 400 pixels, showing `view`.
@@ -123,6 +143,109 @@ private Q_SLOTS:
         QCOMPARE(second->getPlotItem(), nullptr);
         QCOMPARE(second->pointToRank(QPointF(10, 10)), -1);
         second.reset();
+    }
+
+    void mask_data()
+    {
+        QTest::addColumn<QVector<int>>("before");
+        // One rank goes through mask(int), any other count through the set.
+        QTest::addColumn<QVector<int>>("ranks");
+        QTest::addColumn<int>("flag");
+        QTest::addColumn<QString>("after");
+        QTest::addColumn<int>("emitted");
+        QTest::addColumn<bool>("warns");
+
+        using V = QVector<int>;
+        QTest::newRow("select one") << V{} << V{2} << int(Vu::SELECT) << "2" << 1 << false;
+        QTest::newRow("select a set beside the selection") << V{0} << V{2, 3} << int(Vu::SELECT) << "0, 2-3" << 1 << false;
+        QTest::newRow("select what is selected") << V{1, 2, 3} << V{2} << int(Vu::SELECT) << "1-3" << 0 << false;
+        QTest::newRow("deselect one") << V{1, 2, 3} << V{2} << int(Vu::DESELECT) << "1, 3" << 1 << false;
+        QTest::newRow("deselect what is not selected") << V{1} << V{3, 4} << int(Vu::DESELECT) << "1" << 0 << false;
+        QTest::newRow("toggle one off") << V{1, 2} << V{2} << int(Vu::TOGGLE) << "1" << 1 << false;
+        QTest::newRow("toggle a set across the selection") << V{1, 2} << V{2, 3} << int(Vu::TOGGLE) << "1, 3" << 1 << false;
+        QTest::newRow("replace") << V{0, 1} << V{3, 4} << int(Vu::REPLACE) << "3-4" << 1 << false;
+        QTest::newRow("replace by the same") << V{3, 4} << V{3, 4} << int(Vu::REPLACE) << "3-4" << 0 << false;
+        QTest::newRow("replace by nothing clears") << V{1} << V{} << int(Vu::REPLACE) << "" << 1 << false;
+        QTest::newRow("ranks beyond the samples are left out") << V{} << V{3, 4, 5, 9} << int(Vu::SELECT) << "3-4" << 1 << true;
+        QTest::newRow("only ranks beyond: ignored") << V{1} << V{5, 6} << int(Vu::REPLACE) << "1" << 0 << true;
+        QTest::newRow("one rank beyond: ignored") << V{1} << V{7} << int(Vu::REPLACE) << "1" << 0 << true;
+        QTest::newRow("negative rank: ignored") << V{1} << V{-1} << int(Vu::REPLACE) << "1" << 0 << true;
+    }
+    void mask()
+    {
+        QFETCH(QVector<int>, before);
+        QFETCH(QVector<int>, ranks);
+        QFETCH(int, flag);
+        QFETCH(QString, after);
+        QFETCH(int, emitted);
+        QFETCH(bool, warns);
+
+        VwqBasemapPlot plot;
+        VwvBasemapLayer layer(&plot, points({{0, 0}, {1, 1}, {2, 2}, {3, 3}, {4, 4}}, before));
+        QSignalSpy changed(&layer, &VwvBasemapLayer::sampleSelectionChanged);
+        const auto apply = [&] {
+            if (warns)
+                QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("^VwvBasemapLayer::mask: ")));
+            if (ranks.size() == 1)
+                layer.mask(ranks.first(), Vu::SelectionFlag(flag));
+            else
+                layer.mask(KbiIntervalIntSmallDisjoint::fromList(ranks), Vu::SelectionFlag(flag));
+        };
+        apply();
+        QCOMPARE(layer.getSelection().toString(), after);
+        QCOMPARE(changed.count(), emitted);
+        if (emitted)
+            QCOMPARE(changed.first().at(0).value<VwvBasemapLayer*>(), &layer);
+
+        // Masked again, the selection stays where it is, and says nothing.
+        if (flag != Vu::TOGGLE) {
+            apply();
+            QCOMPARE(layer.getSelection().toString(), after);
+            QCOMPARE(changed.count(), emitted);
+        }
+    }
+
+    void theSelectedSampleIsRingedOnTheMap()
+    {
+        const QRgb ring = VwvPointRasterizer::Style().selectionColor;
+        auto plot = makePlot(QRectF(0, 0, 100, 100));
+        QVERIFY(plot);
+        VwvBasemapLayer layer(plot.get(), points({{30.5, 50.5}, {60.5, 50.5}}));
+        layer.setZ(1.0); // over the grid
+        plot->replot();
+        QCOMPARE(pixelsNear(*plot, QPointF(60.5, 50.5), ring), 0);
+
+        layer.mask(1, Vu::SELECT);
+        QVERIFY(pixelsNear(*plot, QPointF(60.5, 50.5), ring) >= 6);
+        QCOMPARE(pixelsNear(*plot, QPointF(30.5, 50.5), ring), 0);
+
+        layer.clearSelection();
+        QCOMPARE(pixelsNear(*plot, QPointF(60.5, 50.5), ring), 0);
+    }
+
+    void aLayerThatCannotSelectIgnoresMasks()
+    {
+        VsdPolygonSet polygons;
+        polygons.append(QPolygonF({{0, 0}, {10, 0}, {10, 10}}));
+        polygons.append(QPolygonF({{20, 0}, {30, 0}, {30, 10}}));
+        VwqBasemapPlot plot;
+        VwvBasemapLayer layer(&plot, std::make_shared<VwvBasemapRendererPolygon>(polygons));
+        const auto renderer = layer.getRenderer();
+        QSignalSpy changed(&layer, &VwvBasemapLayer::sampleSelectionChanged);
+        layer.mask(0, Vu::SELECT);
+        layer.mask(KbiIntervalIntSmallDisjoint(0, 1), Vu::REPLACE);
+        layer.clearSelection();
+        QCOMPARE(changed.count(), 0);
+        QVERIFY(layer.getSelection().isEmpty());
+        QCOMPARE(layer.getRenderer(), renderer);
+
+        // Nor does a layer whose plot is gone.
+        auto orphan = std::make_unique<VwqBasemapPlot>();
+        VwvBasemapLayer left(orphan.get(), points({{1, 1}}));
+        orphan.reset();
+        QSignalSpy leftChanged(&left, &VwvBasemapLayer::sampleSelectionChanged);
+        left.mask(0, Vu::SELECT);
+        QCOMPARE(leftChanged.count(), 0);
     }
 };
 

@@ -57,7 +57,7 @@ struct Map
     VwvBasemapView* view = new VwvBasemapView(&window);
     Tools tools;
 
-    explicit Map(const VugDatasetStore* datasets, QWidget* parent = nullptr)
+    explicit Map(VugDatasetStore* datasets, QWidget* parent = nullptr)
     {
         window.setParent(parent);
         auto* layout = new QVBoxLayout(&window);

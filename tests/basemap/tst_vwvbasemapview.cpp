@@ -1,6 +1,8 @@
 // The map view of a scene: a layer per item in z order that follows the scene's changes,
-// the message for an item it cannot draw, zooming to all, centring with its quarter-view
-// rule, the last zoom kept in the scene, and Escape back to panning.
+// the message for an item it cannot draw, zooming to all, to a layer and to a rectangle of
+// the project's system, centring with its quarter-view rule, the last zoom kept in the
+// scene, the decoration switches, GPS following, axis titles, pictures of the map in
+// pixmaps, SVG and PDF, and Escape back to panning.
 
 #include <KbbDebug.h>
 #include <VsdPointSet.h>
@@ -9,11 +11,21 @@
 #include <VugERendering.h>
 #include <VugScene.h>
 #include <VugSceneItem.h>
+#include <VupMapPreferences.h>
+#include <VupPreferenceRegistry.h>
+#include <VwoCompass.h>
+#include <VwoGpsPosition.h>
+#include <VwoScaleBar.h>
 #include <VwqBasemapPlot.h>
+#include <VwqPlotZoomer.h>
 #include <VwvBasemapLayer.h>
 #include <VwvBasemapView.h>
 
+#include <QAction>
+#include <QPrinter>
 #include <QtTest>
+#include <qwt_plot_grid.h>
+#include <qwt_scale_widget.h>
 #include <memory>
 
 namespace {
@@ -51,6 +63,7 @@ class TestVwvBasemapView : public QObject
 private Q_SLOTS:
     void initTestCase()
     {
+        VupPreferenceRegistry::getInstance()->setStorageFile(_dir.filePath(QStringLiteral("preferences.ini")));
         _project = VssProject::create(_dir.filePath(QStringLiteral("p")), QStringLiteral("P"));
         _datasets = std::make_unique<VugDatasetStore>(*_project);
         VsdPointSet a;
@@ -147,6 +160,253 @@ private Q_SLOTS:
         QVERIFY(QTest::qWaitForWindowExposed(&again));
         again.setScene(&scene, _datasets.get());
         QVERIFY(qAbs(again.getCurrentZoom().center().x() - last.center().x()) < 1e-6);
+    }
+
+    void decorationSwitches_data()
+    {
+        QTest::addColumn<int>("kind");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("preference");
+        QTest::newRow("compass") << int(VwvBasemapView::COMPASS) << "Show/hide compass" << "compassVisible";
+        QTest::newRow("scale bar") << int(VwvBasemapView::SCALE_BAR) << "Show/hide scale bar" << "scaleBarVisible";
+        QTest::newRow("grid") << int(VwvBasemapView::GRID) << "Show/hide grid" << "gridVisible";
+        QTest::newRow("axes") << int(VwvBasemapView::AXES) << "Show/hide axes" << "axesVisible";
+    }
+
+    void decorationSwitches()
+    {
+        QFETCH(int, kind);
+        QFETCH(QString, text);
+        QFETCH(QString, preference);
+        VwvBasemapView view;
+        VwvBasemapView other; // a second map follows the shared preference
+        const auto shown = [kind](const VwvBasemapView& v) {
+            switch (kind) {
+            case VwvBasemapView::COMPASS: return v.getCompass()->isVisible();
+            case VwvBasemapView::SCALE_BAR: return v.getScaleBar()->isVisible();
+            case VwvBasemapView::GRID: return v.getPlot()->grid()->isVisible();
+            default: return v.getPlot()->axisEnabled(QwtPlot::xBottom);
+            }
+        };
+        QAction* action = view.getDecorationShowAction(VwvBasemapView::DecorationKind(kind));
+        QVERIFY(action && action->isCheckable());
+        QCOMPARE(action->text(), text);
+        QVERIFY(!action->icon().isNull());
+        QVERIFY(action->isChecked() && shown(view));
+
+        action->trigger();
+        QVERIFY(!action->isChecked());
+        QVERIFY(!shown(view));
+        QCOMPARE(VupPreferenceRegistry::getInstance()->value(VupMapPreferences::GROUP, preference).toString(),
+                 QStringLiteral("false"));
+        QVERIFY(!other.getDecorationShowAction(VwvBasemapView::DecorationKind(kind))->isChecked());
+        QVERIFY(!shown(other));
+
+        other.getDecorationShowAction(VwvBasemapView::DecorationKind(kind))->trigger();
+        QVERIFY(action->isChecked() && shown(view));
+    }
+
+    void axisTitlesNameTheSystem_data()
+    {
+        QTest::addColumn<QString>("system");
+        QTest::addColumn<QPointF>("centre");
+        QTest::addColumn<QString>("title");
+        QTest::newRow("local") << "local:m" << QPointF(50, 25) << "Local coordinate system&nbsp;[m]";
+        QTest::newRow("local feet") << "local:ft" << QPointF(50, 25) << "Local coordinate system&nbsp;[ft]";
+        QTest::newRow("UTM, with an offset") << "EPSG:32631" << QPointF(431500, 6541500)
+                                             << "WGS 84 / UTM zone 31N&nbsp;[m]&nbsp;(+6";
+    }
+
+    void axisTitlesNameTheSystem()
+    {
+        QFETCH(QString, system);
+        QFETCH(QPointF, centre);
+        QFETCH(QString, title);
+        VwvBasemapView view;
+        view.resize(400, 300);
+        view.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&view));
+        view.setCoordinateSystem(VuuCoordSystem::fromString(system));
+        view.getPlot()->zoomer()->resetZoom(QRectF(centre - QPointF(500, 500), QSizeF(1000, 1000)));
+        QVERIFY2(view.getPlot()->axisTitle(QwtPlot::yLeft).text().startsWith(title),
+                 qPrintable(view.getPlot()->axisTitle(QwtPlot::yLeft).text()));
+        QCOMPARE(view.getPlot()->axisTitle(QwtPlot::yRight).text(), view.getPlot()->axisTitle(QwtPlot::yLeft).text());
+        QCOMPARE(view.getCoordinatesUnit().getKey(), VuuCoordSystem::fromString(system).getUnit().getKey());
+        // The top and right axes show what the bottom and left ones show.
+        QCOMPARE(view.getPlot()->axisScaleDiv(QwtPlot::xTop), view.getPlot()->axisScaleDiv(QwtPlot::xBottom));
+        QCOMPARE(view.getPlot()->axisScaleDiv(QwtPlot::yRight), view.getPlot()->axisScaleDiv(QwtPlot::yLeft));
+
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("cannot be drawn in coordinate system")));
+        view.setCoordinateSystem(VuuCoordSystem(QStringLiteral("EPSG:0")));
+        QCOMPARE(view.getCoordinatesUnit().getKey(), VuuCoordSystem::fromString(system).getUnit().getKey());
+    }
+
+    void zoomToTakesTheProjectsSystem()
+    {
+        // The project is in longitude and latitude, the map in UTM 31N.
+        std::unique_ptr<VssProject> project =
+            VssProject::create(_dir.filePath(QStringLiteral("geographic")), QStringLiteral("G"));
+        project->setCoordSystemText(QStringLiteral("EPSG:4326"));
+        VugScene scene(1);
+        VwvBasemapView view;
+        view.resize(400, 400);
+        view.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&view));
+        view.setCoordinateSystem(VuuCoordSystem(QStringLiteral("EPSG:32631")));
+        view.setProject(project.get());
+        view.setScene(&scene, _datasets.get());
+        const QRectF degrees(2.9, 45.0, 0.2, 0.1);
+        view.zoomTo(degrees);
+        QPointF centre = degrees.center();
+        QVERIFY(VuuCoordSystem::convert(VuuCoordSystem(QStringLiteral("EPSG:4326")),
+                                        VuuCoordSystem(QStringLiteral("EPSG:32631")), centre));
+        const QRectF shown = view.getCurrentZoom();
+        // The converted rectangle bounds the curved one: its centre is near, not on, the
+        // converted centre.
+        QVERIFY2(qAbs(shown.center().x() - centre.x()) < 50.0 && qAbs(shown.center().y() - centre.y()) < 50.0,
+                 qPrintable(QStringLiteral("%1 %2 %3 %4").arg(shown.center().x()).arg(shown.center().y()).arg(centre.x()).arg(centre.y())));
+        QVERIFY(shown.width() > 15000 && shown.width() < 40000); // 0.2 degrees of longitude at 45 N
+
+        for (const QRectF& bad : {QRectF(), QRectF(1, 1, 0, 5), QRectF(qQNaN(), 0, 1, 1), QRectF(0, 0, qInf(), 1)}) {
+            view.zoomTo(bad);
+            QCOMPARE(view.getCurrentZoom(), shown);
+        }
+    }
+
+    void zoomToTheCurrentLayer()
+    {
+        VugScene scene(1);
+        scene.appendItem(pointsItem(QStringLiteral("x")));                      // (0, 0) to (100, 50)
+        scene.appendItem(pointsItem(QStringLiteral("y"), QStringLiteral("b"))); // (500, 500)
+        VwvBasemapView view;
+        view.resize(400, 400);
+        view.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&view));
+        view.setScene(&scene, _datasets.get());
+        QSignalSpy current(&view, &VwvBasemapView::currentLayerChanged);
+        scene.setSelectedItem(QStringLiteral("x"));
+        QCOMPARE(view.getCurrentLayerId(), QStringLiteral("x"));
+        QCOMPARE(current.count(), 1);
+        view.zoomToCurrentLayer();
+        const QRectF shown = view.getCurrentZoom();
+        QVERIFY(shown.contains(QRectF(0, 0, 100, 50)));
+        QVERIFY(!shown.contains(QPointF(500, 500)));
+        QVERIFY(shown.width() < 200);
+        scene.setSelectedItem(QString());
+        view.zoomToCurrentLayer(); // no current layer: nothing moves
+        QCOMPARE(view.getCurrentZoom(), shown);
+    }
+
+    void gpsFollowing_data()
+    {
+        QTest::addColumn<bool>("enabled");
+        QTest::addColumn<bool>("centred");
+        QTest::addColumn<bool>("valid");
+        QTest::addColumn<bool>("moves");
+        QTest::addColumn<bool>("markerShown");
+        QTest::newRow("followed") << true << true << true << true << true;
+        QTest::newRow("shown, not followed") << true << false << true << false << true;
+        QTest::newRow("no fix") << true << true << false << false << true;
+        QTest::newRow("receiver off") << false << true << true << false << false;
+    }
+
+    void gpsFollowing()
+    {
+        QFETCH(bool, enabled);
+        QFETCH(bool, centred);
+        QFETCH(bool, valid);
+        QFETCH(bool, moves);
+        QFETCH(bool, markerShown);
+        VugScene scene(1);
+        scene.appendItem(pointsItem(QStringLiteral("x")));
+        VwvBasemapView view;
+        view.resize(400, 400);
+        view.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&view));
+        view.setScene(&scene, _datasets.get());
+        const QRectF before = view.getCurrentZoom();
+        QVERIFY(!view.getGpsPosition()->isVisible()); // hidden until a receiver is on
+        view.setGpsEnabled(enabled);
+        view.setGpsVisibleOnMap(true);
+        view.setGpsCenteredOnMap(centred);
+        const QPointF far = before.center() + QPointF(before.width(), 0);
+        view.updateGpsPosition(far, valid);
+        QCOMPARE(view.getGpsPosition()->isVisible(), markerShown);
+        QCOMPARE(view.getCurrentZoom() != before, moves);
+        if (moves)
+            QVERIFY(qAbs(view.getCurrentZoom().center().x() - far.x()) < 1e-6);
+        // A fix near the centre does not shake the map.
+        const QRectF now = view.getCurrentZoom();
+        view.updateGpsPosition(now.center() + QPointF(now.width() * 0.1, 0), valid);
+        QCOMPARE(view.getCurrentZoom(), now);
+    }
+
+    void picturesOfTheMap()
+    {
+        VsdPointSet one;
+        one.append(10, 10);
+        QVERIFY(_datasets->setPointSet(QStringLiteral("one"), one));
+        VugScene scene(1);
+        scene.appendItem(pointsItem(QStringLiteral("p"), QStringLiteral("one")));
+        VwvBasemapView view;
+        view.resize(601, 401);
+        view.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&view));
+        view.setScene(&scene, _datasets.get());
+
+        QCOMPARE(view.getPixmap(1.0).size(), QSize(601, 401));
+        QCOMPARE(view.getPixmap(1.5).size(), QSize(902, 602)); // halves round up
+        QVERIFY(view.getPixmap(0.0).isNull());
+        QVERIFY(view.getPixmap(qQNaN()).isNull());
+        QCOMPARE(view.getPixmap(800, 200).size(), QSize(800, 200));
+        QVERIFY(view.getPixmap(0, 200).isNull());
+
+        // The area (0, 0)-(20, 20) in 100 x 100 pixels: the sample at (10, 10) is in the middle.
+        const QImage area = view.getPixmapFromArea(QRectF(0, 0, 20, 20), 100, 100, Qt::white).toImage();
+        QCOMPARE(area.size(), QSize(100, 100));
+        QVERIFY(area.pixelColor(50, 50) != QColor(Qt::white));
+        QCOMPARE(area.pixelColor(10, 10), QColor(Qt::white));
+        QVERIFY(view.getPixmapFromArea(QRectF(0, 0, qInf(), 1), 100, 100, Qt::white).isNull());
+
+        // A layer over its own extent, widened to the picture's shape.
+        VugScene scene2(2);
+        scene2.appendItem(pointsItem(QStringLiteral("x"))); // (0, 0) and (100, 50)
+        view.setScene(&scene2, _datasets.get());
+        QRectF extent;
+        const QPixmap layer = view.getPixmapFromLayer(200, 200, Qt::white, scene2.item(0), extent);
+        QCOMPARE(layer.size(), QSize(200, 200));
+        QVERIFY(extent.contains(QRectF(0, 0, 100, 50)));
+        QVERIFY(qAbs(extent.width() - extent.height()) < 1e-9);
+        QVERIFY(view.getPixmapFromLayer(200, 200, Qt::white, nullptr, extent).isNull());
+    }
+
+    void svgAndPrint()
+    {
+        VugScene scene(1);
+        scene.appendItem(pointsItem(QStringLiteral("x")));
+        VwvBasemapView view;
+        view.resize(300, 200);
+        view.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&view));
+        view.setScene(&scene, _datasets.get());
+
+        const QString svg = _dir.filePath(QStringLiteral("map.svg"));
+        QVERIFY(view.saveSvg(svg));
+        QFile file(svg);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QVERIFY(file.readAll().contains("<svg"));
+        file.close();
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("cannot be saved")));
+        QVERIFY(!view.saveSvg(_dir.filePath(QStringLiteral("no/such/folder/map.svg"))));
+
+        QPrinter printer(QPrinter::HighResolution);
+        printer.setOutputFormat(QPrinter::PdfFormat);
+        printer.setOutputFileName(_dir.filePath(QStringLiteral("map.pdf")));
+        QVERIFY(view.print(printer));
+        QFile pdf(printer.outputFileName());
+        QVERIFY(pdf.open(QIODevice::ReadOnly));
+        QVERIFY(pdf.read(5) == "%PDF-");
+        QVERIFY(pdf.size() > 1000);
     }
 
     void escapeGoesBackToPanning()

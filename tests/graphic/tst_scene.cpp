@@ -338,16 +338,25 @@ private Q_SLOTS:
         QVERIFY(datasets.setPointSet(QStringLiteral("gone"), points));
         datasets.save();
         QVERIFY(datasets.remove(QStringLiteral("gone")));
+        // A set kept in memory is never written, and drops the file an earlier one left.
+        QVERIFY(datasets.setPointSet(QStringLiteral("generated"), points));
         datasets.save();
+        QVERIFY(datasets.setPointSet(QStringLiteral("generated"), points, VugDatasetStore::Storage::IN_MEMORY));
+        datasets.save();
+        QVERIFY(datasets.pointSet(QStringLiteral("generated")));
+        QCOMPARE(datasets.storageOf(QStringLiteral("generated")), VugDatasetStore::Storage::IN_MEMORY);
+        QCOMPARE(datasets.storageOf(QStringLiteral("../wells/2024")), VugDatasetStore::Storage::ON_DISK);
         // Keys never reach outside the datasets folder, and a removed set leaves no file.
         QCOMPARE(QDir(datasets.getDirectory()).entryList(QDir::Files | QDir::Hidden).size(), 1);
         QCOMPARE(QDir(project.getDatabaseDirectory()).entryList({"*.vpts"}, QDir::Files), QStringList());
 
         VugSceneStore::save(project, scene);
+        project.setCoordSystemText(QStringLiteral("EPSG:32631"));
         QVERIFY(collection->closeProject());
         QVERIFY(collection->openProject(folder));
         VssProject& reopened = *collection->getCurrentProject();
         QVERIFY(reopened.getModelScene().exists(id));
+        QCOMPARE(reopened.getCoordSystemText(), QStringLiteral("EPSG:32631"));
 
         VugScene back(id);
         QSignalSpy reset(&back, &VugScene::reset);

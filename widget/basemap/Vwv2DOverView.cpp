@@ -243,7 +243,7 @@ QSize Vwv2DOverView::sizeHint() const
     return QSize(150, 150);
 }
 
-void Vwv2DOverView::setScene(VugScene* scene, const VugDatasetStore* datasets)
+void Vwv2DOverView::setScene(VugScene* scene, VugDatasetStore* datasets)
 {
     _d->layers->setScene(scene, datasets);
 }

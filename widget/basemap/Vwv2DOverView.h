@@ -26,7 +26,7 @@ public:
     QSize sizeHint() const override;
 
     // Draws the scene's items from the datasets; both must outlive the overview or be reset.
-    void setScene(VugScene* scene, const VugDatasetStore* datasets);
+    void setScene(VugScene* scene, VugDatasetStore* datasets);
     void setCoordinateSystem(const VuuCoordSystem& system);
     const VuuCoordSystem& getCoordSystem() const;
     const KbuUnit& getCoordinatesUnit() const;

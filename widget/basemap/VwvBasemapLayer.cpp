@@ -215,6 +215,62 @@ bool VwvBasemapLayer::snapToPoints(QPointF& viewPoint) const
     return true;
 }
 
+KbiIntervalIntSmallDisjoint VwvBasemapLayer::getSelection() const
+{
+    const auto renderer = getRenderer();
+    return renderer ? renderer->selection() : KbiIntervalIntSmallDisjoint();
+}
+
+void VwvBasemapLayer::mask(int rank, Vu::SelectionFlag flag)
+{
+    if (rank < 0) {
+        qWarning("VwvBasemapLayer::mask: the rank %d is refused", rank);
+        return;
+    }
+    mask(KbiIntervalIntSmallDisjoint(rank), flag);
+}
+
+void VwvBasemapLayer::mask(const KbiIntervalIntSmallDisjoint& ranks, Vu::SelectionFlag flag)
+{
+    const auto renderer = getRenderer();
+    if (!renderer)
+        return;
+    // The renderer keeps the ranks it has samples for: those are the ones that count.
+    auto replaced = renderer->withSelection(ranks);
+    if (!replaced)
+        return;
+    const KbiIntervalIntSmallDisjoint valid = replaced->selection();
+    if (valid != ranks) {
+        qWarning("VwvBasemapLayer::mask: the ranks %s are beyond the layer's samples and left out",
+                 qUtf8Printable((ranks - valid).toString()));
+        if (valid.isEmpty())
+            return;
+    }
+
+    const KbiIntervalIntSmallDisjoint current = renderer->selection();
+    KbiIntervalIntSmallDisjoint next;
+    switch (flag) {
+    case Vu::SELECT: next = current | valid; break;
+    case Vu::DESELECT: next = current - valid; break;
+    case Vu::TOGGLE: next = (current - valid) | (valid - current); break;
+    case Vu::REPLACE: next = valid; break;
+    default:
+        qWarning("VwvBasemapLayer::mask: unknown selection flag %d", int(flag));
+        return;
+    }
+    if (next == current)
+        return;
+    if (flag != Vu::REPLACE)
+        replaced = renderer->withSelection(next);
+    setRenderer(std::move(replaced));
+    emit sampleSelectionChanged(this);
+}
+
+void VwvBasemapLayer::clearSelection()
+{
+    mask(KbiIntervalIntSmallDisjoint(), Vu::REPLACE);
+}
+
 void VwvBasemapLayer::draw()
 {
     if (_d->plot)

@@ -5,6 +5,7 @@
 
 #include <velmora_widget_export.h>
 
+#include <VuSelectionFlag.h>
 #include <VuuCoordSystem.h>
 #include <VwvIBasemapRenderer.h>
 
@@ -65,10 +66,20 @@ public:
     // Moves the point onto the nearest sample within the tolerance; false when none.
     bool snapToPoints(QPointF& viewPoint) const;
 
+    // The selected sample ranks; empty when the layer's drawing cannot select.
+    KbiIntervalIntSmallDisjoint getSelection() const;
+    // Changes the selection as the flag says and draws it. Ranks beyond the layer's samples
+    // are left out with a warning; a layer whose drawing cannot select ignores the call.
+    void mask(int rank, Vu::SelectionFlag flag);
+    void mask(const KbiIntervalIntSmallDisjoint& ranks, Vu::SelectionFlag flag);
+    void clearSelection();
+
     // Asks the plot to draw the layer again.
     void draw();
 
 Q_SIGNALS:
+    // The selected samples changed; a mask that leaves them as they were says nothing.
+    void sampleSelectionChanged(VwvBasemapLayer* layer);
     void highlightChanged(VwvBasemapLayer* layer);
     // From the shape editors: a new geometry, a changed one, samples to delete.
     void createRequested(const QPolygonF& geometry);

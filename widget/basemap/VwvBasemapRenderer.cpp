@@ -1,5 +1,24 @@
 #include "VwvBasemapRenderer.h"
 
+namespace {
+
+// A copy of the set selecting the ranks it holds. Only the selection is detached: the
+// coordinate and value columns stay shared with the source.
+VsdPointSet withRanksSelected(const VsdPointSet& points, const KbiIntervalIntSmallDisjoint& ranks)
+{
+    VsdPointSet copy = points;
+    KbiIntervalIntSmallDisjoint within;
+    if (!points.isEmpty() && !ranks.isEmpty())
+        within = ranks & KbiIntervalIntSmallDisjoint(0, points.size() - 1);
+    if (copy.selection() != within) {
+        copy.clearSelection();
+        copy.select(within);
+    }
+    return copy;
+}
+
+} // namespace
+
 VwvBasemapRenderer::VwvBasemapRenderer(const VsdPointSet& points, const QString& variable,
                                        const VugColorScale& scale, const VwvPointRasterizer::Style& style)
     : _points(points)
@@ -8,6 +27,16 @@ VwvBasemapRenderer::VwvBasemapRenderer(const VsdPointSet& points, const QString&
     , _scale(scale)
     , _style(style)
     , _bounds(points.boundingRect())
+{
+}
+
+VwvBasemapRenderer::VwvBasemapRenderer(const VwvBasemapRenderer& source, const KbiIntervalIntSmallDisjoint& selection)
+    : _points(withRanksSelected(source._points, selection))
+    , _variable(source._variable)
+    , _values(source._values)
+    , _scale(source._scale)
+    , _style(source._style)
+    , _bounds(source._bounds)
 {
 }
 
@@ -64,4 +93,15 @@ QPointF VwvBasemapRenderer::rankPosition(int rank) const
     if (rank < 0 || rank >= _points.size())
         return VwvIBasemapRenderer::rankPosition(rank);
     return _points.point(rank);
+}
+
+KbiIntervalIntSmallDisjoint VwvBasemapRenderer::selection() const
+{
+    return _points.selection();
+}
+
+std::shared_ptr<const VwvIBasemapRenderer>
+VwvBasemapRenderer::withSelection(const KbiIntervalIntSmallDisjoint& ranks) const
+{
+    return std::shared_ptr<const VwvIBasemapRenderer>(new VwvBasemapRenderer(*this, ranks));
 }

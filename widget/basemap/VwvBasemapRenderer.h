@@ -28,8 +28,13 @@ public:
     KbiIntervalIntSmallDisjoint rectangleToRank(const QRectF& rect) const override;
     KbiIntervalIntSmallDisjoint polygonToRanks(const QPolygonF& polygon) const override;
     QPointF rankPosition(int rank) const override;
+    KbiIntervalIntSmallDisjoint selection() const override;
+    std::shared_ptr<const VwvIBasemapRenderer> withSelection(const KbiIntervalIntSmallDisjoint& ranks) const override;
 
 private:
+    // The source's drawing over the same data, with another selection.
+    VwvBasemapRenderer(const VwvBasemapRenderer& source, const KbiIntervalIntSmallDisjoint& selection);
+
     const VsdPointSet _points;
     const QString _variable;
     const QVector<double> _values; // shares the set's column

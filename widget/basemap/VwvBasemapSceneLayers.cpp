@@ -6,6 +6,8 @@
 
 #include <KbbDebug.h>
 #include <KbeError.h>
+#include <VsdPointSet.h>
+#include <VugDatasetStore.h>
 #include <VugScene.h>
 #include <VugSceneItem.h>
 
@@ -18,11 +20,15 @@ class VwvBasemapSceneLayersPrivate
 public:
     VwqBasemapPlot* plot = nullptr;
     QPointer<VugScene> scene;
-    const VugDatasetStore* datasets = nullptr;
+    VugDatasetStore* datasets = nullptr;
     VuuCoordSystem system = VuuCoordSystem::local();
     // One entry per scene item, in rank order; null where the item could not be drawn.
     QList<VwvBasemapLayer*> layers;
+    // To the scene and to the store.
     QList<QMetaObject::Connection> sceneConnections;
+    // The layer whose selection is being written into the store: the store's change
+    // notice is its own, and it already shows it.
+    const VwvBasemapLayer* keepingSelectionOf = nullptr;
 };
 
 VwvBasemapSceneLayers::VwvBasemapSceneLayers(VwqBasemapPlot* plot, QObject* parent)
@@ -42,7 +48,7 @@ VugScene* VwvBasemapSceneLayers::getScene() const
     return _d->scene;
 }
 
-const VugDatasetStore* VwvBasemapSceneLayers::getDatasets() const
+VugDatasetStore* VwvBasemapSceneLayers::getDatasets() const
 {
     return _d->datasets;
 }
@@ -57,7 +63,7 @@ int VwvBasemapSceneLayers::count() const
     return _d->layers.size();
 }
 
-void VwvBasemapSceneLayers::setScene(VugScene* scene, const VugDatasetStore* datasets)
+void VwvBasemapSceneLayers::setScene(VugScene* scene, VugDatasetStore* datasets)
 {
     for (const auto& connection : qAsConst(_d->sceneConnections))
         disconnect(connection);
@@ -75,6 +81,12 @@ void VwvBasemapSceneLayers::setScene(VugScene* scene, const VugDatasetStore* dat
             connect(scene, &VugScene::itemSourceChanged, this, &Self::_layerSourceChanged),
             connect(scene, &VugScene::reset, this, &Self::_sceneReset),
         };
+    }
+    if (datasets) {
+        using Self = VwvBasemapSceneLayers;
+        _d->sceneConnections << connect(datasets, &VugDatasetStore::datasetChanged, this, &Self::_rebuildLayersOf)
+                             << connect(datasets, &VugDatasetStore::datasetRemoved, this, &Self::_rebuildLayersOf)
+                             << connect(datasets, &VugDatasetStore::reloaded, this, &Self::_sceneReset);
     }
     _sceneReset();
 }
@@ -97,6 +109,7 @@ VwvBasemapLayer* VwvBasemapSceneLayers::_makeLayer(int rank)
         layer->setSceneItemId(item->getId());
         layer->setDatasetKeys(item->getDatasetKey(), item->getSubDatasetKey());
         layer->setCoordinateSystems(_d->system, _d->system);
+        connect(layer, &VwvBasemapLayer::sampleSelectionChanged, this, &VwvBasemapSceneLayers::_keepSelection);
         return layer;
     } catch (const KbeError& error) {
         KbbDebug::printWarning(
@@ -178,6 +191,50 @@ void VwvBasemapSceneLayers::_layerSourceChanged(int rank)
     delete _d->layers.at(rank);
     _d->layers[rank] = _makeLayer(rank);
     _updateZOrder();
+}
+
+void VwvBasemapSceneLayers::_rebuildLayersOf(const QString& datasetKey)
+{
+    if (!_d->scene)
+        return;
+    const QString key = datasetKey; // the sender's string may belong to a layer deleted here
+    bool rebuilt = false;
+    for (int rank = 0; rank < _d->layers.size(); ++rank) {
+        const VugSceneItem* item = _d->scene->item(rank);
+        VwvBasemapLayer* old = _d->layers.at(rank);
+        if (!item || item->getDatasetKey() != key || (old && old == _d->keepingSelectionOf))
+            continue;
+        VwvBasemapLayer* layer = _makeLayer(rank);
+        if (layer && old) {
+            layer->setTitle(old->getTitle());
+            layer->setVisible(old->isVisible());
+        }
+        delete old;
+        _d->layers[rank] = layer;
+        rebuilt = true;
+    }
+    if (rebuilt)
+        _updateZOrder();
+}
+
+void VwvBasemapSceneLayers::_keepSelection(VwvBasemapLayer* layer)
+{
+    const QString key = layer->getDatasetKey();
+    const VsdPointSet* stored = _d->datasets ? _d->datasets->pointSet(key) : nullptr;
+    const KbiIntervalIntSmallDisjoint selection = layer->getSelection();
+    if (!stored) {
+        qWarning("VwvBasemapSceneLayers: the selection of '%s' has no point set '%s' to be kept in",
+                 qUtf8Printable(layer->getTitle()), qUtf8Printable(key));
+    } else if (stored->selection() != selection) {
+        VsdPointSet set = *stored; // the coordinates stay shared: only the selection is new
+        set.clearSelection();
+        if (set.select(selection)) {
+            _d->keepingSelectionOf = layer;
+            _d->datasets->setPointSet(key, set, _d->datasets->storageOf(key));
+            _d->keepingSelectionOf = nullptr;
+        }
+    }
+    emit selectionChanged();
 }
 
 void VwvBasemapSceneLayers::setCoordinateSystem(const VuuCoordSystem& system)

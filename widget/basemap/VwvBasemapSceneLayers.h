@@ -1,8 +1,10 @@
 #pragma once
 // The layers of a scene on one map plot: one per item, in the scene's order (rank 0 drawn
 // lowest, z 1.0, 2.0, ...), following the scene as items are inserted, moved, removed,
-// renamed, shown or given new data. An item that cannot be drawn gets no layer and a
-// warning; the others are drawn. The map view and its overview each hold one.
+// renamed, shown or given new data, and the store as datasets are replaced or removed. An
+// item that cannot be drawn gets no layer and a warning; the others are drawn. A layer's
+// sample selection is kept in its point set in the store, so that it outlives the layer
+// and every view of the set shows it. The map view and its overview each hold one.
 
 #include <velmora_widget_export.h>
 
@@ -26,9 +28,9 @@ public:
 
     // Rebuilds the layers from the scene and follows it; both must outlive this object
     // or be reset.
-    void setScene(VugScene* scene, const VugDatasetStore* datasets);
+    void setScene(VugScene* scene, VugDatasetStore* datasets);
     VugScene* getScene() const;
-    const VugDatasetStore* getDatasets() const;
+    VugDatasetStore* getDatasets() const;
 
     // The layer of the item at that rank; null when the item could not be drawn.
     VwvBasemapLayer* getLayer(int rank) const;
@@ -44,6 +46,8 @@ public:
 Q_SIGNALS:
     // Layers were added, removed, reordered or rebuilt.
     void layersChanged();
+    // A layer's sample selection changed and was written into its point set.
+    void selectionChanged();
 
 private:
     void _clear();
@@ -56,6 +60,8 @@ private:
     void _showLayer(int rank, bool shown);
     void _layerSourceChanged(int rank);
     void _sceneReset();
+    void _rebuildLayersOf(const QString& datasetKey);
+    void _keepSelection(VwvBasemapLayer* layer);
 
     std::unique_ptr<class VwvBasemapSceneLayersPrivate> const _d;
 };

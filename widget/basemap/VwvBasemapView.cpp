@@ -108,6 +108,7 @@ VwvBasemapView::VwvBasemapView(QWidget* parent)
     connect(_d->plot, &VwqBasemapPlot::currentViewChanged, this, &VwvBasemapView::currentViewChanged);
     connect(_d->plot, &VwqBasemapPlot::newTrackerPosition, this, &VwvBasemapView::trackerPositionChanged);
     connect(_d->plot->zoomer(), &VwqPlotZoomer::zoomed, this, &VwvBasemapView::saveZoomInScene);
+    connect(_d->layers, &VwvBasemapSceneLayers::selectionChanged, this, &VwvBasemapView::selectionChanged);
     connect(VupPreferenceRegistry::getInstance(), &VupPreferenceRegistry::prefChanged, this,
             &VwvBasemapView::_preferenceChanged);
     _d->tools = new VwvBasemapToolManager(this);
@@ -172,7 +173,7 @@ QAction* VwvBasemapView::getDecorationShowAction(DecorationKind kind) const
     return kind >= COMPASS && kind <= AXES ? _d->decorationActions[kind] : nullptr;
 }
 
-void VwvBasemapView::setScene(VugScene* scene, const VugDatasetStore* datasets)
+void VwvBasemapView::setScene(VugScene* scene, VugDatasetStore* datasets)
 {
     disconnect(_d->selectionConnection);
     _d->layers->setScene(scene, datasets);

@@ -45,7 +45,7 @@ public:
 
     // Clears the layers and builds one per item of the scene from the datasets; restores
     // the scene's last zoom, or zooms to all. Both must outlive the view or be reset.
-    void setScene(VugScene* scene, const VugDatasetStore* datasets);
+    void setScene(VugScene* scene, VugDatasetStore* datasets);
     VugScene* getScene() const;
     // The layer of the item at that rank; null when the item could not be drawn.
     VwvBasemapLayer* getLayer(int rank) const;
@@ -130,6 +130,8 @@ Q_SIGNALS:
     void trackerPositionChanged(const QPointF& position);
     void modeChanged(const QString& modeDescription);
     void currentLayerChanged(const QString& layerId);
+    // The samples selected in a layer changed (written back into its dataset).
+    void selectionChanged();
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;

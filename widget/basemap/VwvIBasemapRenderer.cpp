@@ -8,3 +8,13 @@ QPointF VwvIBasemapRenderer::rankPosition(int) const
 {
     return QPointF(qQNaN(), qQNaN());
 }
+
+KbiIntervalIntSmallDisjoint VwvIBasemapRenderer::selection() const
+{
+    return {};
+}
+
+std::shared_ptr<const VwvIBasemapRenderer> VwvIBasemapRenderer::withSelection(const KbiIntervalIntSmallDisjoint&) const
+{
+    return nullptr;
+}

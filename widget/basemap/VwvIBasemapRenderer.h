@@ -12,6 +12,8 @@
 #include <QRectF>
 #include <qwt_scale_map.h>
 
+#include <memory>
+
 class VELMORA_WIDGET_EXPORT VwvIBasemapRenderer
 {
 public:
@@ -32,4 +34,10 @@ public:
     // Where the sample of that rank lies, for snapping onto it; (NaN, NaN) when the
     // renderer's samples have no single position.
     virtual QPointF rankPosition(int rank) const;
+
+    // The selected sample ranks it rings; empty for a kind that cannot select.
+    virtual KbiIntervalIntSmallDisjoint selection() const;
+    // The same drawing with these ranks selected, those outside its samples dropped; the
+    // data are shared, not copied. Null when the kind cannot select.
+    virtual std::shared_ptr<const VwvIBasemapRenderer> withSelection(const KbiIntervalIntSmallDisjoint& ranks) const;
 };

@@ -251,9 +251,9 @@ bool DemoMapData::addLargePointSet(int sceneId, int count, QString* message)
     const int rank = scene->findRank(kLargeItem);
     if (rank < 0)
         return scene->appendItem(item);
+    // The layers of the set follow the store: only the name and the count change here.
     scene->renameItem(rank, item.getName());
     scene->setItemStyle(rank, item.getStyle());
-    scene->setItemSource(rank, LARGE_SET_KEY, item.getSubDatasetKey()); // the layer draws the new set
     return true;
 }
 

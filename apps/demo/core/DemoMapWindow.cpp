@@ -38,14 +38,18 @@ DemoMapWindow::DemoMapWindow(VssProject* project, QWidget* parent)
     _items->setObjectName(QStringLiteral("SCENE_ITEMS"));
     _items->setToolTip(tr("Tick an item to show it; select it to make it the current layer."));
 
-    auto* side = new QVBoxLayout;
+    auto* sidePanel = new QWidget;
+    auto* side = new QVBoxLayout(sidePanel);
+    side->setContentsMargins(0, 0, 0, 0);
     side->addWidget(_overview);
     side->addWidget(new QLabel(tr("Items, top first:")));
     side->addWidget(_items, 1);
+    // Wide enough for the items' names, in the font's own measure.
+    sidePanel->setFixedWidth(fontMetrics().horizontalAdvance(QLatin1Char('x')) * 28);
     auto* layout = new QHBoxLayout;
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(_view, 1);
-    layout->addLayout(side);
+    layout->addWidget(sidePanel);
     setMainView(layout);
 
     _tools = new VwvBasemapToolActionsView(this);

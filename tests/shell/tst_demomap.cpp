@@ -1,0 +1,212 @@
+// The demo's map as a user meets it: the sample field drawn in its three layers with the
+// overview and the view tools, the position under the mouse in the status bar, items
+// ticked off the list, the generated point set added on request and made again when the
+// project reopens (never written to disk), pictures exported, and damaged sample files
+// reported while the rest of the map is drawn.
+
+#include "DemoMainWindow.h"
+#include "DemoMapData.h"
+#include "DemoMapWindow.h"
+#include "DemoSampleProject.h"
+#include "DemoWindowFactory.h"
+#include "TestWindows.h"
+
+#include <KbbDebug.h>
+#include <VsdPointSet.h>
+#include <VugDatasetStore.h>
+#include <VugScene.h>
+#include <VupPreferenceRegistry.h>
+#include <Vwv2DOverView.h>
+#include <VwqBasemapPlot.h>
+#include <VwvBasemapLayer.h>
+#include <VwvBasemapView.h>
+
+#include <QAction>
+#include <QLabel>
+#include <QListWidget>
+#include <QtTest>
+
+class TestDemoMap : public QObject
+{
+    Q_OBJECT
+    QTemporaryDir _dir;
+    QString _folder;
+    std::unique_ptr<DemoMainWindow> _main;
+
+    DemoMapWindow* map() const
+    {
+        for (const auto& entry : VwwWindowRegistry::getInstance()->getWindows())
+            if (auto* window = qobject_cast<DemoMapWindow*>(entry.second.data()))
+                return window;
+        return nullptr;
+    }
+
+    bool reopen()
+    {
+        return _main->closeProject() && _main->openProject(_folder, true);
+    }
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        QLocale::setDefault(QLocale::c());
+        VupPreferenceRegistry::getInstance()->setStorageFile(_dir.filePath(QStringLiteral("preferences.ini")));
+    }
+
+    void init()
+    {
+        resetWindowFramework();
+        static int count = 0;
+        _folder = _dir.filePath(QStringLiteral("sample%1").arg(++count));
+        QString message;
+        QVERIFY2(DemoSampleProject::ensure(_folder, &message), qPrintable(message));
+        VwwWindowRegistry::setWindowFactory(new DemoWindowFactory);
+        _main = std::make_unique<DemoMainWindow>();
+        VwwWindowRegistry::setMainWindow(_main.get());
+        _main->resize(1400, 900);
+        _main->show();
+        QVERIFY(QTest::qWaitForWindowExposed(_main.get()));
+    }
+
+    void cleanup()
+    {
+        _main->closeProject();
+        VwwWindowRegistry::setMainWindow(nullptr);
+        _main.reset();
+        resetWindowFramework();
+    }
+
+    void theSampleFieldIsDrawn()
+    {
+        QVERIFY(_main->openProject(_folder, true));
+        DemoMapWindow* window = map();
+        QVERIFY(window);
+        _main->setActiveWindow(window);
+        QTRY_VERIFY(!window->visibleRegion().isEmpty());
+        VwvBasemapView* view = window->getView();
+        QCOMPARE(view->getLayerCount(), 3);
+        for (int rank = 0; rank < 3; ++rank)
+            QVERIFY(view->getLayer(rank));
+        QCOMPARE(view->getCoordSystem().getCode(), QStringLiteral("EPSG:32631"));
+        // The whole field is in view, and in the overview's rectangle.
+        QTRY_VERIFY(view->getCurrentZoom().contains(DemoSampleProject::fieldExtent()));
+        QCOMPARE(window->getOverview()->getZoomArea(), view->getCurrentZoom());
+        // The view tools are in the tool bar.
+        QStringList texts;
+        for (QAction* action : window->getToolbarActions(VwwAWindow::VIEW_TOOLBAR))
+            texts << action->text();
+        for (const char* text : {"Pan", "Zoom box", "View all", "Undo zoom", "Redo zoom", "Measure length"})
+            QVERIFY2(texts.contains(QLatin1String(text)), text);
+
+        // The position under the mouse, in the status bar.
+        QWidget* canvas = view->getPlot()->canvas();
+        const QPointF middle = view->getPlot()->pixelToView(QPointF(canvas->width() / 2, canvas->height() / 2));
+        QMouseEvent move(QEvent::MouseMove, QPointF(canvas->width() / 2, canvas->height() / 2), Qt::NoButton,
+                         Qt::NoButton, Qt::NoModifier);
+        QApplication::sendEvent(canvas, &move);
+        auto* tracker = window->findChild<QLabel*>(QStringLiteral("STATUS_INDICATOR_1"));
+        QVERIFY(tracker);
+        QTRY_VERIFY2(tracker->text().contains(QString::number(middle.x(), 'f', 0).left(5)), qPrintable(tracker->text()));
+        QVERIFY(tracker->text().endsWith(QLatin1String(" m")));
+
+        // Unticking an item hides its layer; the scene keeps the choice.
+        auto* items = window->findChild<QListWidget*>(QStringLiteral("SCENE_ITEMS"));
+        QCOMPARE(items->count(), 3);
+        items->item(0)->setCheckState(Qt::Unchecked); // the samples, on top
+        QVERIFY(!view->getLayer(2)->isVisible());
+        QVERIFY(reopen());
+        QVERIFY(!map()->getView()->getLayer(2)->isVisible());
+        QCOMPARE(map()->findChild<QListWidget*>(QStringLiteral("SCENE_ITEMS"))->item(0)->checkState(), Qt::Unchecked);
+    }
+
+    void generatedPointsAreMadeAgainNotSaved()
+    {
+        QVERIFY(_main->openProject(_folder, true));
+        QVERIFY(map()->addLargePointSet(200000));
+        QCOMPARE(map()->getView()->getLayerCount(), 4);
+        QVERIFY(map()->getView()->getLayer(3));
+        QCOMPARE(map()->shownItems().first(), QStringLiteral("Generated points (%L1)").arg(200000));
+        // Again: the set is replaced, not added twice.
+        QVERIFY(map()->addLargePointSet(100000));
+        QCOMPARE(map()->getView()->getLayerCount(), 4);
+        QCOMPARE(map()->shownItems().first(), QStringLiteral("Generated points (%L1)").arg(100000));
+
+        QVERIFY(reopen());
+        QCOMPARE(map()->getView()->getLayerCount(), 4);
+        QVERIFY(map()->getView()->getLayer(3));
+        QCOMPARE(DemoMapData::getInstance()->getDatasets()->pointSet(DemoMapData::LARGE_SET_KEY)->size(), 100000);
+        const QString file = QDir(DemoMapData::getInstance()->getDatasets()->getDirectory())
+                                 .filePath(VugDatasetStore::fileName(DemoMapData::LARGE_SET_KEY));
+        QVERIFY(!QFileInfo::exists(file));
+        QVERIFY(QFileInfo::exists(QDir(DemoMapData::getInstance()->getDatasets()->getDirectory())
+                                      .filePath(VugDatasetStore::fileName(QStringLiteral("samples")))));
+    }
+
+    void picturesAreExported_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QByteArray>("start");
+        QTest::newRow("PNG") << "map.png" << QByteArray("\x89PNG");
+        QTest::newRow("SVG") << "map.svg" << QByteArray("<?xml");
+    }
+
+    void picturesAreExported()
+    {
+        QFETCH(QString, name);
+        QFETCH(QByteArray, start);
+        QVERIFY(_main->openProject(_folder, true));
+        const QString path = _dir.filePath(name);
+        QVERIFY(map()->exportImage(path));
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QCOMPARE(file.read(start.size()), start);
+    }
+
+    void damagedSampleFilesAreReported_data()
+    {
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<int>("missingRank");
+        QTest::addColumn<QString>("message");
+        QTest::newRow("boundary, a word") << "boundary.csv" << QByteArray("x,y\n1,2\nthree,4\n5,6\n") << 1
+                                          << "boundary.csv', line 3: 'three' is not a number";
+        QTest::newRow("boundary, empty") << "boundary.csv" << QByteArray() << 1 << "holds no polygon";
+        QTest::newRow("grid, no header") << "thickness-grid.csv" << QByteArray("1,2\n3,4\n") << 0
+                                         << "line 1: the grid header is missing";
+        QTest::newRow("grid, short row")
+            << "thickness-grid.csv" << QByteArray("# origin 0 0, cell 1 1, 2 x 2 nodes\n1,2\n3\n") << 0
+            << "line 3: 2 values are expected";
+        QTest::newRow("grid, huge") << "thickness-grid.csv"
+                                    << QByteArray("# origin 0 0, cell 1 1, 100000 x 100000 nodes\n") << 0
+                                    << "100000 x 100000 nodes is not a grid";
+    }
+
+    void damagedSampleFilesAreReported()
+    {
+        QFETCH(QString, file);
+        QFETCH(QByteArray, content);
+        QFETCH(int, missingRank);
+        QFETCH(QString, message);
+        QFile damaged(QDir(_folder).filePath(QStringLiteral("data/") + file));
+        QVERIFY(damaged.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        damaged.write(content);
+        damaged.close();
+        QStringList warnings;
+        const int sink = KbbDebug::addSink([&warnings](KbbDebug::Level level, const QString& text) {
+            if (level == KbbDebug::Level::Warning)
+                warnings << text;
+        });
+        const bool opened = _main->openProject(_folder, true);
+        KbbDebug::removeSink(sink);
+        QVERIFY(opened);
+        QVERIFY2(warnings.join(QLatin1Char('\n')).contains(message), qPrintable(warnings.join(QLatin1Char('\n'))));
+        // The item goes without a layer; the others are drawn.
+        VwvBasemapView* view = map()->getView();
+        QCOMPARE(view->getLayerCount(), 3);
+        for (int rank = 0; rank < 3; ++rank)
+            QCOMPARE(view->getLayer(rank) == nullptr, rank == missingRank);
+    }
+};
+
+QTEST_MAIN(TestDemoMap)
+#include "tst_demomap.moc"
