@@ -1,14 +1,23 @@
 // With 10,000,000 points on a 1000 x 800 map, how long the GUI thread is held by each
 // wheel zoom and each pan step: the layer shows its kept image moved or scaled at once and
-// draws the new one on a worker thread. Reports the longest and the median stall.
+// draws the new one on a worker thread. The map is the whole view as an application shows
+// it (axes, grid, decorations) with its overview following. Reports the longest and the
+// median stall.
 
 #include <VsdPointSet.h>
+#include <VssProject.h>
+#include <VugDatasetStore.h>
+#include <VugScene.h>
+#include <Vwv2DOverView.h>
 #include <VwqBasemapPlot.h>
 #include <VwqPlotZoomer.h>
 #include <VwvBasemapImageItem.h>
-#include <VwvBasemapRenderer.h>
+#include <VwvBasemapLayer.h>
+#include <VwvBasemapView.h>
 
 #include <QApplication>
+#include <QHBoxLayout>
+#include <QTemporaryDir>
 #include <QElapsedTimer>
 #include <QThreadPool>
 #include <QWheelEvent>
@@ -36,22 +45,38 @@ int main(int argc, char** argv)
     const int count = argc > 1 ? QByteArray(argv[1]).toInt() : 10000000;
 
     const QRectF extent(0, 0, 10000, 8000);
-    const VsdPointSet points = VsdPointSet::generate(count, 7, extent);
-    VwqBasemapPlot plot;
-    plot.resize(1000 + 60, 800 + 60);
-    auto* item = new VwvBasemapImageItem(QStringLiteral("points"));
-    plot.addPlotItem(item);
-    item->setZ(1.0);
-    item->setRenderer(std::make_shared<VwvBasemapRenderer>(points, QStringLiteral("Porosity")));
-    plot.show();
-    if (!QTest::qWaitForWindowExposed(&plot))
+    QTemporaryDir folder;
+    const std::unique_ptr<VssProject> project =
+        VssProject::create(folder.filePath(QStringLiteral("bench")), QStringLiteral("bench"));
+    VugDatasetStore datasets(*project);
+    datasets.setPointSet(QStringLiteral("points"), VsdPointSet::generate(count, 7, extent),
+                         VugDatasetStore::Storage::IN_MEMORY);
+    VugScene scene(1);
+    scene.appendItem(VugSceneItem(QStringLiteral("points"), QStringLiteral("Points"), VugERendering::POINTS,
+                                  QStringLiteral("points"), QStringLiteral("Porosity")));
+
+    QWidget window;
+    auto* view = new VwvBasemapView;
+    auto* overview = new Vwv2DOverView;
+    auto* layout = new QHBoxLayout(&window);
+    layout->addWidget(view, 1);
+    layout->addWidget(overview);
+    QObject::connect(view, &VwvBasemapView::currentViewChanged, overview, &Vwv2DOverView::setZoomArea);
+    window.resize(1000 + 150 + 140, 800 + 80);
+    view->setScene(&scene, &datasets);
+    overview->setScene(&scene, &datasets);
+    window.show();
+    if (!QTest::qWaitForWindowExposed(&window) || !view->getLayer(0))
         return 2;
+    VwqBasemapPlot& plot = *view->getPlot();
     plot.zoomer()->resetZoom(extent);
-    plot.setMode(Vw::PAN);
+    const VwvBasemapImageItem* item = view->getLayer(0)->getPlotItem();
     // The first full drawing, before any step is measured.
     QTest::qWait(50);
     for (int waited = 0; item->isRendering() && waited < 60000; waited += 50)
         QTest::qWait(50);
+    QThreadPool::globalInstance()->waitForDone();
+    std::printf("canvas %d x %d\n", plot.canvas()->width(), plot.canvas()->height());
 
     std::vector<double> stalls;
     QWidget* canvas = plot.canvas();

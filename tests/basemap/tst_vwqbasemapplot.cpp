@@ -147,7 +147,8 @@ private Q_SLOTS:
         // Small coordinates need no offset.
         plot->updatePlotAxes(QRectF(0, 0, 100, 60), QStringLiteral("Local"), KbuUnit::fromKey("m"));
         QCOMPARE(plot->getAxisOffset(QwtPlot::xBottom), 0.0);
-        QCOMPARE(plot->axisTitle(QwtPlot::yLeft).text(), QStringLiteral("Local&nbsp;[m]"));
+        // Without a subtitle, plain text with the same unbreakable spaces.
+        QCOMPARE(plot->axisTitle(QwtPlot::yLeft).text(), QStringLiteral("Local\u00a0[m]"));
     }
 
     void stylesFollowThePreferences()

@@ -270,16 +270,20 @@ void VwqBasemapPlot::_updateAxisLabels(bool titlesChanged)
             _d->scaleDraws[axis]->setOffset(offset);
             axisWidget(axis)->update();
         }
-        QString text = _d->axisTitle.toHtmlEscaped();
+        // Plain text unless a subtitle needs the small italics: Qwt lays rich text out
+        // through a text document at every replot, which costs milliseconds per pan step.
+        const bool rich = !_d->axisSubtitle.isEmpty();
+        const QString space = rich ? QStringLiteral("&nbsp;") : QString(QChar(0x00A0));
+        QString text = rich ? _d->axisTitle.toHtmlEscaped() : _d->axisTitle;
         if (!_d->axisUnit.isEmpty())
-            text += QStringLiteral("&nbsp;[%1]").arg(_d->axisUnit.toHtmlEscaped());
+            text += QStringLiteral("%1[%2]").arg(space, rich ? _d->axisUnit.toHtmlEscaped() : _d->axisUnit);
         if (offset > 0.0)
-            text += QStringLiteral("&nbsp;(+%1)").arg(offset, 0, 'g', 12);
+            text += QStringLiteral("%1(+%2)").arg(space).arg(offset, 0, 'g', 12);
         else if (offset < 0.0)
-            text += QStringLiteral("&nbsp;(%1)").arg(offset, 0, 'g', 12);
-        if (!_d->axisSubtitle.isEmpty())
+            text += QStringLiteral("%1(%2)").arg(space).arg(offset, 0, 'g', 12);
+        if (rich)
             text += QStringLiteral("&nbsp;&nbsp;&nbsp;<small><i>%1</i></small>").arg(_d->axisSubtitle.toHtmlEscaped());
-        setAxisTitle(axis, QwtText(text, QwtText::RichText));
+        setAxisTitle(axis, QwtText(text, rich ? QwtText::RichText : QwtText::PlainText));
     }
 }
 
