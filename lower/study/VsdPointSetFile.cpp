@@ -15,7 +15,8 @@
 namespace {
 
 const char kMagic[4] = {'V', 'P', 'T', 'S'};
-constexpr quint32 kVersion = 1;
+// Version 2 adds the selection after the columns; version 1 files are still read.
+constexpr quint32 kVersion = 2;
 constexpr int kMaxNameBytes = 1024;
 constexpr int kMaxLineBytes = 1 << 20;
 
@@ -67,7 +68,7 @@ VsdPointSet readBinary(QIODevice& device, const QString& name)
     char magic[4];
     readExactly(device, magic, 4, name);
     const quint32 version = readUInt32(device, name);
-    if (version != kVersion)
+    if (version != 1 && version != kVersion)
         fail(tr("'%1' has version %2 at byte offset 4; version %3 is read.")
                  .arg(native(name))
                  .arg(version)
@@ -112,7 +113,7 @@ VsdPointSet readBinary(QIODevice& device, const QString& name)
                  .arg(needed)
                  .arg(device.pos())
                  .arg(available));
-    if (available > needed)
+    if (available > needed && version == 1)
         fail(tr("'%1' has %2 unexpected bytes at byte offset %3.")
                  .arg(native(name))
                  .arg(available - needed)
@@ -127,6 +128,34 @@ VsdPointSet readBinary(QIODevice& device, const QString& name)
         QVector<double> column;
         readColumn(device, column, int(count), name);
         set.addVariable(variable, column);
+    }
+    if (version >= 2) {
+        // The selection: a count of intervals, then each as its first and last rank.
+        const qint64 offset = device.pos();
+        const quint32 intervals = readUInt32(device, name);
+        const qint64 rest = device.size() - device.pos();
+        if (qint64(intervals) * 8 != rest)
+            fail(tr("'%1' claims %2 selected intervals at byte offset %3, and holds %4 bytes for them.")
+                     .arg(native(name))
+                     .arg(intervals)
+                     .arg(offset)
+                     .arg(rest));
+        KbiIntervalIntSmallDisjoint selection;
+        qint64 previous = -1;
+        for (quint32 i = 0; i < intervals; ++i) {
+            const qint64 at = device.pos();
+            const quint32 first = readUInt32(device, name);
+            const quint32 last = readUInt32(device, name);
+            if (qint64(first) <= previous || first > last || last >= count)
+                fail(tr("'%1' has a bad selected interval [%2, %3] at byte offset %4.")
+                         .arg(native(name))
+                         .arg(first)
+                         .arg(last)
+                         .arg(at));
+            selection.add(int(first), int(last));
+            previous = last;
+        }
+        set.select(selection);
     }
     return set;
 }
@@ -335,6 +364,12 @@ void VsdPointSetFile::write(const VsdPointSet& set, const QString& path, Format 
         writeColumn(file, set.z());
         for (const QString& variable : names)
             writeColumn(file, set.variable(variable));
+        const auto& intervals = set.selection().intervals();
+        writeUInt32(file, quint32(intervals.size()));
+        for (const auto& interval : intervals) {
+            writeUInt32(file, quint32(interval.first));
+            writeUInt32(file, quint32(interval.second));
+        }
     } else {
         QByteArray text = "x,y,z";
         for (const QString& variable : names)

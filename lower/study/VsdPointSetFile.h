@@ -13,9 +13,11 @@ class VELMORA_STUDY_EXPORT VsdPointSetFile
 {
 public:
     enum class Format {
-        // "VPTS", then little-endian: version (1), sample count, variable count, each name as
+        // "VPTS", then little-endian: version (2), sample count, variable count, each name as
         // its UTF-8 byte length and bytes, then x, y, z and each variable as a column of
-        // doubles. Fast to read and exact, for large sets.
+        // doubles, then the selection as a count of intervals and each interval's first and
+        // last rank (version 1 files end with the columns). Fast to read and exact, for
+        // large sets.
         Binary,
         // A header "x,y,z,name,..." then one line per sample; an empty field is undefined.
         // Numbers are written exactly (shortest round trip) and read without the locale.

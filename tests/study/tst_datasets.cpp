@@ -502,7 +502,7 @@ void TestDatasets::fileRoundTrip()
     set.append(0.1, 1e-300, -0.0, {U, 3});
     set.append(1.7976931348623157e308, -2.5, U, {0.123456789012345678, -7});
     set.append(Inf, -Inf, 5, {4.9e-324, 0});
-    set.select(1); // the selection is not part of the file
+    set.select(1); // kept by the binary format only
     VsdPointSetFile::write(set, path, format);
     const VsdPointSet back = VsdPointSetFile::read(path);
     QCOMPARE(back.size(), 3);
@@ -510,7 +510,8 @@ void TestDatasets::fileRoundTrip()
     QVERIFY(sameValues(back.x(), set.x()) && sameValues(back.y(), set.y()) && sameValues(back.z(), set.z()));
     for (const QString& name : set.variableNames())
         QVERIFY2(sameValues(back.variable(name), set.variable(name)), qPrintable(name));
-    QVERIFY(back.selection().isEmpty());
+    QCOMPARE(back.selection().count(), format == VsdPointSetFile::Format::Binary ? 1 : 0);
+    QCOMPARE(back.isSelected(1), format == VsdPointSetFile::Format::Binary);
 
     // A write that fails leaves the previous file whole.
     VsdPointSet bad = set;
@@ -539,7 +540,17 @@ void TestDatasets::hostileFiles_data()
     QTest::newRow("CSV endless line") << QByteArray("x,y,z\n") + QByteArray(3 << 20, '7')
                                       << "longer than 1048576 bytes at line 2";
     QTest::newRow("binary magic only") << QByteArray("VPTS") << "truncated at byte offset 4";
-    QTest::newRow("binary from the future") << binaryHeader(2, 0, 0) << "version 2 at byte offset 4";
+    QTest::newRow("binary from the future") << binaryHeader(3, 0, 0) << "version 3 at byte offset 4";
+    const QByteArray two = binaryHeader(2, 2, 0) + doubles(6);
+    QTest::newRow("binary v2 without its selection") << two << "truncated at byte offset 64";
+    QTest::newRow("binary v2 claiming more intervals") << two + le32(3) + le32(0) + le32(0)
+                                                       << "claims 3 selected intervals at byte offset 64, and holds 8";
+    QTest::newRow("binary v2 interval past the samples") << two + le32(1) + le32(0) + le32(2)
+                                                         << "bad selected interval [0, 2] at byte offset 68";
+    QTest::newRow("binary v2 reversed interval") << two + le32(1) + le32(1) + le32(0)
+                                                 << "bad selected interval [1, 0]";
+    QTest::newRow("binary v2 overlapping intervals") << two + le32(2) + le32(0) + le32(1) + le32(1) + le32(1)
+                                                     << "bad selected interval [1, 1] at byte offset 76";
     QTest::newRow("binary claiming four billion samples") << binaryHeader(1, 0xFFFFFFFFu, 0) + doubles(3)
                                                           << "claims 4294967295 samples at byte offset 8";
     QTest::newRow("binary claiming more samples than it holds")
