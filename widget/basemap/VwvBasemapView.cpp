@@ -58,6 +58,25 @@ QRectF fitToShape(const QRectF& area, double w, double h)
     return r;
 }
 
+// The layers, in that order, over the area (already of the picture's shape), drawn on
+// the spot: into an image, which layers never leave to a worker thread.
+QPixmap drawLayers(const QList<const VwvBasemapLayer*>& layers, const QRectF& area, int w, int h,
+                   const QColor& background)
+{
+    QwtScaleMap xMap, yMap;
+    xMap.setScaleInterval(area.left(), area.right());
+    xMap.setPaintInterval(0, w);
+    yMap.setScaleInterval(area.top(), area.bottom());
+    yMap.setPaintInterval(h, 0);
+    QImage image(w, h, QImage::Format_ARGB32_Premultiplied);
+    image.fill(background);
+    QPainter painter(&image);
+    for (const VwvBasemapLayer* layer : layers)
+        layer->getPlotItem()->draw(&painter, xMap, yMap, QRectF(0, 0, w, h));
+    painter.end();
+    return QPixmap::fromImage(image);
+}
+
 } // namespace
 
 class VwvBasemapViewPrivate
@@ -526,16 +545,6 @@ QPixmap VwvBasemapView::getPixmapFromArea(const QRectF& area, int w, int h, cons
 {
     if (w <= 0 || h <= 0 || !isFinite(area) || area.normalized().isEmpty())
         return QPixmap();
-    const QRectF shown = fitToShape(area, w, h);
-    QwtScaleMap xMap, yMap;
-    xMap.setScaleInterval(shown.left(), shown.right());
-    xMap.setPaintInterval(0, w);
-    yMap.setScaleInterval(shown.top(), shown.bottom());
-    yMap.setPaintInterval(h, 0);
-
-    QImage image(w, h, QImage::Format_ARGB32_Premultiplied);
-    image.fill(background);
-    QPainter painter(&image);
     QList<const VwvBasemapLayer*> layers;
     for (int rank = 0; rank < getLayerCount(); ++rank)
         if (const VwvBasemapLayer* layer = getLayer(rank))
@@ -543,10 +552,7 @@ QPixmap VwvBasemapView::getPixmapFromArea(const QRectF& area, int w, int h, cons
                 layers.append(layer);
     std::stable_sort(layers.begin(), layers.end(),
                      [](const VwvBasemapLayer* a, const VwvBasemapLayer* b) { return a->getZ() < b->getZ(); });
-    for (const VwvBasemapLayer* layer : qAsConst(layers))
-        layer->getPlotItem()->draw(&painter, xMap, yMap, QRectF(0, 0, w, h));
-    painter.end();
-    return QPixmap::fromImage(image);
+    return drawLayers(layers, fitToShape(area, w, h), w, h, background);
 }
 
 QPixmap VwvBasemapView::getPixmapFromLayer(int w, int h, const QColor& background, const VugSceneItem* item,
@@ -560,17 +566,7 @@ QPixmap VwvBasemapView::getPixmapFromLayer(int w, int h, const QColor& backgroun
     if (!isFinite(extent) || extent.isEmpty())
         return QPixmap();
     area = fitToShape(extent, w, h);
-    QwtScaleMap xMap, yMap;
-    xMap.setScaleInterval(area.left(), area.right());
-    xMap.setPaintInterval(0, w);
-    yMap.setScaleInterval(area.top(), area.bottom());
-    yMap.setPaintInterval(h, 0);
-    QImage image(w, h, QImage::Format_ARGB32_Premultiplied);
-    image.fill(background);
-    QPainter painter(&image);
-    layer->getPlotItem()->draw(&painter, xMap, yMap, QRectF(0, 0, w, h));
-    painter.end();
-    return QPixmap::fromImage(image);
+    return drawLayers({layer}, area, w, h, background);
 }
 
 bool VwvBasemapView::saveSvg(const QString& fileName) const

@@ -1,6 +1,6 @@
 #pragma once
-// The demo's display of a scene: until the map and 3D views come, it lists the items of
-// its scene. Without a scene it says how to open one.
+// The demo's 3D and section displays: until the 3D views come, they list the items of
+// their scene. Without a scene they say how to open one. Maps are DemoMapWindow.
 
 #include <VwwASceneWindow.h>
 
