@@ -10,6 +10,9 @@
 
 #include <qwt_plot_renderer.h>
 
+#include <KbbDebug.h>
+#include <KbeError.h>
+
 #include <QSemaphore>
 #include <QtTest>
 #include <memory>
@@ -45,6 +48,30 @@ public:
 private:
     QRgb _color;
     QSemaphore* _gate;
+};
+
+// Fails every drawing, on the spot or on a worker thread.
+class FailingRenderer : public SquareRenderer
+{
+public:
+    explicit FailingRenderer(qint64 cost, bool standard)
+        : SquareRenderer(0)
+        , _cost(cost)
+        , _standard(standard)
+    {
+    }
+    void render(QImage&, const QwtScaleMap&, const QwtScaleMap&) const override
+    {
+        ++renders;
+        if (_standard)
+            throw std::runtime_error("disk on fire");
+        throw KbeError(QStringLiteral("the grid file is damaged"));
+    }
+    qint64 renderCost() const override { return _cost; }
+
+private:
+    qint64 _cost;
+    bool _standard;
 };
 
 struct Map
@@ -142,7 +169,7 @@ private Q_SLOTS:
         QCoreApplication::processEvents(); // a stray delivery would crash here
     }
 
-    void aNewRendererDropsTheKeptImage()
+    void aLateDrawingOfAnOldRendererIsDropped()
     {
         QSemaphore gate;
         Map map;
@@ -157,6 +184,64 @@ private Q_SLOTS:
         QThreadPool::globalInstance()->waitForDone();
         QCoreApplication::processEvents();
         QCOMPARE(map.at(QPointF(50, 50)), qRgb(0, 200, 200));
+    }
+
+    void drawingErrorsAreReportedOnce_data()
+    {
+        QTest::addColumn<qint64>("cost");
+        QTest::addColumn<bool>("standard");
+        QTest::addColumn<QString>("message");
+        QTest::newRow("on the spot") << qint64(10) << false << "Error while drawing layer 'layer': the grid file is damaged";
+        QTest::newRow("on a worker") << VwvBasemapImageItem::SYNCHRONOUS_COST * 10 << true
+                                     << "Error while drawing layer 'layer': std::exception: disk on fire";
+    }
+
+    void drawingErrorsAreReportedOnce()
+    {
+        QFETCH(qint64, cost);
+        QFETCH(bool, standard);
+        QFETCH(QString, message);
+        QStringList warnings;
+        const int sink = KbbDebug::addSink([&warnings](KbbDebug::Level level, const QString& text) {
+            if (level == KbbDebug::Level::Warning)
+                warnings << text;
+        });
+        Map map;
+        auto failing = std::make_shared<FailingRenderer>(cost, standard);
+        map.item->setRenderer(failing);
+        map.plot.replot();
+        QTRY_COMPARE(warnings.size(), 1);
+        QTRY_VERIFY(!map.item->isRendering());
+        QCoreApplication::processEvents();
+        // Replots of the same view do not try again, nor repeat the message.
+        const int tries = failing->renders;
+        map.plot.replot();
+        map.plot.replot();
+        QCoreApplication::processEvents();
+        QCOMPARE(int(failing->renders), tries);
+        QVERIFY(map.at(QPointF(50, 50)) != qRgb(0, 0, 0));
+        // A working renderer draws again.
+        map.item->setRenderer(std::make_shared<SquareRenderer>(qRgb(0, 0, 255)));
+        map.plot.replot();
+        QTRY_COMPARE(map.at(QPointF(50, 50)), qRgb(0, 0, 255));
+        KbbDebug::removeSink(sink);
+        QCOMPARE(warnings, QStringList{message});
+    }
+
+    void theOldPictureStandsInForANewRenderer()
+    {
+        QSemaphore gate;
+        Map map;
+        map.item->setRenderer(std::make_shared<SquareRenderer>(qRgb(0, 0, 255)));
+        map.plot.replot();
+        QTRY_COMPARE(map.at(QPointF(50, 50)), qRgb(0, 0, 255));
+        // While the new drawing is held, the map shows the old one rather than nothing.
+        map.item->setRenderer(std::make_shared<SquareRenderer>(qRgb(200, 0, 0), &gate));
+        map.plot.replot();
+        QTRY_VERIFY(map.item->isRendering());
+        QCOMPARE(map.at(QPointF(50, 50)), qRgb(0, 0, 255));
+        gate.release();
+        QTRY_COMPARE(map.at(QPointF(50, 50)), qRgb(200, 0, 0));
     }
 
     void pointPicksGoToTheSet()

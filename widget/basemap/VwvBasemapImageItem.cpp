@@ -1,7 +1,10 @@
 #include "VwvBasemapImageItem.h"
 
+#include <KbbDebug.h>
+
 #include <qwt_plot.h>
 
+#include <QCoreApplication>
 #include <QMutex>
 #include <QPaintDevice>
 #include <QPainter>
@@ -44,20 +47,33 @@ struct Kept
     MapKey x;
     MapKey y;
     QPointF origin; // the canvas rectangle's top-left the image was drawn for
+    // Drawn by an earlier renderer: shown while the new one draws, never taken as done.
+    bool stale = false;
+    // The drawing for these maps failed: not tried again until the view or renderer changes.
+    bool failed = false;
 };
 
+// A renderer that fails (out of memory for the image, a damaged dataset) leaves a null
+// image and says why; it may run on a worker thread, where nothing may escape.
 QImage renderImage(const VwvIBasemapRenderer& renderer, const QSize& size, const QwtScaleMap& xMap,
-                   const QwtScaleMap& yMap, const QPointF& origin)
+                   const QwtScaleMap& yMap, const QPointF& origin, QString& error)
 {
-    QImage image(size, QImage::Format_ARGB32_Premultiplied);
-    image.fill(Qt::transparent);
-    // The image starts at the canvas rectangle's corner, the maps at the canvas's.
-    QwtScaleMap x = xMap;
-    QwtScaleMap y = yMap;
-    x.setPaintInterval(xMap.p1() - origin.x(), xMap.p2() - origin.x());
-    y.setPaintInterval(yMap.p1() - origin.y(), yMap.p2() - origin.y());
-    renderer.render(image, x, y);
-    return image;
+    try {
+        QImage image(size, QImage::Format_ARGB32_Premultiplied);
+        if (image.isNull())
+            throw std::bad_alloc();
+        image.fill(Qt::transparent);
+        // The image starts at the canvas rectangle's corner, the maps at the canvas's.
+        QwtScaleMap x = xMap;
+        QwtScaleMap y = yMap;
+        x.setPaintInterval(xMap.p1() - origin.x(), xMap.p2() - origin.x());
+        y.setPaintInterval(yMap.p1() - origin.y(), yMap.p2() - origin.y());
+        renderer.render(image, x, y);
+        return image;
+    } catch (...) {
+        error = KbbDebug::describeCurrentException();
+        return QImage();
+    }
 }
 
 } // namespace
@@ -80,6 +96,16 @@ public:
     mutable Kept kept;
     mutable int pending = 0; // generation being drawn, 0 when none
     mutable MapKey pendingX, pendingY;
+    mutable QString reportedError; // said once per renderer
+
+    void report(const QwtPlotItem& item, const QString& error) const
+    {
+        if (error == reportedError)
+            return;
+        reportedError = error;
+        KbbDebug::printWarning(QCoreApplication::translate("VwvBasemapImageItem", "Error while drawing layer '%1': %2")
+                                   .arg(item.title().text(), error));
+    }
     std::shared_ptr<VwvBasemapImageItemShared> shared = std::make_shared<VwvBasemapImageItemShared>();
 };
 
@@ -113,7 +139,10 @@ std::shared_ptr<const VwvIBasemapRenderer> VwvBasemapImageItem::getRenderer() co
 void VwvBasemapImageItem::setRenderer(std::shared_ptr<const VwvIBasemapRenderer> renderer)
 {
     _d->renderer = std::move(renderer);
-    _d->kept = Kept();
+    // The old picture stands in until the new one is drawn (a new selection, new data).
+    _d->kept.stale = true;
+    _d->kept.failed = false;
+    _d->reportedError.clear();
     _d->pending = 0;
     {
         QMutexLocker lock(&_d->shared->mutex);
@@ -158,10 +187,11 @@ void VwvBasemapImageItem::draw(QPainter* painter, const QwtScaleMap& xMap, const
     const MapKey kx(xMap);
     const MapKey ky(yMap);
     Kept& kept = _d->kept;
-    const bool fits = !kept.image.isNull() && kept.x == kx && kept.y == ky && kept.image.size() == size
-        && kept.origin == canvasRect.topLeft();
+    const bool fits = !kept.stale && kept.x == kx && kept.y == ky && kept.origin == canvasRect.topLeft()
+        && (kept.failed || kept.image.size() == size);
     if (fits) {
-        painter->drawImage(canvasRect.topLeft(), kept.image);
+        if (!kept.failed)
+            painter->drawImage(canvasRect.topLeft(), kept.image);
         return;
     }
 
@@ -169,16 +199,20 @@ void VwvBasemapImageItem::draw(QPainter* painter, const QwtScaleMap& xMap, const
     const int device = painter->device() ? painter->device()->devType() : 0;
     const bool onScreen = device == QInternal::Widget || device == QInternal::Pixmap;
     if (!_d->asynchronous || !onScreen || _d->renderer->renderCost() < SYNCHRONOUS_COST) {
-        const QImage image = renderImage(*_d->renderer, size, xMap, yMap, canvasRect.topLeft());
-        painter->drawImage(canvasRect.topLeft(), image);
+        QString error;
+        const QImage image = renderImage(*_d->renderer, size, xMap, yMap, canvasRect.topLeft(), error);
+        if (!error.isEmpty())
+            _d->report(*this, error);
+        else
+            painter->drawImage(canvasRect.topLeft(), image);
         if (onScreen)
-            kept = Kept{image, kx, ky, canvasRect.topLeft()};
+            kept = Kept{image, kx, ky, canvasRect.topLeft(), false, !error.isEmpty()};
         return;
     }
 
     // The kept image moved and scaled to the new view, until the new one is ready.
     double sx = 1.0, dx = 0.0, sy = 1.0, dy = 0.0;
-    if (!kept.image.isNull() && kept.x.pixelChange(kx, sx, dx) && kept.y.pixelChange(ky, sy, dy)) {
+    if (!kept.image.isNull() && !kept.failed && kept.x.pixelChange(kx, sx, dx) && kept.y.pixelChange(ky, sy, dy)) {
         painter->save();
         painter->setRenderHint(QPainter::SmoothPixmapTransform, false);
         painter->setTransform(QTransform(sx, 0, 0, sy, dx, dy), true);
@@ -201,20 +235,23 @@ void VwvBasemapImageItem::draw(QPainter* painter, const QwtScaleMap& xMap, const
     const QPointF origin = canvasRect.topLeft();
     const VwvBasemapImageItem* item = this;
     QThreadPool::globalInstance()->start([shared, renderer, size, xMap, yMap, origin, generation, kx, ky, item] {
-        QImage image = renderImage(*renderer, size, xMap, yMap, origin);
+        QString error;
+        QImage image = renderImage(*renderer, size, xMap, yMap, origin, error);
         QMutexLocker lock(&shared->mutex);
         if (!shared->alive || generation != shared->latest)
             return;
         // Delivered on the GUI thread; dropped with the receiver if the item goes first.
         QMetaObject::invokeMethod(
             shared->receiver,
-            [shared, image, generation, kx, ky, origin, item] {
+            [shared, image, error, generation, kx, ky, origin, item] {
                 {
                     QMutexLocker check(&shared->mutex);
                     if (!shared->alive || generation != shared->latest)
                         return;
                 }
-                item->_d->kept = Kept{image, kx, ky, origin};
+                if (!error.isEmpty())
+                    item->_d->report(*item, error);
+                item->_d->kept = Kept{image, kx, ky, origin, false, !error.isEmpty()};
                 item->_d->pending = 0;
                 if (QwtPlot* plot = item->plot())
                     plot->replot();

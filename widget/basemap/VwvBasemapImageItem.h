@@ -24,7 +24,8 @@ public:
     int rtti() const override;
 
     std::shared_ptr<const VwvIBasemapRenderer> getRenderer() const;
-    // Drops the kept image: the next drawing is the new renderer's.
+    // The kept image stands in until the new renderer's drawing is ready. A renderer that
+    // fails is reported once ("Error while drawing layer '%1': %2") and draws nothing.
     void setRenderer(std::shared_ptr<const VwvIBasemapRenderer> renderer);
 
     // Off, every drawing is made on the spot (tests, exports).

@@ -5,7 +5,6 @@
 #include "VwvBasemapRendererFactory.h"
 
 #include <KbbDebug.h>
-#include <KbeError.h>
 #include <VsdPointSet.h>
 #include <VugDatasetStore.h>
 #include <VugScene.h>
@@ -111,9 +110,9 @@ VwvBasemapLayer* VwvBasemapSceneLayers::_makeLayer(int rank)
         layer->setCoordinateSystems(_d->system, _d->system);
         connect(layer, &VwvBasemapLayer::sampleSelectionChanged, this, &VwvBasemapSceneLayers::_keepSelection);
         return layer;
-    } catch (const KbeError& error) {
-        KbbDebug::printWarning(
-            tr("VwvBasemapView: cannot create render layer '%1': %2").arg(item->getName(), error.getMessage()));
+    } catch (...) {
+        KbbDebug::printWarning(tr("VwvBasemapView: cannot create render layer '%1': %2")
+                                   .arg(item->getName(), KbbDebug::describeCurrentException()));
         return nullptr;
     }
 }
