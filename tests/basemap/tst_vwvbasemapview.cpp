@@ -20,8 +20,10 @@
 #include <VwqPlotZoomer.h>
 #include <VwvBasemapLayer.h>
 #include <VwvBasemapView.h>
+#include <VwvIAcceptDrops.h>
 
 #include <QAction>
+#include <QMimeData>
 #include <QPrinter>
 #include <QtTest>
 #include <qwt_plot_grid.h>
@@ -34,6 +36,18 @@ VugSceneItem pointsItem(const QString& id, const QString& dataset = QStringLiter
 {
     return VugSceneItem(id, id.toUpper(), VugERendering::POINTS, dataset);
 }
+
+// Takes text drops, and remembers where they landed.
+struct TextAcceptor : VwvIAcceptDrops
+{
+    QList<QPointF> drops;
+    bool canAcceptDrop(const QMimeData& data) const override { return data.hasText(); }
+    bool acceptDrop(const QMimeData&, const QPointF& mapPoint) override
+    {
+        drops.append(mapPoint);
+        return true;
+    }
+};
 
 QList<double> zOrder(const VwvBasemapView& view)
 {
@@ -407,6 +421,43 @@ private Q_SLOTS:
         QVERIFY(pdf.open(QIODevice::ReadOnly));
         QVERIFY(pdf.read(5) == "%PDF-");
         QVERIFY(pdf.size() > 1000);
+    }
+
+    void dropsReachTheAcceptorAtTheirMapPoint()
+    {
+        VugScene scene(1);
+        scene.appendItem(pointsItem(QStringLiteral("x")));
+        VwvBasemapView view;
+        view.resize(400, 400);
+        view.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&view));
+        view.setScene(&scene, _datasets.get());
+        QVERIFY(!view.acceptDrops());
+        TextAcceptor acceptor;
+        view.setEnableDrops(true, &acceptor);
+        QVERIFY(view.acceptDrops());
+
+        QWidget* canvas = view.getPlot()->canvas();
+        const QPoint onCanvas(canvas->width() / 3, canvas->height() / 4);
+        const QPoint onView = canvas->mapTo(&view, onCanvas);
+        QMimeData text;
+        text.setText(QStringLiteral("a well"));
+        QMimeData image;
+        image.setImageData(QImage(2, 2, QImage::Format_RGB32));
+        for (QMimeData* data : {&text, &image}) {
+            QDragEnterEvent enter(onView, Qt::CopyAction, data, Qt::LeftButton, Qt::NoModifier);
+            QApplication::sendEvent(&view, &enter);
+            QCOMPARE(enter.isAccepted(), data == &text);
+            QDropEvent drop(onView, Qt::CopyAction, data, Qt::LeftButton, Qt::NoModifier);
+            QApplication::sendEvent(&view, &drop);
+        }
+        QCOMPARE(acceptor.drops.size(), 1);
+        const QPointF expected = view.getPlot()->pixelToView(QPointF(onCanvas));
+        QVERIFY(qAbs(acceptor.drops.first().x() - expected.x()) < 1e-9);
+        QVERIFY(qAbs(acceptor.drops.first().y() - expected.y()) < 1e-9);
+
+        view.setEnableDrops(false);
+        QVERIFY(!view.acceptDrops());
     }
 
     void escapeGoesBackToPanning()

@@ -1,8 +1,8 @@
 // The demo's map as a user meets it: the sample field drawn in its three layers with the
 // overview and the view tools, the position under the mouse in the status bar, items
 // ticked off the list, the generated point set added on request and made again when the
-// project reopens (never written to disk), pictures exported, and damaged sample files
-// reported while the rest of the map is drawn.
+// project reopens (never written to disk), point files dropped on the map, pictures
+// exported, and damaged sample files reported while the rest of the map is drawn.
 
 #include "DemoMainWindow.h"
 #include "DemoMapData.h"
@@ -24,6 +24,8 @@
 #include <QAction>
 #include <QLabel>
 #include <QListWidget>
+#include <QMimeData>
+#include <QUrl>
 #include <QtTest>
 
 class TestDemoMap : public QObject
@@ -140,6 +142,62 @@ private Q_SLOTS:
         QVERIFY(!QFileInfo::exists(file));
         QVERIFY(QFileInfo::exists(QDir(DemoMapData::getInstance()->getDatasets()->getDirectory())
                                       .filePath(VugDatasetStore::fileName(QStringLiteral("samples")))));
+    }
+
+    void pointFilesDroppedOnTheMap_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<bool>("accepted");
+        QTest::addColumn<QString>("item");
+        QTest::addColumn<QString>("warning");
+        QTest::newRow("CSV") << "wells.csv" << QByteArray("x,y,z,porosity\n431100,6541100,0,0.2\n431900,6541900,0,0.3\n")
+                             << true << "wells" << "";
+        QTest::newRow("damaged CSV") << "broken.csv" << QByteArray("x,y,z\n1,2,oops\n") << true << ""
+                                     << "\"oops\" at line 2, field 3";
+        QTest::newRow("not a point file") << "notes.txt" << QByteArray("hello") << false << "" << "";
+    }
+
+    void pointFilesDroppedOnTheMap()
+    {
+        QFETCH(QString, name);
+        QFETCH(QByteArray, content);
+        QFETCH(bool, accepted);
+        QFETCH(QString, item);
+        QFETCH(QString, warning);
+        QVERIFY(_main->openProject(_folder, true));
+        const QString path = _dir.filePath(name);
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        file.write(content);
+        file.close();
+
+        QStringList warnings;
+        const int sink = KbbDebug::addSink([&warnings](KbbDebug::Level level, const QString& text) {
+            if (level == KbbDebug::Level::Warning)
+                warnings << text;
+        });
+        VwvBasemapView* view = map()->getView();
+        QMimeData data;
+        data.setUrls({QUrl::fromLocalFile(path)});
+        const QPoint at = view->rect().center();
+        QDragEnterEvent enter(at, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(view, &enter);
+        QCOMPARE(enter.isAccepted(), accepted);
+        if (accepted) {
+            QDropEvent drop(at, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+            QApplication::sendEvent(view, &drop);
+        }
+        KbbDebug::removeSink(sink);
+        QCOMPARE(view->getLayerCount(), item.isEmpty() ? 3 : 4);
+        if (!item.isEmpty()) {
+            QCOMPARE(map()->shownItems().first(), item);
+            QVERIFY(view->getLayer(3));
+            QVERIFY(view->getLayer(3)->boundingRect().contains(QPointF(431500, 6541500)));
+        }
+        QCOMPARE(warnings.size(), warning.isEmpty() ? 0 : 1);
+        if (!warning.isEmpty())
+            QVERIFY2(warnings.first().contains(warning) && warnings.first().contains(name), qPrintable(warnings.first()));
     }
 
     void picturesAreExported_data()

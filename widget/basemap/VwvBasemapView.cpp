@@ -12,6 +12,7 @@
 #include "VwvBasemapLayer.h"
 #include "VwvBasemapSceneLayers.h"
 #include "VwvBasemapToolManager.h"
+#include "VwvIAcceptDrops.h"
 
 #include <KbbDebug.h>
 #include <VssProject.h>
@@ -23,6 +24,8 @@
 
 #include <QAction>
 #include <QBuffer>
+#include <QDropEvent>
+#include <QMimeData>
 #include <QKeyEvent>
 #include <QPainter>
 #include <QPrinter>
@@ -91,6 +94,7 @@ public:
     QString currentSubItemId;
     QMetaObject::Connection selectionConnection;
 
+    VwvIAcceptDrops* dropAcceptor = nullptr;
     VwoCopyright* copyright = nullptr;
     VwoCompass* compass = nullptr;
     VwoScaleBar* scaleBar = nullptr;
@@ -617,6 +621,38 @@ bool VwvBasemapView::print(QPrinter& printer) const
     painter.scale(scale, scale);
     _renderMap(&painter, QRectF(0, 0, width(), height()));
     return painter.end();
+}
+
+void VwvBasemapView::setEnableDrops(bool enable, VwvIAcceptDrops* acceptor)
+{
+    _d->dropAcceptor = enable ? acceptor : nullptr;
+    setAcceptDrops(_d->dropAcceptor != nullptr);
+}
+
+void VwvBasemapView::dragEnterEvent(QDragEnterEvent* event)
+{
+    dragMoveEvent(event);
+}
+
+void VwvBasemapView::dragMoveEvent(QDragMoveEvent* event)
+{
+    if (_d->dropAcceptor && event->mimeData() && _d->dropAcceptor->canAcceptDrop(*event->mimeData()))
+        event->acceptProposedAction();
+    else
+        event->ignore();
+}
+
+void VwvBasemapView::dropEvent(QDropEvent* event)
+{
+    if (!_d->dropAcceptor || !event->mimeData() || !_d->dropAcceptor->canAcceptDrop(*event->mimeData())) {
+        event->ignore();
+        return;
+    }
+    const QPoint onCanvas = _d->plot->canvas()->mapFrom(this, event->pos());
+    if (_d->dropAcceptor->acceptDrop(*event->mimeData(), _d->plot->pixelToView(QPointF(onCanvas))))
+        event->acceptProposedAction();
+    else
+        event->ignore();
 }
 
 void VwvBasemapView::keyPressEvent(QKeyEvent* event)

@@ -12,6 +12,7 @@
 #include <KbuUnitTransfo.h>
 #include <VuuCoordSystem.h>
 #include <VwViewMode.h>
+#include <VwvIPrintable.h>
 
 #include <QPixmap>
 #include <QWidget>
@@ -31,8 +32,9 @@ class VwqBasemapPlot;
 class VwvABasemapToolActions;
 class VwvBasemapLayer;
 class VwvBasemapToolManager;
+class VwvIAcceptDrops;
 
-class VELMORA_WIDGET_EXPORT VwvBasemapView : public QWidget
+class VELMORA_WIDGET_EXPORT VwvBasemapView : public QWidget, public VwvIPrintable
 {
     Q_OBJECT
 public:
@@ -113,7 +115,11 @@ public:
     bool saveSvg(const QString& fileName) const;
     // The map on one page, as large as fits with its shape kept, with the scene's name
     // above; false when the printer cannot be painted on.
-    bool print(QPrinter& printer) const;
+    bool print(QPrinter& printer) const override;
+
+    // Drops on the map go to the acceptor (which must outlive the view or be unset);
+    // without one, or disabled, nothing can be dropped.
+    void setEnableDrops(bool enable, VwvIAcceptDrops* acceptor = nullptr);
 
 public Q_SLOTS:
     void setAxesVisible(bool visible);
@@ -136,6 +142,9 @@ Q_SIGNALS:
 protected:
     void keyPressEvent(QKeyEvent* event) override;
     void showEvent(QShowEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dragMoveEvent(QDragMoveEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
 
 private:
     void _updateAxes();

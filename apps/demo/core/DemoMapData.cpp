@@ -18,6 +18,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QRegularExpression>
 #include <QTextStream>
 
@@ -255,6 +256,34 @@ bool DemoMapData::addLargePointSet(int sceneId, int count, QString* message)
     scene->renameItem(rank, item.getName());
     scene->setItemStyle(rank, item.getStyle());
     return true;
+}
+
+bool DemoMapData::addPointFile(int sceneId, const QString& path, QString* message)
+{
+    VugScene* scene = getScene(sceneId);
+    if (!scene) {
+        if (message)
+            *message = tr("There is no map to add the points to.");
+        return false;
+    }
+    VsdPointSet set;
+    try {
+        set = VsdPointSetFile::read(path);
+    } catch (const KbeError& e) {
+        if (message)
+            *message = e.getMessage();
+        return false;
+    }
+    const QString name = QFileInfo(path).completeBaseName();
+    const QString id = scene->uniqueItemId(name.left(VugDatasetStore::MAX_KEY_LENGTH - 8));
+    const QString key = QStringLiteral("dropped-") + id;
+    if (!_datasets->setPointSet(key, set)) {
+        if (message)
+            *message = tr("'%1' cannot be added to the project.").arg(QDir::toNativeSeparators(path));
+        return false;
+    }
+    return scene->appendItem(VugSceneItem(id, name.isEmpty() ? id : name, VugERendering::POINT_SYMBOLS, key,
+                                          set.variableNames().value(0)));
 }
 
 bool DemoMapData::save(QString* message)

@@ -32,6 +32,10 @@ public:
     // thickness, or replaces the one added before. False with a message when it cannot.
     bool addLargePointSet(int sceneId, int count, QString* message);
 
+    // Reads a point-set file (CSV or binary) into the project and adds it to the scene,
+    // coloured by its first variable. False with a message naming the file when it cannot.
+    bool addPointFile(int sceneId, const QString& path, QString* message);
+
     // Writes every scene and the changed point sets; false with the reasons.
     bool save(QString* message);
 

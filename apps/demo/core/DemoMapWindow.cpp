@@ -25,6 +25,8 @@
 #include <QListWidget>
 #include <QLocale>
 #include <QMessageBox>
+#include <QMimeData>
+#include <QUrl>
 #include <QVBoxLayout>
 
 DemoMapWindow::DemoMapWindow(VssProject* project, QWidget* parent)
@@ -75,6 +77,7 @@ DemoMapWindow::DemoMapWindow(VssProject* project, QWidget* parent)
     connect(generate, &QAction::triggered, this, [this] { addLargePointSet(); });
     addToolbarAction(TOOLS_TOOLBAR, generate);
 
+    _view->setEnableDrops(true, this);
     connect(_view, &VwvBasemapView::trackerPositionChanged, this, &DemoMapWindow::_showTracker);
     connect(_view, &VwvBasemapView::modeChanged, this, [this](const QString& mode) { showStatusMessage(mode); });
     connect(_view, &VwvBasemapView::currentViewChanged, _overview, &Vwv2DOverView::setZoomArea);
@@ -227,6 +230,37 @@ bool DemoMapWindow::exportImage(QString fileName)
     else
         KbbDebug::printWarning(tr("The map cannot be saved to '%1'.").arg(QDir::toNativeSeparators(fileName)));
     return saved;
+}
+
+namespace {
+QStringList pointFiles(const QMimeData& data)
+{
+    QStringList files;
+    for (const QUrl& url : data.urls()) {
+        const QString suffix = QFileInfo(url.fileName()).suffix().toLower();
+        if (url.isLocalFile() && (suffix == QLatin1String("csv") || suffix == QLatin1String("vpts")))
+            files.append(url.toLocalFile());
+    }
+    return files;
+}
+} // namespace
+
+bool DemoMapWindow::canAcceptDrop(const QMimeData& data) const
+{
+    return _scene && !pointFiles(data).isEmpty();
+}
+
+bool DemoMapWindow::acceptDrop(const QMimeData& data, const QPointF&)
+{
+    bool added = false;
+    for (const QString& file : pointFiles(data)) {
+        QString message;
+        if (_scene && DemoMapData::getInstance()->addPointFile(_scene->getId(), file, &message))
+            added = true;
+        else
+            KbbDebug::printWarning(message);
+    }
+    return added;
 }
 
 void DemoMapWindow::connectGps(QObject* gpsDialog, const char* enabledSignal, const char* visibleSignal,

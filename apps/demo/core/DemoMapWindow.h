@@ -2,8 +2,10 @@
 // The demo's 2D display: the map of a scene with the view tools and the decoration
 // switches in its tool bars, and beside it the overview and the scene's items (tick to
 // show, select to make current). The status bar shows the mode and the position under the
-// mouse. "Generate points" adds a 10,000,000-point set to the scene on request.
+// mouse. "Generate points" adds a 10,000,000-point set to the scene on request; point
+// files (CSV or binary) dropped on the map are added to it.
 
+#include <VwvIAcceptDrops.h>
 #include <VwwASceneWindow.h>
 
 class QListWidget;
@@ -13,7 +15,7 @@ class Vwv2DOverView;
 class VwvBasemapToolActionsView;
 class VwvBasemapView;
 
-class DemoMapWindow : public VwwASceneWindow
+class DemoMapWindow : public VwwASceneWindow, public VwvIAcceptDrops
 {
     Q_OBJECT
 public:
@@ -31,6 +33,9 @@ public:
     Vwv2DOverView* getOverview() const;
     // The scene's item names, top of the drawing first, as the list shows them.
     QStringList shownItems() const;
+
+    bool canAcceptDrop(const QMimeData& data) const override;
+    bool acceptDrop(const QMimeData& data, const QPointF& mapPoint) override;
 
 public Q_SLOTS:
     // Adds the large generated point set to the scene (or makes it again).
