@@ -244,6 +244,54 @@ private Q_SLOTS:
         QTRY_COMPARE(map.at(QPointF(50, 50)), qRgb(200, 0, 0));
     }
 
+    void sharpOnHighDpiScreens_data()
+    {
+        QTest::addColumn<qreal>("ratio");
+        QTest::addColumn<int>("dotSize");
+        QTest::newRow("ordinary screen, 5-pixel symbol") << qreal(1) << 5;
+        QTest::newRow("double density, 5-pixel symbol") << qreal(2) << 5;
+        QTest::newRow("double density, one-pixel dot") << qreal(2) << 1;
+        QTest::newRow("one and a half") << qreal(1.5) << 5;
+    }
+
+    void sharpOnHighDpiScreens()
+    {
+        QFETCH(qreal, ratio);
+        QFETCH(int, dotSize);
+        // A screen's backing store: a pixmap of that many device pixels per logical pixel.
+        QPixmap screen(QSize(100, 100) * ratio);
+        screen.setDevicePixelRatio(ratio);
+        screen.fill(Qt::white);
+        VsdPointSet one;
+        one.append(50, 50);
+        VwvPointRasterizer::Style style;
+        style.size = dotSize;
+        VwvBasemapImageItem item;
+        item.setRenderer(std::make_shared<VwvBasemapRenderer>(one, QString(), VugColorScale::rainbow(), style));
+        QwtScaleMap x, y;
+        x.setScaleInterval(0, 100);
+        x.setPaintInterval(0, 100);
+        y.setScaleInterval(0, 100);
+        y.setPaintInterval(100, 0);
+        QPainter painter(&screen);
+        item.draw(&painter, x, y, QRectF(0, 0, 100, 100));
+        painter.end();
+        const QImage image = screen.toImage();
+        int marked = 0;
+        for (int j = 0; j < image.height(); ++j)
+            for (int i = 0; i < image.width(); ++i)
+                marked += image.pixel(i, j) != qRgb(255, 255, 255);
+        // The symbol keeps its logical size, in as many device pixels as the screen has; a
+        // dot stays one device pixel.
+        const double across = std::lround(dotSize * ratio);
+        const int expected = dotSize == 1 ? 1 : int(std::lround(M_PI * across * across / 4.0));
+        QVERIFY2(qAbs(marked - expected) <= expected / 4 + 1,
+                 qPrintable(QStringLiteral("%1 pixels marked, %2 expected").arg(marked).arg(expected)));
+        // Centred on the sample, in device pixels.
+        const QPoint centre(int(50 * ratio), int(50 * ratio));
+        QVERIFY(image.pixel(centre) != qRgb(255, 255, 255) || image.pixel(centre - QPoint(1, 1)) != qRgb(255, 255, 255));
+    }
+
     void pointPicksGoToTheSet()
     {
         VsdPointSet points;

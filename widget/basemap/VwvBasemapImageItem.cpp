@@ -55,20 +55,28 @@ struct Kept
 
 // A renderer that fails (out of memory for the image, a damaged dataset) leaves a null
 // image and says why; it may run on a worker thread, where nothing may escape.
-QImage renderImage(const VwvIBasemapRenderer& renderer, const QSize& size, const QwtScaleMap& xMap,
+QSize deviceSize(const QSize& size, qreal ratio)
+{
+    return QSize(int(std::ceil(size.width() * ratio)), int(std::ceil(size.height() * ratio)));
+}
+
+// The image is in device pixels (size times ratio) and says so, so that it is drawn back
+// at its logical size, sharp on a high-DPI screen.
+QImage renderImage(const VwvIBasemapRenderer& renderer, const QSize& size, qreal ratio, const QwtScaleMap& xMap,
                    const QwtScaleMap& yMap, const QPointF& origin, QString& error)
 {
     try {
-        QImage image(size, QImage::Format_ARGB32_Premultiplied);
+        QImage image(deviceSize(size, ratio), QImage::Format_ARGB32_Premultiplied);
         if (image.isNull())
             throw std::bad_alloc();
         image.fill(Qt::transparent);
         // The image starts at the canvas rectangle's corner, the maps at the canvas's.
         QwtScaleMap x = xMap;
         QwtScaleMap y = yMap;
-        x.setPaintInterval(xMap.p1() - origin.x(), xMap.p2() - origin.x());
-        y.setPaintInterval(yMap.p1() - origin.y(), yMap.p2() - origin.y());
-        renderer.render(image, x, y);
+        x.setPaintInterval((xMap.p1() - origin.x()) * ratio, (xMap.p2() - origin.x()) * ratio);
+        y.setPaintInterval((yMap.p1() - origin.y()) * ratio, (yMap.p2() - origin.y()) * ratio);
+        renderer.render(image, x, y, ratio);
+        image.setDevicePixelRatio(ratio);
         return image;
     } catch (...) {
         error = KbbDebug::describeCurrentException();
@@ -182,25 +190,30 @@ void VwvBasemapImageItem::draw(QPainter* painter, const QwtScaleMap& xMap, const
     if (!_d->renderer)
         return;
     const QSize size = canvasRect.toAlignedRect().size();
+    // Exports and small drawings are made on the spot, at full quality.
+    const QPaintDevice* paintDevice = painter->device();
+    const int device = paintDevice ? paintDevice->devType() : 0;
+    const bool onScreen = device == QInternal::Widget || device == QInternal::Pixmap;
+    // On screen, as many device pixels as the screen has, so that the image lands one to
+    // one on them; exports draw at 1.
+    const qreal screenRatio = onScreen ? paintDevice->devicePixelRatioF() : 1.0;
+    const qreal ratio = std::isfinite(screenRatio) ? qBound<qreal>(1.0, screenRatio, 8.0) : 1.0;
     if (size.isEmpty())
         return;
     const MapKey kx(xMap);
     const MapKey ky(yMap);
     Kept& kept = _d->kept;
     const bool fits = !kept.stale && kept.x == kx && kept.y == ky && kept.origin == canvasRect.topLeft()
-        && (kept.failed || kept.image.size() == size);
+        && (kept.failed || kept.image.size() == deviceSize(size, ratio));
     if (fits) {
         if (!kept.failed)
             painter->drawImage(canvasRect.topLeft(), kept.image);
         return;
     }
 
-    // Exports and small drawings are made on the spot, at full quality.
-    const int device = painter->device() ? painter->device()->devType() : 0;
-    const bool onScreen = device == QInternal::Widget || device == QInternal::Pixmap;
     if (!_d->asynchronous || !onScreen || _d->renderer->renderCost() < SYNCHRONOUS_COST) {
         QString error;
-        const QImage image = renderImage(*_d->renderer, size, xMap, yMap, canvasRect.topLeft(), error);
+        const QImage image = renderImage(*_d->renderer, size, ratio, xMap, yMap, canvasRect.topLeft(), error);
         if (!error.isEmpty())
             _d->report(*this, error);
         else
@@ -234,9 +247,9 @@ void VwvBasemapImageItem::draw(QPainter* painter, const QwtScaleMap& xMap, const
     const std::shared_ptr<const VwvIBasemapRenderer> renderer = _d->renderer;
     const QPointF origin = canvasRect.topLeft();
     const VwvBasemapImageItem* item = this;
-    QThreadPool::globalInstance()->start([shared, renderer, size, xMap, yMap, origin, generation, kx, ky, item] {
+    QThreadPool::globalInstance()->start([shared, renderer, size, ratio, xMap, yMap, origin, generation, kx, ky, item] {
         QString error;
-        QImage image = renderImage(*renderer, size, xMap, yMap, origin, error);
+        QImage image = renderImage(*renderer, size, ratio, xMap, yMap, origin, error);
         QMutexLocker lock(&shared->mutex);
         if (!shared->alive || generation != shared->latest)
             return;

@@ -1,5 +1,7 @@
 #include "VwvBasemapRenderer.h"
 
+#include <cmath>
+
 namespace {
 
 // A copy of the set selecting the ranks it holds. Only the selection is detached: the
@@ -59,8 +61,18 @@ QRectF VwvBasemapRenderer::boundingRect() const
 
 void VwvBasemapRenderer::render(QImage& image, const QwtScaleMap& xMap, const QwtScaleMap& yMap) const
 {
+    render(image, xMap, yMap, 1.0);
+}
+
+void VwvBasemapRenderer::render(QImage& image, const QwtScaleMap& xMap, const QwtScaleMap& yMap,
+                                qreal pixelRatio) const
+{
     VwvPointRasterizer rasterizer;
-    rasterizer.setStyle(_style);
+    VwvPointRasterizer::Style style = _style;
+    // Sizes are logical pixels; a one-pixel dot stays one device pixel, as fine as the screen.
+    if (style.size > 1 && pixelRatio > 1.0 && std::isfinite(pixelRatio))
+        style.size = int(std::lround(style.size * std::min(pixelRatio, 4.0)));
+    rasterizer.setStyle(style);
     rasterizer.setPoints(_points.x().constData(), _points.y().constData(), _points.size());
     if (_values.size() == _points.size() && !_values.isEmpty())
         rasterizer.setValues(_values.constData(), _scale);

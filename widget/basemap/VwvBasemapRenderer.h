@@ -23,6 +23,7 @@ public:
 
     QRectF boundingRect() const override;
     void render(QImage& image, const QwtScaleMap& xMap, const QwtScaleMap& yMap) const override;
+    void render(QImage& image, const QwtScaleMap& xMap, const QwtScaleMap& yMap, qreal pixelRatio) const override;
     qint64 renderCost() const override;
     int pointToRank(const QPointF& point, double tolerance) const override;
     KbiIntervalIntSmallDisjoint rectangleToRank(const QRectF& rect) const override;

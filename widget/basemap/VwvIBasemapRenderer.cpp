@@ -18,3 +18,8 @@ std::shared_ptr<const VwvIBasemapRenderer> VwvIBasemapRenderer::withSelection(co
 {
     return nullptr;
 }
+
+void VwvIBasemapRenderer::render(QImage& image, const QwtScaleMap& xMap, const QwtScaleMap& yMap, qreal) const
+{
+    render(image, xMap, yMap);
+}

@@ -24,6 +24,10 @@ public:
     // Draws into a transparent ARGB32_Premultiplied image through the maps (map to image
     // pixels). May run on a worker thread: it reads only its own data.
     virtual void render(QImage& image, const QwtScaleMap& xMap, const QwtScaleMap& yMap) const = 0;
+    // The same for a screen of pixelRatio device pixels per logical pixel: the image and
+    // the maps are in device pixels, and marks sized in logical pixels (points, symbols)
+    // grow by the ratio. By default, the drawing above.
+    virtual void render(QImage& image, const QwtScaleMap& xMap, const QwtScaleMap& yMap, qreal pixelRatio) const;
     // About how many marks a drawing makes: small drawings are done on the spot.
     virtual qint64 renderCost() const = 0;
 
