@@ -49,6 +49,14 @@ struct TextAcceptor : VwvIAcceptDrops
     }
 };
 
+// Shows the view at that size and waits for it; false when it is not shown.
+bool showAt(VwvBasemapView& view, const QSize& size)
+{
+    view.resize(size);
+    view.show();
+    return QTest::qWaitForWindowExposed(&view);
+}
+
 QList<double> zOrder(const VwvBasemapView& view)
 {
     QList<double> z;
@@ -139,9 +147,7 @@ private Q_SLOTS:
     {
         VugScene empty(2);
         VwvBasemapView view;
-        view.resize(400, 400);
-        view.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&view));
+        QVERIFY(showAt(view, QSize(400, 400)));
         view.setScene(&empty, _datasets.get());
         const QRectF before = view.getCurrentZoom();
         view.viewAll();
@@ -169,9 +175,7 @@ private Q_SLOTS:
         // A scene opened again comes back to its last zoom.
         const QRectF last = scene.getLastZoom();
         VwvBasemapView again;
-        again.resize(400, 400);
-        again.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&again));
+        QVERIFY(showAt(again, QSize(400, 400)));
         again.setScene(&scene, _datasets.get());
         QVERIFY(qAbs(again.getCurrentZoom().center().x() - last.center().x()) < 1e-6);
     }
@@ -237,9 +241,7 @@ private Q_SLOTS:
         QFETCH(QPointF, centre);
         QFETCH(QString, title);
         VwvBasemapView view;
-        view.resize(400, 300);
-        view.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&view));
+        QVERIFY(showAt(view, QSize(400, 300)));
         view.setCoordinateSystem(VuuCoordSystem::fromString(system));
         view.getPlot()->zoomer()->resetZoom(QRectF(centre - QPointF(500, 500), QSizeF(1000, 1000)));
         QVERIFY2(view.getPlot()->axisTitle(QwtPlot::yLeft).text().startsWith(title),
@@ -263,9 +265,7 @@ private Q_SLOTS:
         project->setCoordSystemText(QStringLiteral("EPSG:4326"));
         VugScene scene(1);
         VwvBasemapView view;
-        view.resize(400, 400);
-        view.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&view));
+        QVERIFY(showAt(view, QSize(400, 400)));
         view.setCoordinateSystem(VuuCoordSystem(QStringLiteral("EPSG:32631")));
         view.setProject(project.get());
         view.setScene(&scene, _datasets.get());
@@ -293,9 +293,7 @@ private Q_SLOTS:
         scene.appendItem(pointsItem(QStringLiteral("x")));                      // (0, 0) to (100, 50)
         scene.appendItem(pointsItem(QStringLiteral("y"), QStringLiteral("b"))); // (500, 500)
         VwvBasemapView view;
-        view.resize(400, 400);
-        view.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&view));
+        QVERIFY(showAt(view, QSize(400, 400)));
         view.setScene(&scene, _datasets.get());
         QSignalSpy current(&view, &VwvBasemapView::currentLayerChanged);
         scene.setSelectedItem(QStringLiteral("x"));
@@ -334,9 +332,7 @@ private Q_SLOTS:
         VugScene scene(1);
         scene.appendItem(pointsItem(QStringLiteral("x")));
         VwvBasemapView view;
-        view.resize(400, 400);
-        view.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&view));
+        QVERIFY(showAt(view, QSize(400, 400)));
         view.setScene(&scene, _datasets.get());
         const QRectF before = view.getCurrentZoom();
         QVERIFY(!view.getGpsPosition()->isVisible()); // hidden until a receiver is on
@@ -363,9 +359,7 @@ private Q_SLOTS:
         VugScene scene(1);
         scene.appendItem(pointsItem(QStringLiteral("p"), QStringLiteral("one")));
         VwvBasemapView view;
-        view.resize(601, 401);
-        view.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&view));
+        QVERIFY(showAt(view, QSize(601, 401)));
         view.setScene(&scene, _datasets.get());
 
         QCOMPARE(view.getPixmap(1.0).size(), QSize(601, 401));
@@ -399,9 +393,7 @@ private Q_SLOTS:
         VugScene scene(1);
         scene.appendItem(pointsItem(QStringLiteral("x")));
         VwvBasemapView view;
-        view.resize(300, 200);
-        view.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&view));
+        QVERIFY(showAt(view, QSize(300, 200)));
         view.setScene(&scene, _datasets.get());
 
         const QString svg = _dir.filePath(QStringLiteral("map.svg"));
@@ -428,9 +420,7 @@ private Q_SLOTS:
         VugScene scene(1);
         scene.appendItem(pointsItem(QStringLiteral("x")));
         VwvBasemapView view;
-        view.resize(400, 400);
-        view.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&view));
+        QVERIFY(showAt(view, QSize(400, 400)));
         view.setScene(&scene, _datasets.get());
         QVERIFY(!view.acceptDrops());
         TextAcceptor acceptor;
