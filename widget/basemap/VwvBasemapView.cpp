@@ -139,7 +139,11 @@ VwvBasemapView::VwvBasemapView(QWidget* parent)
     _updateAxes();
 }
 
-VwvBasemapView::~VwvBasemapView() = default;
+VwvBasemapView::~VwvBasemapView()
+{
+    // The layers hold items of the plot and draw on it: they go first.
+    delete _d->layers;
+}
 
 void VwvBasemapView::_createDecorations()
 {
