@@ -142,6 +142,16 @@ private Q_SLOTS:
         QVERIFY(!QFileInfo::exists(file));
         QVERIFY(QFileInfo::exists(QDir(DemoMapData::getInstance()->getDatasets()->getDirectory())
                                       .filePath(VugDatasetStore::fileName(QStringLiteral("samples")))));
+
+        // The tool bar's switch shows it, and takes it out for good.
+        auto* generated = map()->findChild<QAction*>(QStringLiteral("GENERATE_POINTS"));
+        QVERIFY(generated && generated->isChecked());
+        generated->trigger();
+        QCOMPARE(map()->getView()->getLayerCount(), 3);
+        QVERIFY(!DemoMapData::getInstance()->getDatasets()->contains(DemoMapData::LARGE_SET_KEY));
+        QVERIFY(reopen());
+        QCOMPARE(map()->getView()->getLayerCount(), 3);
+        QVERIFY(!map()->findChild<QAction*>(QStringLiteral("GENERATE_POINTS"))->isChecked());
     }
 
     void pointFilesDroppedOnTheMap_data()

@@ -258,6 +258,25 @@ bool DemoMapData::addLargePointSet(int sceneId, int count, QString* message)
     return true;
 }
 
+void DemoMapData::removeLargePointSet(int sceneId)
+{
+    VugScene* scene = getScene(sceneId);
+    if (!scene)
+        return;
+    scene->removeItem(scene->findRank(kLargeItem));
+    // Another map may still draw it.
+    for (const VugScene* other : qAsConst(_scenes))
+        if (other->findRank(kLargeItem) >= 0)
+            return;
+    _datasets->remove(LARGE_SET_KEY);
+}
+
+bool DemoMapData::hasLargePointSet(int sceneId)
+{
+    const VugScene* scene = getScene(sceneId);
+    return scene && scene->findRank(kLargeItem) >= 0;
+}
+
 bool DemoMapData::addPointFile(int sceneId, const QString& path, QString* message)
 {
     VugScene* scene = getScene(sceneId);

@@ -31,6 +31,9 @@ public:
     // Adds to the scene a point set of `count` samples over the field, coloured by its
     // thickness, or replaces the one added before. False with a message when it cannot.
     bool addLargePointSet(int sceneId, int count, QString* message);
+    // Takes the generated set out of the scene and the project again.
+    void removeLargePointSet(int sceneId);
+    bool hasLargePointSet(int sceneId);
 
     // Reads a point-set file (CSV or binary) into the project and adds it to the scene,
     // coloured by its first variable. False with a message naming the file when it cannot.

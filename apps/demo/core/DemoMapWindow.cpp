@@ -26,6 +26,7 @@
 #include <QLocale>
 #include <QMessageBox>
 #include <QMimeData>
+#include <QSignalBlocker>
 #include <QUrl>
 #include <QVBoxLayout>
 
@@ -69,13 +70,22 @@ DemoMapWindow::DemoMapWindow(VssProject* project, QWidget* parent)
     exportAction->setToolTip(tr("Save the map as a PNG or SVG file"));
     connect(exportAction, &QAction::triggered, this, [this] { exportImage(); });
     addToolbarAction(TOOLS_TOOLBAR, exportAction);
-    auto* generate = new QAction(VuaResourceProvider::getIcon(Vua::Resource::iconFileNew()),
-                                 tr("Generate %L1 points").arg(LARGE_SET_SIZE), this);
-    generate->setObjectName(QStringLiteral("GENERATE_POINTS"));
-    generate->setToolTip(tr("Add a generated set of %L1 points over the field, to try the map with large data")
-                             .arg(LARGE_SET_SIZE));
-    connect(generate, &QAction::triggered, this, [this] { addLargePointSet(); });
-    addToolbarAction(TOOLS_TOOLBAR, generate);
+    _generate = new QAction(VuaResourceProvider::getIcon(Vua::Resource::iconFileNew()),
+                            tr("Generated points (%L1)").arg(LARGE_SET_SIZE), this);
+    _generate->setObjectName(QStringLiteral("GENERATE_POINTS"));
+    _generate->setCheckable(true);
+    _generate->setToolTip(tr("Add a generated set of %L1 points over the field to try the map with large data, "
+                             "or take it out again")
+                              .arg(LARGE_SET_SIZE));
+    connect(_generate, &QAction::toggled, this, [this](bool on) {
+        if (!_scene)
+            return;
+        if (on)
+            addLargePointSet();
+        else
+            DemoMapData::getInstance()->removeLargePointSet(_scene->getId());
+    });
+    addToolbarAction(TOOLS_TOOLBAR, _generate);
 
     _view->setEnableDrops(true, this);
     connect(_view, &VwvBasemapView::trackerPositionChanged, this, &DemoMapWindow::_showTracker);
@@ -116,6 +126,8 @@ void DemoMapWindow::_release()
     _view->setScene(nullptr, nullptr);
     _overview->setScene(nullptr, nullptr);
     _items->clear();
+    const QSignalBlocker quiet(_generate);
+    _generate->setChecked(false);
 }
 
 void DemoMapWindow::_sceneChanged()
@@ -170,6 +182,10 @@ void DemoMapWindow::_fillItemList()
             _items->setCurrentItem(row);
     }
     _filling = false;
+    {
+        const QSignalBlocker quiet(_generate);
+        _generate->setChecked(_scene && DemoMapData::getInstance()->hasLargePointSet(_scene->getId()));
+    }
     const int count = _scene ? _scene->count() : 0;
     showStatusIndicator(count == 1 ? tr("1 item") : tr("%1 items").arg(count), 1);
 }

@@ -2,12 +2,13 @@
 // The demo's 2D display: the map of a scene with the view tools and the decoration
 // switches in its tool bars, and beside it the overview and the scene's items (tick to
 // show, select to make current). The status bar shows the mode and the position under the
-// mouse. "Generate points" adds a 10,000,000-point set to the scene on request; point
+// mouse. "Generated points" adds a 10,000,000-point set to the scene, or takes it out; point
 // files (CSV or binary) dropped on the map are added to it.
 
 #include <VwvIAcceptDrops.h>
 #include <VwwASceneWindow.h>
 
+class QAction;
 class QListWidget;
 class QListWidgetItem;
 class VugScene;
@@ -56,6 +57,7 @@ private:
     Vwv2DOverView* _overview = nullptr;
     VwvBasemapToolActionsView* _tools = nullptr;
     QListWidget* _items = nullptr;
+    QAction* _generate = nullptr;
     VugScene* _scene = nullptr;
     bool _filling = false;
 };
