@@ -19,6 +19,8 @@
 #include <QAction>
 #include <QHBoxLayout>
 #include <QToolBar>
+#include "MapTestData.h"
+
 #include <QtTest>
 #include <functional>
 #include <memory>
@@ -111,9 +113,9 @@ Q_DECLARE_METATYPE(std::function<void(Map&)>)
 class TestVwvBasemapToolActions : public QObject
 {
     Q_OBJECT
-    QTemporaryDir _dir;
-    std::unique_ptr<VssProject> _project;
-    std::unique_ptr<VugDatasetStore> _datasets;
+    MapTestData _data;
+    QTemporaryDir& _dir = _data.dir;
+    std::unique_ptr<VugDatasetStore>& _datasets = _data.datasets;
 
     std::unique_ptr<Map> makeMap()
     {
@@ -122,20 +124,6 @@ class TestVwvBasemapToolActions : public QObject
     }
 
 private Q_SLOTS:
-    void initTestCase()
-    {
-        VupPreferenceRegistry::getInstance()->setStorageFile(_dir.filePath(QStringLiteral("preferences.ini")));
-        _project = VssProject::create(_dir.filePath(QStringLiteral("p")), QStringLiteral("P"));
-        _datasets = std::make_unique<VugDatasetStore>(*_project);
-        VsdPointSet a;
-        a.append(0, 0);
-        a.append(100, 50);
-        VsdPointSet b;
-        b.append(500, 500);
-        QVERIFY(_datasets->setPointSet(QStringLiteral("a"), a));
-        QVERIFY(_datasets->setPointSet(QStringLiteral("b"), b));
-    }
-
     void modes_data()
     {
         QTest::addColumn<QString>("mode");

@@ -25,6 +25,8 @@
 #include <QAction>
 #include <QMimeData>
 #include <QPrinter>
+#include "MapTestData.h"
+
 #include <QtTest>
 #include <qwt_plot_grid.h>
 #include <qwt_scale_widget.h>
@@ -78,25 +80,11 @@ QStringList titles(const VwvBasemapView& view)
 class TestVwvBasemapView : public QObject
 {
     Q_OBJECT
-    QTemporaryDir _dir;
-    std::unique_ptr<VssProject> _project;
-    std::unique_ptr<VugDatasetStore> _datasets;
+    MapTestData _data;
+    QTemporaryDir& _dir = _data.dir;
+    std::unique_ptr<VugDatasetStore>& _datasets = _data.datasets;
 
 private Q_SLOTS:
-    void initTestCase()
-    {
-        VupPreferenceRegistry::getInstance()->setStorageFile(_dir.filePath(QStringLiteral("preferences.ini")));
-        _project = VssProject::create(_dir.filePath(QStringLiteral("p")), QStringLiteral("P"));
-        _datasets = std::make_unique<VugDatasetStore>(*_project);
-        VsdPointSet a;
-        a.append(0, 0);
-        a.append(100, 50);
-        VsdPointSet b;
-        b.append(500, 500);
-        QVERIFY(_datasets->setPointSet(QStringLiteral("a"), a));
-        QVERIFY(_datasets->setPointSet(QStringLiteral("b"), b));
-    }
-
     void layersFollowTheScene()
     {
         VugScene scene(1);
