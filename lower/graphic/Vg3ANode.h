@@ -1,0 +1,76 @@
+#pragma once
+// One drawable thing of a 3D scene: a name and the Inventor sub-graph that draws it. The
+// sub-graph root is made at construction (empty) and filled by rebuild(); views hold and
+// wrap getRoot() and never change what is under it. The vertical scale is applied inside the
+// sub-graph, so a view can exaggerate depths without touching the data. Inventor draws in
+// single precision, which at map coordinates (millions of metres) leaves half a metre of
+// resolution: nodes subtract the view's offset in double precision before they make floats,
+// and the vertical scale works about the offset too.
+
+#include <velmora_graphic_export.h>
+
+#include <KbgVector3D.h>
+#include <Vg3IPickable.h>
+
+#include <Inventor/SbBox3f.h>
+
+#include <QString>
+
+class SoScale;
+class SoSeparator;
+
+class VELMORA_GRAPHIC_EXPORT Vg3ANode : public Vg3IPickable
+{
+public:
+    explicit Vg3ANode(const QString& name);
+    ~Vg3ANode() override;
+
+    // The name the user sees.
+    const QString& getName() const { return _name; }
+    // The name as a valid Inventor identifier (letters, digits, '_'; never starting with a
+    // digit), used to name the sub-graph root and the nodes views wrap it in.
+    QString getInventorName() const;
+    // The same conversion for any name: invalid characters become '_', and a name that is
+    // empty or starts with a digit gets a leading '_'.
+    static QString toInventorName(const QString& name);
+
+    // Referenced by the node for its whole life.
+    SoSeparator* getRoot() const { return _root; }
+    // Empty until rebuild() has filled the sub-graph; in scene coordinates with the
+    // vertical scale applied.
+    SbBox3f getBoundingBox() const;
+
+    // Refills the sub-graph from the node's data; the root itself stays the same object.
+    void rebuild();
+    float getZScale() const { return _zScale; }
+    // Non-positive or non-finite scales are refused with a warning.
+    void setZScale(float zScale);
+
+    const KbgVector3D& getOffset() const { return _offset; }
+    // Rebuilds a built node when the offset changes; non-finite offsets are refused with a
+    // warning.
+    void setOffset(const KbgVector3D& offset);
+
+    bool isPickable() const override { return _pickable; }
+    void setPickable(bool pickable) override { _pickable = pickable; }
+
+protected:
+    // Adds the drawing under `parent`, which is inside the vertical scale.
+    virtual void _build(SoSeparator* parent) = 0;
+    // A data point in the sub-graph's single-precision coordinates.
+    SbVec3f _toLocal(double x, double y, double z) const
+    {
+        return SbVec3f(float(x - _offset.x()), float(y - _offset.y()), float(z - _offset.z()));
+    }
+
+private:
+    Vg3ANode(const Vg3ANode&) = delete;
+    Vg3ANode& operator=(const Vg3ANode&) = delete;
+    QString _name;
+    SoSeparator* _root = nullptr;
+    SoScale* _scale = nullptr;
+    SoSeparator* _content = nullptr;
+    KbgVector3D _offset;
+    float _zScale = 1.0f;
+    bool _pickable = true;
+};

@@ -1,0 +1,224 @@
+#include <Vg3Annotation.h>
+
+#include <Vg3OpenInventor.h>
+
+#include <Inventor/SoDB.h>
+#include <Inventor/actions/SoAction.h>
+#include <Inventor/elements/SoModelMatrixElement.h>
+#include <Inventor/elements/SoViewportRegionElement.h>
+#include <Inventor/misc/SoState.h>
+#include <Inventor/nodes/SoAnnotation.h>
+#include <Inventor/nodes/SoBaseColor.h>
+#include <Inventor/nodes/SoCallback.h>
+#include <Inventor/nodes/SoFont.h>
+#include <Inventor/nodes/SoLightModel.h>
+#include <Inventor/nodes/SoOrthographicCamera.h>
+#include <Inventor/nodes/SoSwitch.h>
+#include <Inventor/nodes/SoText2.h>
+
+namespace {
+
+// Pixels between the text and the window's edges.
+constexpr float MARGIN = 8.0f;
+
+} // namespace
+
+class Vg3AnnotationPrivate
+{
+public:
+    SoAnnotation* root = nullptr;
+    SoSwitch* visibility = nullptr;
+    SoBaseColor* color = nullptr;
+    SoFont* font = nullptr;
+    SoText2* text = nullptr;
+    QString string;
+    Vg3Annotation::AnnotationPosition position = Vg3Annotation::TOP_LEFT;
+    int size = 12;
+    QColor qcolor = Qt::white;
+    bool visible = true;
+
+    // The camera shows [-1, 1] both ways whatever the window's shape; the text's anchor is
+    // placed in pixels from the edge, which only the traversal knows.
+    static void placeText(void* data, SoAction* action)
+    {
+        auto d = static_cast<Vg3AnnotationPrivate*>(data);
+        SoState* state = action->getState();
+        if (!state || !state->isElementEnabled(SoModelMatrixElement::getClassStackIndex()) ||
+            !state->isElementEnabled(SoViewportRegionElement::getClassStackIndex()))
+            return;
+        const SbVec2s pixels = SoViewportRegionElement::get(state).getViewportSizePixels();
+        if (pixels[0] <= 0 || pixels[1] <= 0)
+            return;
+        const float sx = 2.0f / pixels[0];
+        const float sy = 2.0f / pixels[1];
+        const int lines = d->text->string.getNum();
+        const float lineHeight = float(d->size) * d->text->spacing.getValue();
+        float x = 0.0f;
+        switch (d->position) {
+        case Vg3Annotation::TOP_LEFT:
+        case Vg3Annotation::BOTTOM_LEFT:
+            x = -1.0f + MARGIN * sx;
+            break;
+        case Vg3Annotation::TOP_RIGHT:
+        case Vg3Annotation::BOTTOM_RIGHT:
+            x = 1.0f - MARGIN * sx;
+            break;
+        default:
+            break;
+        }
+        const bool top = d->position <= Vg3Annotation::TOP_RIGHT;
+        // The anchor is the first line's baseline; the lines go down from there.
+        const float y = top ? 1.0f - (MARGIN + float(d->size)) * sy
+                            : -1.0f + (MARGIN + 0.25f * float(d->size) + (lines - 1) * lineHeight) * sy;
+        SoModelMatrixElement::translateBy(state, d->root, SbVec3f(x, y, 0.0f));
+    }
+};
+
+Vg3Annotation::Vg3Annotation(AnnotationPosition position)
+    : _d(std::make_unique<Vg3AnnotationPrivate>())
+{
+    if (!SoDB::isInitialized())
+        Vg3OpenInventor::getInstance()->init();
+    _d->root = new SoAnnotation;
+    _d->root->ref();
+    _d->root->setName("annotation_root");
+    // The placement depends on the window's size, read while drawing: nothing is cached.
+    _d->root->renderCaching = SoSeparator::OFF;
+    _d->root->boundingBoxCaching = SoSeparator::OFF;
+    _d->visibility = new SoSwitch;
+    _d->root->addChild(_d->visibility);
+    auto group = new SoSeparator;
+    _d->visibility->addChild(group);
+
+    auto camera = new SoOrthographicCamera;
+    camera->viewportMapping = SoCamera::LEAVE_ALONE;
+    camera->position.setValue(0.0f, 0.0f, 5.0f);
+    camera->height = 2.0f;
+    camera->nearDistance = 1.0f;
+    camera->farDistance = 10.0f;
+    group->addChild(camera);
+    auto lightModel = new SoLightModel;
+    lightModel->model = SoLightModel::BASE_COLOR;
+    group->addChild(lightModel);
+    _d->color = new SoBaseColor;
+    group->addChild(_d->color);
+    _d->font = new SoFont;
+    group->addChild(_d->font);
+    auto place = new SoCallback;
+    place->setCallback(&Vg3AnnotationPrivate::placeText, _d.get());
+    group->addChild(place);
+    _d->text = new SoText2;
+    group->addChild(_d->text);
+
+    if (position < TOP_LEFT || position > BOTTOM_RIGHT)
+        qWarning("Vg3Annotation::Vg3Annotation: %d is not a position, TOP_LEFT is used", int(position));
+    else
+        _d->position = position;
+    _update();
+}
+
+Vg3Annotation::~Vg3Annotation()
+{
+    _d->root->unref();
+}
+
+SoSeparator* Vg3Annotation::getRoot() const
+{
+    return _d->root;
+}
+
+QString Vg3Annotation::getText() const
+{
+    return _d->string;
+}
+
+void Vg3Annotation::setText(const QString& text)
+{
+    _d->string = text;
+    _update();
+}
+
+Vg3Annotation::AnnotationPosition Vg3Annotation::getPosition() const
+{
+    return _d->position;
+}
+
+void Vg3Annotation::setPosition(AnnotationPosition position)
+{
+    if (position < TOP_LEFT || position > BOTTOM_RIGHT) {
+        qWarning("Vg3Annotation::setPosition: %d is not a position, the text stays where it is", int(position));
+        return;
+    }
+    _d->position = position;
+    _update();
+}
+
+int Vg3Annotation::getSize() const
+{
+    return _d->size;
+}
+
+void Vg3Annotation::setSize(int points)
+{
+    if (points < 1 || points > 200) {
+        qWarning("Vg3Annotation::setSize: %d is not a font size (1 to 200 points), %d is kept", points, _d->size);
+        return;
+    }
+    _d->size = points;
+    _update();
+}
+
+QColor Vg3Annotation::getColor() const
+{
+    return _d->qcolor;
+}
+
+void Vg3Annotation::setColor(const QColor& color)
+{
+    if (!color.isValid()) {
+        qWarning("Vg3Annotation::setColor: invalid colour, %s is kept", qPrintable(_d->qcolor.name()));
+        return;
+    }
+    _d->qcolor = color;
+    _update();
+}
+
+bool Vg3Annotation::isVisible() const
+{
+    return _d->visible;
+}
+
+void Vg3Annotation::setVisible(bool visible)
+{
+    _d->visible = visible;
+    _update();
+}
+
+bool Vg3Annotation::isShown() const
+{
+    return _d->visible && !_d->string.isEmpty();
+}
+
+void Vg3Annotation::_update()
+{
+    const QStringList lines = _d->string.split(QLatin1Char('\n'));
+    _d->text->string.setNum(lines.size());
+    for (int i = 0; i < lines.size(); ++i)
+        _d->text->string.set1Value(i, SbString(lines.at(i).toUtf8().constData()));
+    switch (_d->position) {
+    case TOP_LEFT:
+    case BOTTOM_LEFT:
+        _d->text->justification = SoText2::LEFT;
+        break;
+    case TOP_RIGHT:
+    case BOTTOM_RIGHT:
+        _d->text->justification = SoText2::RIGHT;
+        break;
+    default:
+        _d->text->justification = SoText2::CENTER;
+        break;
+    }
+    _d->font->size = float(_d->size);
+    _d->color->rgb.setValue(float(_d->qcolor.redF()), float(_d->qcolor.greenF()), float(_d->qcolor.blueF()));
+    _d->visibility->whichChild = isShown() ? 0 : SO_SWITCH_NONE;
+}

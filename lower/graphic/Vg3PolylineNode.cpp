@@ -1,0 +1,104 @@
+#include <Vg3PolylineNode.h>
+
+#include <VsdPolylineSet.h>
+#include <VugColorScale.h>
+#include <VupPreferencesGraphic.h>
+
+#include <Inventor/nodes/SoBaseColor.h>
+#include <Inventor/nodes/SoCoordinate3.h>
+#include <Inventor/nodes/SoDrawStyle.h>
+#include <Inventor/nodes/SoLightModel.h>
+#include <Inventor/nodes/SoLineSet.h>
+#include <Inventor/nodes/SoSeparator.h>
+
+#include <cmath>
+
+class Vg3PolylineNodePrivate
+{
+public:
+    VsdPolylineSet lines;
+    double z = 0.0;
+    QColor color = QColor(0xff, 0xff, 0xff);
+    float lineWidth = VupPreferencesGraphic::getLineWidth();
+};
+
+Vg3PolylineNode::Vg3PolylineNode(const QString& name)
+    : Vg3ANode(name)
+    , _d(std::make_unique<Vg3PolylineNodePrivate>())
+{
+}
+
+Vg3PolylineNode::~Vg3PolylineNode() = default;
+
+void Vg3PolylineNode::setData(const VsdPolylineSet& lines, double z)
+{
+    if (VugColorScale::isUndefinedValue(z)) {
+        qWarning("Vg3PolylineNode::setData: %g is not a depth for '%s', the lines are unchanged", z,
+                 qPrintable(getName()));
+        return;
+    }
+    _d->lines = lines;
+    _d->z = z;
+    rebuild();
+}
+
+QColor Vg3PolylineNode::getColor() const
+{
+    return _d->color;
+}
+
+void Vg3PolylineNode::setColor(const QColor& color)
+{
+    if (!color.isValid()) {
+        qWarning("Vg3PolylineNode::setColor: invalid colour, %s is kept", qPrintable(_d->color.name()));
+        return;
+    }
+    _d->color = color;
+    rebuild();
+}
+
+float Vg3PolylineNode::getLineWidth() const
+{
+    return _d->lineWidth;
+}
+
+void Vg3PolylineNode::setLineWidth(float width)
+{
+    if (!std::isfinite(width) || width <= 0.0f) {
+        qWarning("Vg3PolylineNode::setLineWidth: %g is not a positive width, %g is kept", double(width),
+                 double(_d->lineWidth));
+        return;
+    }
+    _d->lineWidth = width;
+    rebuild();
+}
+
+void Vg3PolylineNode::_build(SoSeparator* parent)
+{
+    const QVector<QPolygonF>& lines = _d->lines.polylines();
+    if (lines.isEmpty())
+        return;
+    QVector<SbVec3f> points;
+    QVector<int32_t> counts;
+    counts.reserve(lines.size());
+    for (const QPolygonF& line : lines) {
+        for (const QPointF& p : line)
+            points.append(_toLocal(p.x(), p.y(), _d->z));
+        counts.append(line.size());
+    }
+    auto lightModel = new SoLightModel;
+    lightModel->model = SoLightModel::BASE_COLOR;
+    parent->addChild(lightModel);
+    auto style = new SoDrawStyle;
+    style->lineWidth = _d->lineWidth;
+    parent->addChild(style);
+    auto color = new SoBaseColor;
+    color->rgb.setValue(float(_d->color.redF()), float(_d->color.greenF()), float(_d->color.blueF()));
+    parent->addChild(color);
+    auto coords = new SoCoordinate3;
+    coords->point.setValues(0, points.size(), points.constData());
+    parent->addChild(coords);
+    auto shape = new SoLineSet;
+    shape->numVertices.setValues(0, counts.size(), counts.constData());
+    parent->addChild(shape);
+}

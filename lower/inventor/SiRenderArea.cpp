@@ -1,0 +1,3 @@
+#include <SiRenderArea.h>
+
+SiRenderArea::~SiRenderArea() = default;

@@ -1,0 +1,234 @@
+// The graphic nodes and overlays as the user sees them on screen: a grid surface seen from
+// above shows the colour scale across the cells and the background through its holes; the
+// legend's bar sits in the corner it is aligned to, takes the same share of the window's
+// height whatever the window's shape, and shows the scale's colours from bottom to top; an
+// annotation lands in its place along the window's edge.
+
+#include <Vg3Annotation.h>
+#include <Vg3ColorLegend.h>
+#include <Vg3GridSurfaceNode.h>
+#include <Vg3OpenInventor.h>
+#include <VsdGrid.h>
+#include <VugColorScale.h>
+#include <VupPreferenceRegistry.h>
+
+#include <KbbGlobal.h>
+#include <KbbStringFormat.h>
+
+#include <Inventor/SbViewportRegion.h>
+#include <Inventor/SoOffscreenRenderer.h>
+#include <Inventor/nodes/SoLightModel.h>
+#include <Inventor/nodes/SoOrthographicCamera.h>
+#include <Inventor/nodes/SoSeparator.h>
+
+#include <QImage>
+#include <QTemporaryDir>
+#include <QtTest>
+
+namespace {
+
+// Renders on black; the image is in the usual top-down row order.
+QImage render(SoNode* root, int width, int height)
+{
+    SoOffscreenRenderer renderer{SbViewportRegion(short(width), short(height))};
+    renderer.setComponents(SoOffscreenRenderer::RGB);
+    renderer.setBackgroundColor(SbColor(0, 0, 0));
+    if (!renderer.render(root))
+        return QImage();
+    const unsigned char* buffer = renderer.getBuffer();
+    QImage image(width, height, QImage::Format_RGB32);
+    for (int row = 0; row < height; ++row)
+        for (int col = 0; col < width; ++col) {
+            const unsigned char* p = buffer + 3 * ((height - 1 - row) * width + col);
+            image.setPixel(col, row, qRgb(p[0], p[1], p[2]));
+        }
+    return image;
+}
+
+bool near(QRgb a, QRgb b, int tolerance)
+{
+    return qAbs(qRed(a) - qRed(b)) <= tolerance && qAbs(qGreen(a) - qGreen(b)) <= tolerance &&
+           qAbs(qBlue(a) - qBlue(b)) <= tolerance;
+}
+
+QString describe(QRgb a, QRgb b)
+{
+    return QStringLiteral("%1 instead of %2").arg(QColor(a).name(), QColor(b).name());
+}
+
+// The box of the pixels a predicate picks, in image coordinates.
+template <class F>
+QRect boxOf(const QImage& image, F pick)
+{
+    QRect box;
+    for (int row = 0; row < image.height(); ++row)
+        for (int col = 0; col < image.width(); ++col)
+            if (pick(image.pixel(col, row)))
+                box |= QRect(col, row, 1, 1);
+    return box;
+}
+
+bool saturated(QRgb c)
+{
+    return qMax(qMax(qRed(c), qGreen(c)), qBlue(c)) - qMin(qMin(qRed(c), qGreen(c)), qBlue(c)) > 120;
+}
+
+} // namespace
+
+class TestGlVg3Nodes : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        QVERIFY(_dir.isValid());
+        VupPreferenceRegistry::getInstance()->setStorageFile(_dir.filePath(QStringLiteral("preferences.ini")));
+        Vg3OpenInventor::getInstance()->init();
+    }
+
+    void gridSurfaceSeenFromAbove_data()
+    {
+        QTest::addColumn<QPointF>("at");
+        QTest::addColumn<QRgb>("expected");
+        // Grey levels follow x: the colour grid holds i at node (i, j), the scale spans 0 to 4.
+        const auto grey = [](double x) { return qRgb(qRound(x * 63.75), qRound(x * 63.75), qRound(x * 63.75)); };
+        QTest::newRow("west cell") << QPointF(0.5, 0.5) << grey(0.5);
+        QTest::newRow("middle") << QPointF(2.0, 2.0) << grey(2.0);
+        QTest::newRow("east cell") << QPointF(3.5, 0.5) << grey(3.5);
+        QTest::newRow("beside the hole") << QPointF(2.5, 3.5) << grey(2.5);
+        QTest::newRow("the hole") << QPointF(3.5, 3.5) << qRgb(0, 0, 0);
+    }
+    void gridSurfaceSeenFromAbove()
+    {
+        QFETCH(QPointF, at);
+        QFETCH(QRgb, expected);
+        VsdGrid depths(QPointF(0, 0), 1.0, 1.0, 5, 5);
+        depths.setValues(QVector<double>(25, 0.0));
+        depths.setValue(4, 4, KbbGlobal::D_FFFF);
+        VsdGrid codes(QPointF(0, 0), 1.0, 1.0, 5, 5);
+        for (int j = 0; j < 5; ++j)
+            for (int i = 0; i < 5; ++i)
+                codes.setValue(i, j, i);
+        VugColorScale scale = VugColorScale::grayscale();
+        scale.setRange(0, 4);
+        Vg3GridSurfaceNode node(QStringLiteral("horizon"));
+        node.setTransparency(0.0f);
+        node.setData(depths, codes, scale);
+
+        SoSeparator* scene = new SoSeparator;
+        scene->ref();
+        auto camera = new SoOrthographicCamera;
+        camera->position.setValue(2.0f, 2.0f, 10.0f);
+        camera->height = 4.0f;
+        camera->nearDistance = 1.0f;
+        camera->farDistance = 20.0f;
+        scene->addChild(camera);
+        // Unlit, the pixels show the colours themselves.
+        auto light = new SoLightModel;
+        light->model = SoLightModel::BASE_COLOR;
+        scene->addChild(light);
+        scene->addChild(node.getRoot());
+        const QImage image = render(scene, 200, 200);
+        scene->unref();
+        QVERIFY2(!image.isNull(), "offscreen rendering failed");
+        // 50 pixels per unit, y up.
+        const QRgb seen = image.pixel(qRound(at.x() * 50), 199 - qRound(at.y() * 50));
+        QVERIFY2(near(seen, expected, 4), qPrintable(describe(seen, expected)));
+    }
+
+    void legendBarInItsCorner_data()
+    {
+        QTest::addColumn<QSize>("size");
+        QTest::addColumn<int>("alignment");
+        QTest::newRow("square, lower right") << QSize(300, 300) << int(Vu::BOTTOM_RIGHT);
+        QTest::newRow("wide, lower right") << QSize(600, 300) << int(Vu::BOTTOM_RIGHT);
+        QTest::newRow("tall, upper left") << QSize(200, 400) << int(Vu::TOP_LEFT);
+        QTest::newRow("wide, upper right") << QSize(500, 250) << int(Vu::TOP_RIGHT);
+        QTest::newRow("square, lower left") << QSize(300, 300) << int(Vu::BOTTOM_LEFT);
+    }
+    void legendBarInItsCorner()
+    {
+        QFETCH(QSize, size);
+        QFETCH(int, alignment);
+        VugColorScale scale = VugColorScale::rainbow();
+        scale.setRange(0, 100);
+        Vg3ColorLegend legend(QColor(40, 40, 40), Qt::white, Vu::Position(alignment));
+        legend.setColorScale(scale, QStringLiteral("Porosity"), KbbStringFormat(), false);
+        const QImage image = render(legend.getRoot(), size.width(), size.height());
+        QVERIFY2(!image.isNull(), "offscreen rendering failed");
+
+        // The rainbow's colours are the only saturated ones in the picture.
+        const QRect bar = boxOf(image, saturated);
+        QVERIFY(!bar.isEmpty());
+        const int h = size.height();
+        QVERIFY2(qAbs(bar.height() - 0.4 * h) <= 3, qPrintable(QString::number(bar.height())));
+        QVERIFY(bar.width() >= 0.02 * h && bar.width() <= 0.05 * h);
+        // In the aligned corner, within a tenth of the height of both edges.
+        const int fromSide = (alignment & Vu::RIGHT) ? size.width() - 1 - bar.right() : bar.left();
+        const int fromEdge = (alignment & Vu::BOTTOM) ? h - 1 - bar.bottom() : bar.top();
+        QVERIFY2(fromSide >= 0 && fromSide <= 0.1 * h, qPrintable(QString::number(fromSide)));
+        QVERIFY2(fromEdge >= 0 && fromEdge <= 0.25 * h, qPrintable(QString::number(fromEdge)));
+
+        // Colours from the minimum at the bottom to the maximum at the top.
+        const int col = bar.center().x();
+        for (const double f : {0.1, 0.3, 0.5, 0.7, 0.9}) {
+            const int row = bar.bottom() - qRound(f * (bar.height() - 1));
+            const QRgb seen = image.pixel(col, row);
+            // Rasterising may shift the ramp by a pixel or so.
+            bool matches = false;
+            for (int shift = -2; shift <= 2 && !matches; ++shift)
+                matches = near(seen, scale.colorAt(100.0 * (f + double(shift) / bar.height())), 8);
+            QVERIFY2(matches, qPrintable(QString::number(f) + ": " + describe(seen, scale.colorAt(100.0 * f))));
+        }
+        // Hidden, nothing of it is drawn.
+        legend.setVisible(false);
+        const QImage hidden = render(legend.getRoot(), size.width(), size.height());
+        QVERIFY(boxOf(hidden, [](QRgb c) { return c != qRgb(0, 0, 0); }).isEmpty());
+    }
+
+    void annotationInItsPlace_data()
+    {
+        QTest::addColumn<int>("position");
+        QTest::addColumn<int>("third");
+        QTest::addColumn<bool>("top");
+        QTest::newRow("top left") << int(Vg3Annotation::TOP_LEFT) << 0 << true;
+        QTest::newRow("top center") << int(Vg3Annotation::TOP_CENTER) << 1 << true;
+        QTest::newRow("top right") << int(Vg3Annotation::TOP_RIGHT) << 2 << true;
+        QTest::newRow("bottom left") << int(Vg3Annotation::BOTTOM_LEFT) << 0 << false;
+        QTest::newRow("bottom center") << int(Vg3Annotation::BOTTOM_CENTER) << 1 << false;
+        QTest::newRow("bottom right") << int(Vg3Annotation::BOTTOM_RIGHT) << 2 << false;
+    }
+    void annotationInItsPlace()
+    {
+        QFETCH(int, position);
+        QFETCH(int, third);
+        QFETCH(bool, top);
+        Vg3Annotation annotation;
+        annotation.setText(QStringLiteral("Top\nreservoir"));
+        annotation.setColor(Qt::red);
+        annotation.setSize(16);
+        annotation.setPosition(Vg3Annotation::AnnotationPosition(position));
+        const QImage image = render(annotation.getRoot(), 480, 240);
+        QVERIFY2(!image.isNull(), "offscreen rendering failed");
+        const QRect text = boxOf(image, [](QRgb c) { return qRed(c) > 128 && qGreen(c) < 64; });
+        QVERIFY2(!text.isEmpty(), "no text drawn");
+        // Wholly inside the window, in the expected third across and half up.
+        QVERIFY(QRect(0, 0, 480, 240).contains(text));
+        QVERIFY2(text.left() >= third * 160 && text.right() < (third + 1) * 160,
+                 qPrintable(QStringLiteral("%1..%2").arg(text.left()).arg(text.right())));
+        QVERIFY(top ? text.bottom() < 120 : text.top() >= 120);
+        // Both lines are drawn: the text is taller than one line.
+        QVERIFY(text.height() > 20);
+
+        annotation.setText(QString());
+        const QImage empty = render(annotation.getRoot(), 480, 240);
+        QVERIFY(boxOf(empty, [](QRgb c) { return c != qRgb(0, 0, 0); }).isEmpty());
+    }
+
+private:
+    QTemporaryDir _dir;
+};
+
+QTEST_MAIN(TestGlVg3Nodes)
+#include "tst_gl_vg3nodes.moc"

@@ -1,0 +1,166 @@
+// The 3D-view and graphic preferences as their observers and readers see them: each
+// observer hears about its own group only, and stored values that make no sense give the
+// default with a warning naming the key.
+
+#include <VuPosition.h>
+#include <VupPreferenceRegistry.h>
+#include <VupPreferences3DViews.h>
+#include <VupPreferencesGraphic.h>
+
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QtTest>
+#include <functional>
+
+namespace {
+
+class Recorder : public VuoIObserver<VupPreferenceModif>
+{
+public:
+    void update(const VupPreferenceModif& modif) override { keys << modif.getGroup() + QLatin1Char('/') + modif.getKey(); }
+    void destroyed(const VuoAObservable<VupPreferenceModif>*) override {}
+    QStringList keys;
+};
+
+using Getter = std::function<QVariant()>;
+
+} // namespace
+
+Q_DECLARE_METATYPE(Getter)
+
+class TestPreferences3D : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        _dir = std::make_unique<QTemporaryDir>();
+        QVERIFY(_dir->isValid());
+        VupPreferenceRegistry::getInstance()->setStorageFile(_dir->filePath(QStringLiteral("preferences.ini")));
+    }
+
+    void observersHearTheirGroupOnly_data()
+    {
+        QTest::addColumn<QString>("group");
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<QStringList>("heard3D");
+        QTest::addColumn<QStringList>("heardGraphic");
+        QTest::newRow("a 3D-view key") << "3dviews" << "perspective" << QStringList{"3dviews/perspective"}
+                                       << QStringList();
+        QTest::newRow("a graphic key") << "graphic" << "pointSize" << QStringList() << QStringList{"graphic/pointSize"};
+        QTest::newRow("a map key") << "map" << "axesVisible" << QStringList() << QStringList();
+        QTest::newRow("a group whose name starts alike") << "3dviewsOld" << "perspective" << QStringList()
+                                                         << QStringList();
+    }
+    void observersHearTheirGroupOnly()
+    {
+        QFETCH(QString, group);
+        QFETCH(QString, key);
+        QFETCH(QStringList, heard3D);
+        QFETCH(QStringList, heardGraphic);
+        Recorder views, graphic;
+        VupPreferences3DViews::getInstance()->addObserver(&views);
+        VupPreferencesGraphic::getInstance()->addObserver(&graphic);
+        VupPreferenceRegistry::getInstance()->setValue(group, key, 3);
+        VupPreferences3DViews::getInstance()->removeObserver(&views);
+        VupPreferencesGraphic::getInstance()->removeObserver(&graphic);
+        QCOMPARE(views.keys, heard3D);
+        QCOMPARE(graphic.keys, heardGraphic);
+    }
+
+    void settersReachObserversOfTheirGroup()
+    {
+        Recorder views, graphic;
+        VupPreferences3DViews::getInstance()->addObserver(&views);
+        VupPreferencesGraphic::getInstance()->addObserver(&graphic);
+        VupPreferences3DViews::setValue(QStringLiteral("mouseWheelZoomDirection"), true);
+        VupPreferencesGraphic::setValue(QStringLiteral("zScale"), 2.5);
+        VupPreferenceRegistry::getInstance()->remove(VupPreferences3DViews::GROUP,
+                                                     QStringLiteral("mouseWheelZoomDirection"));
+        VupPreferences3DViews::getInstance()->removeObserver(&views);
+        VupPreferencesGraphic::getInstance()->removeObserver(&graphic);
+        QCOMPARE(views.keys, (QStringList{"3dviews/mouseWheelZoomDirection", "3dviews/mouseWheelZoomDirection"}));
+        QCOMPARE(graphic.keys, QStringList{"graphic/zScale"});
+        // A removed observer hears nothing more.
+        VupPreferences3DViews::setValue(QStringLiteral("perspective"), false);
+        QCOMPARE(views.keys.size(), 2);
+    }
+
+    void storedValuesAreReadOrDefaulted_data()
+    {
+        QTest::addColumn<QString>("group");
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<QVariant>("stored");
+        QTest::addColumn<Getter>("getter");
+        QTest::addColumn<QVariant>("expected");
+        QTest::addColumn<bool>("warns");
+
+        const Getter wheel = [] { return QVariant(VupPreferences3DViews::getMouseWheelZoomDirection()); };
+        const Getter background = [] { return QVariant(VupPreferences3DViews::getBackgroundColor().name()); };
+        const Getter alignment = [] { return QVariant(VupPreferences3DViews::getLegendAlignment()); };
+        const Getter seek = [] { return QVariant(VupPreferences3DViews::getSeekDuration()); };
+        const Getter perspective = [] { return QVariant(VupPreferences3DViews::isPerspective()); };
+        const Getter pointSize = [] { return QVariant(double(VupPreferencesGraphic::getPointSize())); };
+        const Getter lineWidth = [] { return QVariant(double(VupPreferencesGraphic::getLineWidth())); };
+        const Getter zScale = [] { return QVariant(double(VupPreferencesGraphic::getZScale())); };
+        const Getter zAuto = [] { return QVariant(VupPreferencesGraphic::isZScaleAutomatic()); };
+        const Getter transparency = [] { return QVariant(double(VupPreferencesGraphic::getSurfaceTransparency())); };
+        const Getter colorScale = [] { return QVariant(VupPreferencesGraphic::getColorScale()); };
+        const QString v = QStringLiteral("3dviews");
+        const QString g = QStringLiteral("graphic");
+
+        QTest::newRow("wheel inverted") << v << "mouseWheelZoomDirection" << QVariant("true") << wheel << QVariant(true) << false;
+        QTest::newRow("wheel not a switch") << v << "mouseWheelZoomDirection" << QVariant("sideways") << wheel << QVariant(false) << true;
+        QTest::newRow("background by name") << v << "backgroundColor" << QVariant("#102030") << background << QVariant("#102030") << false;
+        QTest::newRow("background not a colour") << v << "backgroundColor" << QVariant("dusk") << background << QVariant("#1e2329") << true;
+        QTest::newRow("legend top left") << v << "legendAlignment" << QVariant(Vu::TOP | Vu::LEFT) << alignment << QVariant(33) << false;
+        QTest::newRow("legend left and right") << v << "legendAlignment" << QVariant(Vu::LEFT | Vu::RIGHT | Vu::TOP) << alignment << QVariant(12) << true;
+        QTest::newRow("legend without vertical flag") << v << "legendAlignment" << QVariant(int(Vu::RIGHT)) << alignment << QVariant(12) << true;
+        QTest::newRow("legend unknown bit") << v << "legendAlignment" << QVariant(0x4c) << alignment << QVariant(12) << true;
+        QTest::newRow("seek of two seconds") << v << "seekDuration" << QVariant("2") << seek << QVariant(2.0) << false;
+        QTest::newRow("seek negative") << v << "seekDuration" << QVariant("-1") << seek << QVariant(0.5) << true;
+        QTest::newRow("orthographic") << v << "perspective" << QVariant("false") << perspective << QVariant(false) << false;
+        QTest::newRow("point size") << g << "pointSize" << QVariant("7") << pointSize << QVariant(7.0) << false;
+        QTest::newRow("point size zero") << g << "pointSize" << QVariant("0") << pointSize << QVariant(4.0) << true;
+        QTest::newRow("point size not a number") << g << "pointSize" << QVariant("large") << pointSize << QVariant(4.0) << true;
+        QTest::newRow("line width negative") << g << "lineWidth" << QVariant("-2") << lineWidth << QVariant(2.0) << true;
+        QTest::newRow("z scale zero") << g << "zScale" << QVariant("0") << zScale << QVariant(1.0) << true;
+        QTest::newRow("z scale nan") << g << "zScale" << QVariant("nan") << zScale << QVariant(1.0) << true;
+        QTest::newRow("z scale automatic") << g << "zScaleAutomatic" << QVariant("1") << zAuto << QVariant(true) << false;
+        QTest::newRow("transparency half") << g << "surfaceTransparency" << QVariant("0.5") << transparency << QVariant(0.5) << false;
+        QTest::newRow("transparency above one") << g << "surfaceTransparency" << QVariant("1.5") << transparency << QVariant(0.0) << true;
+        QTest::newRow("colour scale named") << g << "colorScale" << QVariant("viridis") << colorScale << QVariant("viridis") << false;
+        QTest::newRow("colour scale blank") << g << "colorScale" << QVariant("  ") << colorScale << QVariant("rainbow") << true;
+    }
+    void storedValuesAreReadOrDefaulted()
+    {
+        QFETCH(QString, group);
+        QFETCH(QString, key);
+        QFETCH(QVariant, stored);
+        QFETCH(Getter, getter);
+        QFETCH(QVariant, expected);
+        QFETCH(bool, warns);
+        VupPreferenceRegistry::getInstance()->setValue(group, key, stored);
+        if (warns)
+            QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QRegularExpression::escape(group + QLatin1Char('/') + key)));
+        QCOMPARE(getter(), expected);
+    }
+
+    void defaultsWhileNothingIsStored()
+    {
+        QCOMPARE(VupPreferences3DViews::getMouseWheelZoomDirection(), false);
+        QCOMPARE(VupPreferences3DViews::getLegendAlignment(), int(Vu::RIGHT | Vu::BOTTOM));
+        QVERIFY(VupPreferences3DViews::isPerspective());
+        QVERIFY(VupPreferences3DViews::getBackgroundColor().lightness() < 64);
+        QVERIFY(VupPreferences3DViews::getForegroundColor().lightness() > 192);
+        QCOMPARE(VupPreferencesGraphic::getPointSize(), 4.0f);
+        QCOMPARE(VupPreferencesGraphic::getColorScale(), QStringLiteral("rainbow"));
+    }
+
+private:
+    std::unique_ptr<QTemporaryDir> _dir;
+};
+
+QTEST_GUILESS_MAIN(TestPreferences3D)
+#include "tst_preferences3d.moc"
