@@ -225,6 +225,40 @@ private Q_SLOTS:
         }
     }
 
+    // Samples 10 cm apart at UTM northings: floats alone would draw them on one spot.
+    void offsetKeepsMapCoordinatesApart_data()
+    {
+        QTest::addColumn<bool>("built");
+        QTest::newRow("offset set before the data") << false;
+        QTest::newRow("offset set on a built node") << true;
+    }
+    void offsetKeepsMapCoordinatesApart()
+    {
+        QFETCH(bool, built);
+        VsdPointSet set;
+        set.append(431000.0, 6541000.0, -1200.0);
+        set.append(431000.1, 6541000.1, -1200.1);
+        Vg3PointSetNode points(QStringLiteral("points"));
+        const KbgVector3D offset(431000.0, 6541000.0, -1200.0);
+        if (!built)
+            points.setOffset(offset);
+        points.setData(set, QString(), VugColorScale());
+        if (built)
+            points.setOffset(offset);
+        points.setZScale(10.0f);
+        const Drawn d = draw(points.getRoot());
+        QCOMPARE(d.points.size(), 2);
+        const SbVec3f step = d.points.at(1) - d.points.at(0);
+        QVERIFY2(qAbs(step[0] - 0.1f) < 1e-3f && qAbs(step[1] - 0.1f) < 1e-3f, "the samples run together");
+        // The vertical scale works about the offset, so the first sample stays at 0.
+        QVERIFY(qAbs(d.points.at(0)[2]) < 1e-3f);
+        QVERIFY(qAbs(step[2] + 1.0f) < 1e-2f);
+
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("Vg3ANode::setOffset: .* must be finite"));
+        points.setOffset(KbgVector3D(qInf(), 0, 0));
+        QCOMPARE(points.getOffset(), offset);
+    }
+
     void pointColoursFollowTheScale_data()
     {
         QTest::addColumn<QVector<double>>("values");
