@@ -1,0 +1,160 @@
+#include <Vw3OffscreenRenderer.h>
+
+#include <Vg3OpenInventor.h>
+
+#include <Inventor/nodes/SoBaseColor.h>
+#include <Inventor/nodes/SoCoordinate3.h>
+#include <Inventor/nodes/SoFaceSet.h>
+#include <Inventor/nodes/SoLightModel.h>
+#include <Inventor/nodes/SoOrthographicCamera.h>
+#include <Inventor/nodes/SoSeparator.h>
+
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <vector>
+
+namespace {
+
+// A unit quad at [x0, x1] x [y0, y1] in the z = 0 plane.
+void addQuad(SoSeparator* root, float x0, float y0, float x1, float y1, const SbColor& color)
+{
+    auto part = new SoSeparator;
+    auto base = new SoBaseColor;
+    base->rgb.setValue(color);
+    auto coords = new SoCoordinate3;
+    const SbVec3f corners[4] = {{x0, y0, 0}, {x1, y0, 0}, {x1, y1, 0}, {x0, y1, 0}};
+    coords->point.setValues(0, 4, corners);
+    part->addChild(base);
+    part->addChild(coords);
+    part->addChild(new SoFaceSet);
+    root->addChild(part);
+}
+
+// Red above y = 0, blue below, seen from +z by an orthographic camera 2 units high.
+SoSeparator* redTopBlueBottom()
+{
+    auto root = new SoSeparator;
+    auto camera = new SoOrthographicCamera;
+    camera->position.setValue(0, 0, 5);
+    camera->height = 2.0f;
+    auto light = new SoLightModel;
+    light->model = SoLightModel::BASE_COLOR;
+    root->addChild(camera);
+    root->addChild(light);
+    addQuad(root, -10, 0, 10, 10, SbColor(1, 0, 0));
+    addQuad(root, -10, -10, 10, 0, SbColor(0, 0, 1));
+    return root;
+}
+
+bool near(QRgb actual, QRgb expected, int tolerance = 8)
+{
+    return qAbs(qRed(actual) - qRed(expected)) <= tolerance && qAbs(qGreen(actual) - qGreen(expected)) <= tolerance
+           && qAbs(qBlue(actual) - qBlue(expected)) <= tolerance;
+}
+
+// A bottom-up buffer of width x height pixels with the colour of each row given.
+std::vector<unsigned char> rowsBuffer(int width, const QList<QRgb>& rowsBottomUp, int components)
+{
+    std::vector<unsigned char> buffer;
+    for (QRgb color : rowsBottomUp)
+        for (int x = 0; x < width; ++x) {
+            buffer.push_back(uchar(qRed(color)));
+            buffer.push_back(uchar(qGreen(color)));
+            buffer.push_back(uchar(qBlue(color)));
+            if (components == 4)
+                buffer.push_back(uchar(x % 2 ? 0 : 128)); // alpha that must not show
+            if (components == 2)
+                buffer.pop_back();
+        }
+    return buffer;
+}
+
+} // namespace
+
+class TestVw3OffscreenRenderer : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { Vg3OpenInventor::getInstance()->init(); }
+
+    void renderedSceneIsUpright()
+    {
+        SoSeparator* scene = redTopBlueBottom();
+        scene->ref();
+        Vw3OffscreenRenderer renderer(64, 48);
+        renderer.setSceneGraph(scene);
+        const QImage image = renderer.getImage();
+        scene->unref();
+        QCOMPARE(image.size(), QSize(64, 48));
+        QVERIFY(near(image.pixel(32, 5), qRgb(255, 0, 0)));
+        QVERIFY(near(image.pixel(32, 42), qRgb(0, 0, 255)));
+        QCOMPARE(qAlpha(image.pixel(0, 0)), 255);
+    }
+
+    void savedFileReadsBack()
+    {
+        QTemporaryDir dir;
+        SoSeparator* scene = redTopBlueBottom();
+        scene->ref();
+        Vw3OffscreenRenderer renderer(40, 30);
+        renderer.setSceneGraph(scene);
+        scene->unref();
+        const QString path = dir.filePath(QStringLiteral("scene.png"));
+        QVERIFY(renderer.saveToFile(path));
+        QImage read(path);
+        QCOMPARE(read.size(), QSize(40, 30));
+        QVERIFY(near(read.pixel(20, 2), qRgb(255, 0, 0)));
+        QVERIFY(near(read.pixel(20, 27), qRgb(0, 0, 255)));
+
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("Vw3OffscreenRenderer::saveToFile: cannot write .*"));
+        QVERIFY(!renderer.saveToFile(dir.filePath(QStringLiteral("no/such/folder/scene.png"))));
+    }
+
+    void bufferConversion_data()
+    {
+        QTest::addColumn<int>("components");
+        QTest::addColumn<bool>("logged");
+        QTest::newRow("RGB") << 3 << false;
+        QTest::newRow("RGBA, alpha dropped") << 4 << false;
+        QTest::newRow("two components are read as RGB") << 2 << true;
+    }
+
+    void bufferConversion()
+    {
+        QFETCH(int, components);
+        QFETCH(bool, logged);
+        const int width = 3;
+        // Bottom row first: green, then white, then red at the top.
+        const QList<QRgb> rows = {qRgb(0, 200, 0), qRgb(255, 255, 255), qRgb(200, 0, 0)};
+        // A two-component buffer is laid out as three components, as it is then read.
+        const std::vector<unsigned char> buffer = rowsBuffer(width, rows, components == 2 ? 3 : components);
+        if (logged)
+            QTest::ignoreMessage(QtWarningMsg, "Wrong offscreen renderer number components");
+        const QImage image = Vw3OffscreenRenderer::bufferToImage(buffer.data(), int(buffer.size()), components,
+                                                                 width, rows.size());
+        QCOMPARE(image.size(), QSize(width, 3));
+        for (int x = 0; x < width; ++x) {
+            QCOMPARE(image.pixel(x, 0), qRgb(200, 0, 0));
+            QCOMPARE(image.pixel(x, 1), qRgb(255, 255, 255));
+            QCOMPARE(image.pixel(x, 2), qRgb(0, 200, 0));
+        }
+    }
+
+    void shortBufferStopsAtItsEnd()
+    {
+        // Four pixels' worth for a 3 x 2 image: the bottom row and one pixel of the top.
+        const std::vector<unsigned char> buffer = {255, 0, 0, 255, 0, 0, 255, 0, 0, 0, 255, 0};
+        const QImage image = Vw3OffscreenRenderer::bufferToImage(buffer.data(), int(buffer.size()), 3, 3, 2);
+        QCOMPARE(image.pixel(2, 1), qRgb(255, 0, 0));
+        QCOMPARE(image.pixel(0, 0), qRgb(0, 255, 0));
+        QCOMPARE(image.pixel(1, 0), qRgb(0, 0, 0));
+        const QImage empty = Vw3OffscreenRenderer::bufferToImage(buffer.data(), 0, 3, 3, 2);
+        QCOMPARE(empty.pixel(0, 0), qRgb(0, 0, 0));
+    }
+};
+
+QTEST_MAIN(TestVw3OffscreenRenderer)
+#include "tst_gl_vw3offscreenrenderer.moc"

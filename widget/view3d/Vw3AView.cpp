@@ -1,0 +1,1517 @@
+#include "Vw3AView.h"
+
+#include "Vw3IContextMenuCallback.h"
+#include "Vw3Legend_p.h"
+#include "Vw3OivViewer.h"
+#include "Vw3RenderAreaQWindow.h"
+#include "Vw3SeekInfo.h"
+
+#include <KbbDebug.h>
+#include <KbeError.h>
+#include <KbgFence.h>
+#include <KbgPlane.h>
+#include <KbgRotation.h>
+#include <SoCameraInteractor.h>
+#include <Vg3ANode.h>
+#include <Vg3ATool.h>
+#include <Vg3Axes.h>
+#include <Vg3Compass.h>
+#include <Vg3Gnomon.h>
+#include <Vg3OpenInventor.h>
+#include <Vg3SceneInteractor.h>
+#include <Vg3SectionModel.h>
+#include <VgpIPickHandler.h>
+#include <VssProjectCollection.h>
+#include <VuaResourceProvider.h>
+#include <VugColorScale.h>
+#include <VugSectionDefinition.h>
+#include <VupPreferences3DViews.h>
+#include <VupPreferencesGraphic.h>
+#include <VwvIAcceptDrops.h>
+
+#include <Inventor/SoOutput.h>
+#include <Inventor/actions/SoGLRenderAction.h>
+#include <Inventor/actions/SoGetBoundingBoxAction.h>
+#include <Inventor/actions/SoWriteAction.h>
+#include <Inventor/events/SoKeyboardEvent.h>
+#include <Inventor/nodes/SoCallback.h>
+#include <Inventor/nodes/SoCamera.h>
+#include <Inventor/nodes/SoEventCallback.h>
+#include <Inventor/nodes/SoGroup.h>
+#include <Inventor/nodes/SoPickStyle.h>
+#include <Inventor/nodes/SoSeparator.h>
+#include <Inventor/nodes/SoSwitch.h>
+#include <Inventor/SoPickedPoint.h>
+
+#include <QAction>
+#include <QActionGroup>
+#include <QApplication>
+#include <QClipboard>
+#include <QDragEnterEvent>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QMenu>
+#include <QMimeData>
+#include <QPointer>
+#include <QSaveFile>
+#include <QSettings>
+#include <QToolBar>
+#include <QVBoxLayout>
+#include <QVector>
+#include <cmath>
+#include <cstdlib>
+
+namespace {
+
+struct ActionText
+{
+    const char* text;
+    const char* toolTip;
+    bool checkable;
+};
+
+// In the order of Vw3AView::Action.
+const ActionText kActionTexts[Vw3AView::ACTION_COUNT] = {
+    {QT_TRANSLATE_NOOP("Vw3AView", "View all"), QT_TRANSLATE_NOOP("Vw3AView", "View all (Home)"), false},
+    {QT_TRANSLATE_NOOP("Vw3AView", "View from top (U)"), nullptr, false},
+    {QT_TRANSLATE_NOOP("Vw3AView", "View from bottom (D)"), nullptr, false},
+    {QT_TRANSLATE_NOOP("Vw3AView", "View from east (E)"), nullptr, false},
+    {QT_TRANSLATE_NOOP("Vw3AView", "View from west (W)"), nullptr, false},
+    {QT_TRANSLATE_NOOP("Vw3AView", "View from north (N)"), nullptr, false},
+    {QT_TRANSLATE_NOOP("Vw3AView", "View from south (S)"), nullptr, false},
+    {QT_TRANSLATE_NOOP("Vw3AView", "Perspective / Orthographic Projection"),
+     QT_TRANSLATE_NOOP("Vw3AView", "Perspective / Orthographic Projection (P / O)"), false},
+    {QT_TRANSLATE_NOOP("Vw3AView", "Fullscreen"),
+     QT_TRANSLATE_NOOP("Vw3AView", "Toggle between windowed and fullscreen modes"), true},
+    {QT_TRANSLATE_NOOP("Vw3AView", "View from section"), QT_TRANSLATE_NOOP("Vw3AView", "View from section (L)"),
+     false},
+    {QT_TRANSLATE_NOOP("Vw3AView", "Invert colors"), nullptr, true},
+    {QT_TRANSLATE_NOOP("Vw3AView", "Show axes"), nullptr, true},
+    {QT_TRANSLATE_NOOP("Vw3AView", "Show axes grid"), nullptr, true},
+    {QT_TRANSLATE_NOOP("Vw3AView", "Show gnomon"), nullptr, true},
+    {QT_TRANSLATE_NOOP("Vw3AView", "Show compass"), nullptr, true},
+    {QT_TRANSLATE_NOOP("Vw3AView", "Save scene as an IV file"), nullptr, false},
+    {QT_TRANSLATE_NOOP("Vw3AView", "Section"), nullptr, false},
+    {QT_TRANSLATE_NOOP("Vw3AView", "Send to report."), QT_TRANSLATE_NOOP("Vw3AView", "Send 3D view to report"),
+     false},
+    {QT_TRANSLATE_NOOP("Vw3AView", "Copy to clipboard"), nullptr, false},
+    {QT_TRANSLATE_NOOP("Vw3AView", "Save as image"), QT_TRANSLATE_NOOP("Vw3AView", "Save the scene into an image file"),
+     false},
+    {QT_TRANSLATE_NOOP("Vw3AView", "Show/hide colormap legend"),
+     QT_TRANSLATE_NOOP("Vw3AView", "Show/hide colormap legend..."), true},
+    {QT_TRANSLATE_NOOP("Vw3AView", "Edit colormap legend"), QT_TRANSLATE_NOOP("Vw3AView", "Edit colormap legend..."),
+     false},
+    {QT_TRANSLATE_NOOP("Vw3AView", "Show fence path"), nullptr, true},
+    {QT_TRANSLATE_NOOP("Vw3AView", "Section properties"), nullptr, true},
+    {QT_TRANSLATE_NOOP("Vw3AView", "Knife mode"), QT_TRANSLATE_NOOP("Vw3AView", "Knife mode (C)"), true},
+    {QT_TRANSLATE_NOOP("Vw3AView", "Fence mode"), nullptr, true},
+    {QT_TRANSLATE_NOOP("Vw3AView", "Set the plane from points"),
+     QT_TRANSLATE_NOOP("Vw3AView", "Set the plane from points."), true},
+    {QT_TRANSLATE_NOOP("Vw3AView", "Add fence points"), QT_TRANSLATE_NOOP("Vw3AView", "Add fence points."), true},
+    {QT_TRANSLATE_NOOP("Vw3AView", "Set points from picking"),
+     QT_TRANSLATE_NOOP("Vw3AView", "Set points from picking."), true},
+};
+
+// The icons of the actions that have one; theme names only where they mean exactly that.
+Vua::Resource::IconId actionIcon(Vw3AView::Action action)
+{
+    using Vua::Resource::IconId;
+    switch (action) {
+    case Vw3AView::VIEW_ALL: return Vua::Resource::iconZoomViewAll();
+    case Vw3AView::VIEW_TOP: return IconId(QStringLiteral("view3d-top"), QString());
+    case Vw3AView::VIEW_BOTTOM: return IconId(QStringLiteral("view3d-bottom"), QString());
+    case Vw3AView::VIEW_EAST: return IconId(QStringLiteral("view3d-east"), QString());
+    case Vw3AView::VIEW_WEST: return IconId(QStringLiteral("view3d-west"), QString());
+    case Vw3AView::VIEW_NORTH: return IconId(QStringLiteral("view3d-north"), QString());
+    case Vw3AView::VIEW_SOUTH: return IconId(QStringLiteral("view3d-south"), QString());
+    case Vw3AView::PROJECTION: return IconId(QStringLiteral("view3d-projection"), QString());
+    case Vw3AView::FULLSCREEN: return IconId(QStringLiteral("view3d-fullscreen"), QStringLiteral("view-fullscreen"));
+    case Vw3AView::AXES: return Vua::Resource::iconViewerAxes();
+    case Vw3AView::AXES_GRID: return Vua::Resource::iconViewerGrid();
+    case Vw3AView::COMPASS: return Vua::Resource::iconViewerCompass();
+    case Vw3AView::SECTION: return Vua::Resource::iconSection();
+    case Vw3AView::REPORT: return Vua::Resource::iconReporter();
+    case Vw3AView::IMAGE: return Vua::Resource::iconExport();
+    case Vw3AView::SAVE_IV_FILE: return Vua::Resource::iconSave();
+    case Vw3AView::CLIPBOARD: return IconId(QStringLiteral("view3d-clipboard"), QStringLiteral("edit-copy"));
+    case Vw3AView::LEGEND: return IconId(QStringLiteral("view3d-legend"), QString());
+    case Vw3AView::GNOMON: return IconId(QStringLiteral("view3d-gnomon"), QString());
+    case Vw3AView::INVERT_COLORS: return IconId(QStringLiteral("view3d-invert"), QString());
+    default: return IconId();
+    }
+}
+
+const char* const kModeTexts[Vw3AView::MODE_COUNT] = {
+    QT_TRANSLATE_NOOP("Vw3AView", "Viewing mode"),
+    QT_TRANSLATE_NOOP("Vw3AView", "Picking mode"),
+    QT_TRANSLATE_NOOP("Vw3AView", "Seek mode"),
+    QT_TRANSLATE_NOOP("Vw3AView", "Ruler mode"),
+    nullptr,
+    nullptr,
+    nullptr,
+    nullptr,
+    nullptr,
+};
+
+SbVec3f toSb(const KbgVector3D& v) { return SbVec3f(float(v.x()), float(v.y()), float(v.z())); }
+
+QString colorName(const QColor& c) { return c.name(QColor::HexRgb); }
+
+QColor inverted(const QColor& c) { return QColor(255 - c.red(), 255 - c.green(), 255 - c.blue()); }
+
+} // namespace
+
+class Vw3AViewPrivate
+{
+public:
+    Vw3OivViewer* viewer = nullptr;
+    SoSeparator* root = nullptr;
+    SoEventCallback* shortcuts = nullptr;
+    SoSeparator* inventorSlots = nullptr;
+    SoSeparator* bboxCaching = nullptr;
+    SoCallback* traversalCallback = nullptr;
+    SoSeparator* sceneRoot = nullptr;
+    SoSeparator* toolsRoot = nullptr;
+    SoSeparator* decorations = nullptr;
+    QMap<Vg3ANode*, SoSwitch*> nodes;
+    QMap<Vg3ATool*, SoSwitch*> tools;
+
+    std::unique_ptr<Vg3SectionModel> sectionModel;
+    QVector<VgpIPickHandler*> pickHandlers;
+    std::unique_ptr<Vw3Legend_p> legend;
+    std::unique_ptr<Vw3SeekInfo> seekInfo;
+    std::unique_ptr<Vg3Axes> axes;
+    std::unique_ptr<Vg3Gnomon> gnomon;
+    std::unique_ptr<Vg3Compass> compass;
+    std::unique_ptr<Vg3Annotation> title;
+    std::unique_ptr<Vg3Annotation> textOverlay;
+
+    QColor background;
+    QColor foreground;
+    bool invertColors = false;
+    bool whiteBackground = false;
+    float zScale = 1.0f;
+    bool zScaleAuto = false;
+    KbgVector3D offset;
+    KbgBox boundingBox;
+    bool nodeRebuild = true;
+
+    bool initialized = false;
+    bool pendingLookAt = false;
+    bool firstShowDone = false;
+    bool activated = false;
+    bool alwaysActivated = false;
+    QString viewRef;
+    VssProject* project = nullptr;
+    QString reportTitle;
+    QString reportDescription;
+
+    QAction* actions[Vw3AView::ACTION_COUNT] = {};
+    QAction* modes[Vw3AView::MODE_COUNT] = {};
+    QActionGroup* modeGroup = nullptr;
+    Vw3IContextMenuCallback* contextMenuCallback = nullptr;
+    bool popupMenuEnabled = true;
+    bool clipPlaneOnly = false;
+    bool clippingProperties = false;
+    bool fullScreen = false;
+    bool offscreen = false;
+    VwvIAcceptDrops* dropAcceptor = nullptr;
+    // Null once the preferences are gone.
+    VuoAObservable<VupPreferenceModif>* preferences3DViews = nullptr;
+    VuoAObservable<VupPreferenceModif>* preferencesGraphic = nullptr;
+    // Set while the view changes its own actions, so that their signals do not echo.
+    bool syncingActions = false;
+};
+
+Vw3AView::Vw3AView(QWidget* parent)
+    : QWidget(parent)
+    , _d(new Vw3AViewPrivate)
+{
+    if (!Vg3OpenInventor::getInstance()->isInitialized())
+        Vg3OpenInventor::getInstance()->init();
+    setObjectName(QStringLiteral("view3d"));
+    setFocusPolicy(Qt::StrongFocus);
+
+    _d->background = VupPreferences3DViews::getBackgroundColor();
+    _d->foreground = VupPreferences3DViews::getForegroundColor();
+    _d->whiteBackground = VupPreferences3DViews::isWhiteBackground();
+    _d->zScale = VupPreferencesGraphic::getZScale();
+    _d->zScaleAuto = VupPreferencesGraphic::isZScaleAutomatic();
+    int alignment = VupPreferences3DViews::getLegendAlignment();
+    if (!Vu::isValidPosition(alignment))
+        alignment = Vu::RIGHT | Vu::BOTTOM;
+    _d->legend.reset(new Vw3Legend_p(_d->background, _d->foreground, alignment));
+    _d->legend->setEnabled(VupPreferences3DViews::isLegendVisible());
+    _d->seekInfo.reset(new Vw3SeekInfo);
+
+    _d->viewer = new Vw3OivViewer(this);
+    auto layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(_d->viewer);
+
+    _buildGraph();
+    _d->viewer->setSceneGraph(_d->root);
+
+    _d->sectionModel.reset(new Vg3SectionModel);
+    _d->sectionModel->setUnfoldFence(false);
+    _d->sceneRoot->insertChild(_d->sectionModel->getClipNode(), 0);
+    connect(_d->sectionModel.get(), &Vg3SectionModel::sectionDefinitionChanged, this,
+            &Vw3AView::_sectionDefinitionChanged);
+
+    _createActions();
+    _setupTools();
+
+    Vg3SceneInteractor* interactor = getSceneInteractor();
+    interactor->setProjectionType(VupPreferences3DViews::isPerspective() ? Vg3SceneInteractor::PERSPECTIVE
+                                                                         : Vg3SceneInteractor::ORTHOGRAPHIC);
+    connect(interactor, &Vg3SceneInteractor::cameraChanged, this, &Vw3AView::_emitCameraChanged);
+    connect(interactor, &Vg3SceneInteractor::cursorChangeRequested, this,
+            [this](Qt::CursorShape shape) { _d->viewer->getRenderAreaWidget()->setCursor(shape); });
+    Vw3RenderAreaQWindow* area = _d->viewer->getRenderArea();
+    connect(area, &Vw3RenderAreaQWindow::renderAreaActivated, this, [this] {
+        if (!_d->activated && !_d->alwaysActivated)
+            setActivated(true);
+    });
+    connect(area, &Vw3RenderAreaQWindow::showContextMenu, this, &Vw3AView::_showContextMenu);
+    _d->seekInfo->setStepCallback([this](bool finished) {
+        if (finished)
+            _emitCameraChanged();
+    });
+
+    _d->axes->setVisible(VupPreferences3DViews::isAxesVisible());
+    _d->axes->setGridVisible(VupPreferences3DViews::isAxesGridVisible());
+    _d->gnomon->setVisible(VupPreferences3DViews::isGnomonVisible());
+    _d->compass->setVisible(VupPreferences3DViews::isCompassVisible());
+    _applyColors();
+    _updateDecorations();
+
+    _d->preferences3DViews = VupPreferences3DViews::getInstance();
+    _d->preferencesGraphic = VupPreferencesGraphic::getInstance();
+    _d->preferences3DViews->addObserver(this);
+    _d->preferencesGraphic->addObserver(this);
+    _d->project = VssProjectCollection::getInstance()->getCurrentProject();
+}
+
+Vw3AView::~Vw3AView()
+{
+    if (_d->preferences3DViews)
+        _d->preferences3DViews->removeObserver(this);
+    if (_d->preferencesGraphic)
+        _d->preferencesGraphic->removeObserver(this);
+    _d->seekInfo->stop();
+    _d->seekInfo->setStepCallback({});
+    // The viewer renders the graph; it goes first, then the graph's last reference.
+    _d->viewer->setSceneGraph(nullptr);
+    delete _d->viewer;
+    _d->viewer = nullptr;
+    _d->root->unref();
+}
+
+void Vw3AView::_buildGraph()
+{
+    _d->root = new SoSeparator;
+    _d->root->ref();
+    _d->root->setName("vw3aview_root");
+
+    _d->shortcuts = new SoEventCallback;
+    _d->shortcuts->setName("vw3aview_shortcuts");
+    _d->shortcuts->addEventCallback(SoKeyboardEvent::getClassTypeId(), &Vw3AView::_shortcutsCallback, this);
+    _d->root->addChild(_d->shortcuts);
+
+    _d->inventorSlots = new SoSeparator;
+    _d->inventorSlots->setName("vw3aview_inventor_slots");
+    _d->root->addChild(_d->inventorSlots);
+
+    _d->root->addChild(_d->legend->getRoot());
+
+    _d->bboxCaching = new SoSeparator;
+    _d->bboxCaching->setName("vw3aview_bbox_caching");
+    _d->traversalCallback = new SoCallback;
+    _d->traversalCallback->setName("vw3aview_traversable_callback");
+    _d->traversalCallback->setCallback(&Vw3AView::_traversalCallback, this);
+    _d->bboxCaching->addChild(_d->traversalCallback);
+    _d->sceneRoot = new SoSeparator;
+    _d->sceneRoot->setName("vw3aview_scene_root");
+    _d->bboxCaching->addChild(_d->sceneRoot);
+    _d->root->addChild(_d->bboxCaching);
+
+    _d->toolsRoot = new SoSeparator;
+    _d->toolsRoot->setName("vw3aview_tools_root");
+    _d->root->addChild(_d->toolsRoot);
+
+    // Overlays after the scene, so they are drawn over it.
+    _d->decorations = new SoSeparator;
+    _d->decorations->setName("vw3aview_decorations");
+    _d->axes.reset(new Vg3Axes);
+    _d->decorations->addChild(_d->axes->getRoot());
+    _d->gnomon.reset(new Vg3Gnomon);
+    _d->decorations->addChild(_d->gnomon->getRoot());
+    _d->compass.reset(new Vg3Compass);
+    _d->decorations->addChild(_d->compass->getRoot());
+    _d->title.reset(new Vg3Annotation(Vg3Annotation::TOP_CENTER));
+    _d->title->setVisible(false);
+    _d->decorations->addChild(_d->title->getRoot());
+    _d->textOverlay.reset(new Vg3Annotation(Vg3Annotation::BOTTOM_LEFT));
+    _d->textOverlay->setVisible(false);
+    _d->decorations->addChild(_d->textOverlay->getRoot());
+    _d->root->addChild(_d->decorations);
+
+    _d->root->addChild(_d->seekInfo->getTargetNode());
+}
+
+void Vw3AView::_setupTools() {}
+
+// ---- nodes and tools --------------------------------------------------------------------
+
+SoSwitch* Vw3AView::_wrap(SoSeparator* content, const QString& inventorName, bool visible, bool pickable)
+{
+    const QByteArray name = inventorName.toLatin1();
+    auto visibility = new SoSwitch;
+    visibility->setName(SbName(("visibility_switch_for_" + name).constData()));
+    visibility->whichChild = visible ? 0 : SO_SWITCH_NONE;
+    auto pickSep = new SoSeparator;
+    pickSep->setName(SbName(("pick_style_sep_for_" + name).constData()));
+    visibility->addChild(pickSep);
+    auto pickableSwitch = new SoSwitch;
+    pickableSwitch->setName(SbName(("pickable_switch_for_" + name).constData()));
+    // Child 0 leaves picking as it is, child 1 makes what follows unpickable.
+    auto pickStyle = new SoPickStyle;
+    pickStyle->style = SoPickStyle::UNPICKABLE;
+    pickableSwitch->addChild(new SoGroup);
+    pickableSwitch->addChild(pickStyle);
+    pickableSwitch->whichChild = pickable ? 0 : 1;
+    pickSep->addChild(pickableSwitch);
+    pickSep->addChild(content);
+    return visibility;
+}
+
+SoSwitch* Vw3AView::_pickableSwitch(SoSwitch* visibility)
+{
+    auto pickSep = static_cast<SoSeparator*>(visibility->getChild(0));
+    return static_cast<SoSwitch*>(pickSep->getChild(0));
+}
+
+void Vw3AView::addNode(Vg3ANode* node, bool visible)
+{
+    if (!node) {
+        qWarning("Vw3AView::addNode: no node");
+        return;
+    }
+    if (_d->nodes.contains(node)) {
+        qWarning("Vw3AView::addNode: the node \"%s\" is already in the view", qPrintable(node->getName()));
+        return;
+    }
+    node->setZScale(_d->zScale);
+    node->setOffset(_d->offset);
+    SoSwitch* visibility = _wrap(node->getRoot(), node->getInventorName(), visible, node->isPickable());
+    _d->sceneRoot->addChild(visibility);
+    _d->nodes.insert(node, visibility);
+    _updateBoundingBox();
+    emit nodeAdded(this, node);
+}
+
+void Vw3AView::addTool(Vg3ATool* tool, bool visible)
+{
+    if (!tool) {
+        qWarning("Vw3AView::addTool: no tool");
+        return;
+    }
+    if (_d->tools.contains(tool)) {
+        qWarning("Vw3AView::addTool: the tool \"%s\" is already in the view", qPrintable(tool->getName()));
+        return;
+    }
+    SoSwitch* visibility = _wrap(tool->getRoot(), tool->getInventorName(), visible, true);
+    _d->toolsRoot->addChild(visibility);
+    _d->tools.insert(tool, visibility);
+}
+
+void Vw3AView::removeNode(Vg3ANode* node)
+{
+    SoSwitch* visibility = _d->nodes.value(node);
+    if (!visibility) {
+        qWarning("Vw3AView::removeNode: the node is not in the view");
+        return;
+    }
+    _d->nodes.remove(node);
+    _d->sceneRoot->removeChild(visibility);
+    _updateBoundingBox();
+    emit nodeRemoved(this, node);
+}
+
+void Vw3AView::removeTool(Vg3ATool* tool)
+{
+    SoSwitch* visibility = _d->tools.value(tool);
+    if (!visibility) {
+        qWarning("Vw3AView::removeTool: the tool is not in the view");
+        return;
+    }
+    _d->tools.remove(tool);
+    _d->toolsRoot->removeChild(visibility);
+}
+
+void Vw3AView::setNodeVisibility(Vg3ANode* node, bool visible)
+{
+    SoSwitch* visibility = _d->nodes.value(node);
+    if (!visibility) {
+        qWarning("Vw3AView::setNodeVisibility: the node is not in the view");
+        return;
+    }
+    const int which = visible ? 0 : SO_SWITCH_NONE;
+    if (visibility->whichChild.getValue() == which)
+        return;
+    visibility->whichChild = which;
+    _updateBoundingBox();
+}
+
+bool Vw3AView::isNodeVisible(Vg3ANode* node) const
+{
+    SoSwitch* visibility = _d->nodes.value(node);
+    return visibility && visibility->whichChild.getValue() == 0;
+}
+
+void Vw3AView::setToolVisibility(Vg3ATool* tool, bool visible)
+{
+    SoSwitch* visibility = _d->tools.value(tool);
+    if (!visibility) {
+        qWarning("Vw3AView::setToolVisibility: the tool is not in the view");
+        return;
+    }
+    visibility->whichChild = visible ? 0 : SO_SWITCH_NONE;
+}
+
+bool Vw3AView::isToolVisible(Vg3ATool* tool) const
+{
+    SoSwitch* visibility = _d->tools.value(tool);
+    return visibility && visibility->whichChild.getValue() == 0;
+}
+
+void Vw3AView::setNodePickable(Vg3IPickable* pickable, bool on)
+{
+    if (!pickable) {
+        qWarning("Vw3AView::setNodePickable: no node");
+        return;
+    }
+    pickable->setPickable(on);
+    for (auto it = _d->nodes.cbegin(); it != _d->nodes.cend(); ++it) {
+        if (static_cast<Vg3IPickable*>(it.key()) == pickable)
+            _pickableSwitch(it.value())->whichChild = on ? 0 : 1;
+    }
+}
+
+int Vw3AView::getVisibleNodesCount() const
+{
+    int count = 0;
+    for (SoSwitch* visibility : _d->nodes)
+        if (visibility->whichChild.getValue() == 0)
+            ++count;
+    return count;
+}
+
+void Vw3AView::enableNodeRebuild(bool enable)
+{
+    if (_d->nodeRebuild == enable)
+        return;
+    _d->nodeRebuild = enable;
+    if (enable)
+        _updateBoundingBox();
+}
+
+SoSeparator* Vw3AView::_getSceneRoot() const { return _d->sceneRoot; }
+SoSeparator* Vw3AView::_getToolsRoot() const { return _d->toolsRoot; }
+const QMap<Vg3ANode*, SoSwitch*>& Vw3AView::_getNodes() const { return _d->nodes; }
+const QMap<Vg3ATool*, SoSwitch*>& Vw3AView::_getTools() const { return _d->tools; }
+SoSeparator* Vw3AView::getRoot() const { return _d->root; }
+
+SoSeparator* Vw3AView::createInventorSlot()
+{
+    auto slot = new SoSeparator;
+    _d->inventorSlots->addChild(slot);
+    return slot;
+}
+
+void Vw3AView::freeInventorSlot(SoSeparator* slot)
+{
+    const int index = slot ? _d->inventorSlots->findChild(slot) : -1;
+    if (index < 0) {
+        qWarning("Vw3AView::freeInventorSlot: not a slot of this view");
+        return;
+    }
+    _d->inventorSlots->removeChild(index);
+}
+
+void Vw3AView::_updateBoundingBox()
+{
+    if (!_d->nodeRebuild)
+        return;
+    SoGetBoundingBoxAction action(_d->viewer->getRenderArea()->getViewportRegion());
+    action.apply(_d->sceneRoot);
+    const SbBox3f box = action.getBoundingBox();
+    KbgBox result;
+    if (!box.isEmpty()) {
+        const SbVec3f& lo = box.getMin();
+        const SbVec3f& hi = box.getMax();
+        result = KbgBox(KbgVector3D(lo[0], lo[1], lo[2]), KbgVector3D(hi[0], hi[1], hi[2]));
+    }
+    if (_d->zScaleAuto && !result.isEmpty()) {
+        // Exaggerate flat scenes until their height is a fifth of their width.
+        const KbgVector3D size = result.size();
+        const double width = std::max(size.x(), size.y());
+        const double height = size.z() / _d->zScale;
+        const float automatic = (height > 0.0 && width > 0.0) ? float(std::max(1.0, 0.2 * width / height)) : 1.0f;
+        if (std::isfinite(automatic) && std::fabs(automatic - _d->zScale) > 1e-4f * automatic) {
+            _d->zScale = automatic;
+            _updateNodesZScale();
+            return;
+        }
+    }
+    _d->boundingBox = result;
+    _d->axes->setBox(box);
+    _d->axes->setZScale(_d->zScale);
+    _d->axes->setLabelOffset(SbVec3d(_d->offset.x(), _d->offset.y(), _d->offset.z()));
+}
+
+KbgBox Vw3AView::getBoundingBox() const { return _d->boundingBox; }
+
+void Vw3AView::setZScale(float zScale)
+{
+    if (!std::isfinite(zScale) || zScale <= 0.0f) {
+        qWarning("Vw3AView::setZScale: the vertical scale must be positive");
+        return;
+    }
+    _d->zScaleAuto = false;
+    if (zScale == _d->zScale)
+        return;
+    _d->zScale = zScale;
+    _updateNodesZScale();
+}
+
+float Vw3AView::getZScale() const { return _d->zScale; }
+
+void Vw3AView::setZScaleAuto(bool automatic)
+{
+    if (_d->zScaleAuto == automatic)
+        return;
+    _d->zScaleAuto = automatic;
+    _updateBoundingBox();
+}
+
+bool Vw3AView::isZScaleAutomatic() const { return _d->zScaleAuto; }
+
+void Vw3AView::_updateNodesZScale()
+{
+    for (Vg3ANode* node : _d->nodes.keys())
+        node->setZScale(_d->zScale);
+    _updateBoundingBox();
+}
+
+KbgVector3D Vw3AView::getOffset() const { return _d->offset; }
+
+void Vw3AView::setOffset(const KbgVector3D& offset)
+{
+    if (!offset.isFinite()) {
+        qWarning("Vw3AView::setOffset: the offset is not finite");
+        return;
+    }
+    if (offset == _d->offset)
+        return;
+    _d->offset = offset;
+    // Nodes subtract the offset in double precision before Inventor's floats; a translation
+    // node would come too late for map coordinates.
+    for (Vg3ANode* node : _d->nodes.keys())
+        node->setOffset(offset);
+    _updateBoundingBox();
+    emit offsetChanged(offset);
+}
+
+// ---- camera -------------------------------------------------------------------------------
+
+Vg3SceneInteractor* Vw3AView::getSceneInteractor() const { return _d->viewer->getSceneInteractor().data(); }
+Vw3OivViewer* Vw3AView::getViewer() const { return _d->viewer; }
+
+void Vw3AView::viewAll()
+{
+    _d->seekInfo->stop();
+    // The data only: the axes' labels and the overlays would pull the frame off centre.
+    Vg3SceneInteractor* interactor = getSceneInteractor();
+    SoCameraInteractor* camera = interactor->getCameraInteractor();
+    if (!camera)
+        return;
+    camera->viewAll(_d->bboxCaching, interactor->getViewportRegion());
+    interactor->updateCameraClippingPlanes();
+    _emitCameraChanged();
+}
+
+void Vw3AView::lookAt(const KbgBox& box, float duration)
+{
+    if (box.isEmpty()) {
+        qWarning("Vw3AView::lookAt: the box is empty");
+        return;
+    }
+    lookAt(box.center(), box.halfSize(), duration);
+}
+
+void Vw3AView::lookAt(const KbgVector3D& center, const KbgVector3D& halfSize, float duration)
+{
+    Vg3SceneInteractor* interactor = getSceneInteractor();
+    if (!interactor || !interactor->getCamera())
+        return;
+    if (!center.isFinite() || !halfSize.isFinite() || !std::isfinite(duration)) {
+        qWarning("Vw3AView::lookAt: the box or the duration is not finite");
+        return;
+    }
+    Vw3SeekInfo* seek = _d->seekInfo.get();
+    seek->stop();
+    seek->setTarget(center);
+    seek->setViewBoxSize(halfSize);
+    seek->setDuration(std::max(duration, 0.0f));
+    if (_d->initialized)
+        _startPendingLookAt();
+    else
+        _d->pendingLookAt = true;
+}
+
+void Vw3AView::_startPendingLookAt()
+{
+    _d->pendingLookAt = false;
+    Vg3SceneInteractor* interactor = getSceneInteractor();
+    _d->seekInfo->setCamera(interactor->getCamera());
+    _d->seekInfo->setViewportRegion(_d->viewer->getRenderArea()->getViewportRegion());
+    if (interactor->getCameraInteractor())
+        interactor->getCameraInteractor()->setRotationCenter(toSb(_d->seekInfo->target()));
+    _d->seekInfo->start();
+}
+
+void Vw3AView::cancelPendingCameraChange()
+{
+    _d->pendingLookAt = false;
+    _d->seekInfo->stop();
+}
+
+void Vw3AView::setCameraOrientation(const KbgRotation& rotation)
+{
+    SoCameraInteractor* camera = getSceneInteractor()->getCameraInteractor();
+    if (!camera)
+        return;
+    camera->setOrientation(SbRotation(float(rotation.x()), float(rotation.y()), float(rotation.z()),
+                                      float(rotation.w())));
+    _emitCameraChanged();
+}
+
+Vug::CameraState Vw3AView::getCameraState() const { return getSceneInteractor()->getCameraState(); }
+
+void Vw3AView::setCameraState(const Vug::CameraState& state)
+{
+    if (!state.isValid()) {
+        qWarning("Vw3AView::setCameraState: the camera state is not valid");
+        return;
+    }
+    cancelPendingCameraChange();
+    getSceneInteractor()->setCameraState(state);
+}
+
+void Vw3AView::resetViewer()
+{
+    cancelPendingCameraChange();
+    getSceneInteractor()->setProjectionType(VupPreferences3DViews::isPerspective() ? Vg3SceneInteractor::PERSPECTIVE
+                                                                                   : Vg3SceneInteractor::ORTHOGRAPHIC);
+    getSceneInteractor()->viewFromTop();
+    viewAll();
+}
+
+void Vw3AView::setViewMode(bool viewing) { getMode(viewing ? VIEWING_MODE : PICKING_MODE)->trigger(); }
+
+void Vw3AView::_emitCameraChanged()
+{
+    // A projection switch replaces the camera the overlays follow.
+    if (_d->gnomon->getCamera() != getSceneInteractor()->getCamera())
+        _updateDecorations();
+    emit cameraChanged();
+    emit cameraStateChanged(getSceneInteractor()->getCameraState());
+}
+
+// ---- initialisation and activation --------------------------------------------------------
+
+void Vw3AView::_traversalCallback(void* data, SoAction* action)
+{
+    auto self = static_cast<Vw3AView*>(data);
+    if (!self || !action->isOfType(SoGLRenderAction::getClassTypeId()) || self->_d->initialized)
+        return;
+    // The first frame: the render area is ready. The camera must not change during the
+    // traversal, so the rest waits for the event loop.
+    QMetaObject::invokeMethod(self, [self] { self->_checkInitialized(); }, Qt::QueuedConnection);
+}
+
+void Vw3AView::_checkInitialized()
+{
+    if (_d->initialized || !_d->viewer->getRenderArea()->isInitialized())
+        return;
+    _d->initialized = true;
+    _initialized();
+}
+
+void Vw3AView::_initialized()
+{
+    if (_d->pendingLookAt)
+        _startPendingLookAt();
+}
+
+void Vw3AView::showEvent(QShowEvent* event)
+{
+    QWidget::showEvent(event);
+    _d->viewer->getRenderArea()->requestUpdate();
+}
+
+void Vw3AView::setActivated(bool activated)
+{
+    if (_d->activated == activated)
+        return;
+    _d->activated = activated;
+    _d->viewer->getRenderArea()->setActivated(_d->alwaysActivated || _d->activated);
+    // The highlight frame of the active view.
+    _d->viewer->setStyleSheet(_d->activated && !_d->alwaysActivated
+                                  ? QStringLiteral("Vw3OivViewer { border: 1px solid palette(highlight); }")
+                                  : QString());
+    QWidget::update();
+    if (!_d->alwaysActivated)
+        emit viewActivated(activated, _d->viewRef);
+}
+
+bool Vw3AView::isActivated() const { return _d->activated; }
+
+void Vw3AView::setAlwaysActivated(bool always)
+{
+    _d->alwaysActivated = always;
+    _d->viewer->getRenderArea()->setActivated(_d->alwaysActivated || _d->activated);
+}
+
+bool Vw3AView::isAlwaysActivated() const { return _d->alwaysActivated; }
+void Vw3AView::setViewRef(const QString& viewRef) { _d->viewRef = viewRef; }
+QString Vw3AView::getViewRef() const { return _d->viewRef; }
+
+void Vw3AView::mousePressEvent(QMouseEvent* event)
+{
+    if (event->button() == Qt::LeftButton && !_d->activated && !_d->alwaysActivated) {
+        setActivated(true);
+        event->accept();
+        return;
+    }
+    QWidget::mousePressEvent(event);
+}
+
+// ---- keys ------------------------------------------------------------------------------
+
+void Vw3AView::_shortcutsCallback(void* data, SoEventCallback* node)
+{
+    auto self = static_cast<Vw3AView*>(data);
+    auto event = static_cast<const SoKeyboardEvent*>(node->getEvent());
+    if (!self || !event || event->getState() != SoButtonEvent::DOWN)
+        return;
+    Vg3SceneInteractor* interactor = self->getSceneInteractor();
+    const bool shift = event->wasShiftDown();
+    bool handled = true;
+    switch (event->getKey()) {
+    case SoKeyboardEvent::HOME: self->viewAll(); break;
+    case SoKeyboardEvent::U: interactor->viewFromTop(); break;
+    case SoKeyboardEvent::D: interactor->viewFromBottom(); break;
+    case SoKeyboardEvent::E: interactor->viewFromEast(); break;
+    case SoKeyboardEvent::W: interactor->viewFromWest(); break;
+    case SoKeyboardEvent::N: interactor->viewFromNorth(); break;
+    case SoKeyboardEvent::S: interactor->viewFromSouth(); break;
+    case SoKeyboardEvent::P: interactor->setProjectionType(Vg3SceneInteractor::PERSPECTIVE); break;
+    case SoKeyboardEvent::O: interactor->setProjectionType(Vg3SceneInteractor::ORTHOGRAPHIC); break;
+    case SoKeyboardEvent::L:
+        if (shift)
+            self->flipClipPlane();
+        else
+            self->getAction(SECTION_VIEW)->trigger();
+        break;
+    case SoKeyboardEvent::C: self->getKnifeMode()->trigger(); break;
+    case SoKeyboardEvent::PAD_ADD:
+        if (shift)
+            self->clipPlaneIncreaseSliceWidth();
+        else
+            self->clipPlaneStepForward();
+        break;
+    case SoKeyboardEvent::MINUS:
+    case SoKeyboardEvent::PAD_SUBTRACT:
+        if (shift)
+            self->clipPlaneDecreaseSliceWidth();
+        else
+            self->clipPlaneStepBackward();
+        break;
+    case SoKeyboardEvent::RETURN:
+    case SoKeyboardEvent::PAD_ENTER:
+        if (event->wasAltDown() && self->_d->fullScreen)
+            self->setFullScreen(false);
+        else
+            handled = false;
+        break;
+    default: handled = false; break;
+    }
+    if (handled)
+        node->setHandled();
+}
+
+// ---- clipping and sections -----------------------------------------------------------------
+
+Vg3SectionModel* Vw3AView::getSectionModel() const { return _d->sectionModel.get(); }
+
+QString Vw3AView::getClipPlaneKeysHelp()
+{
+    return tr("+ : Move clipping plane forward\n- : Move clipping plane backward\nShift + : Increase slice "
+              "width\nShift - : Decrease slice width\nL : Section view\nShift L : Reverse Clip Plane Normal\n");
+}
+
+void Vw3AView::setClipPlane(const KbgPlane& plane) { _d->sectionModel->setClipPlane(plane); }
+
+void Vw3AView::setPlane(const KbgVector3D& point, const KbgVector3D& normal)
+{
+    _d->sectionModel->setPlane(point, normal);
+}
+
+void Vw3AView::flipPlane() { _d->sectionModel->flipPlane(); }
+void Vw3AView::flipClipPlane() { _d->sectionModel->flipPlane(); }
+void Vw3AView::setClippingMode(KbgClipPlaneDefinition::Mode mode) { _d->sectionModel->setClippingMode(mode); }
+
+void Vw3AView::setClipPlaneOnlyMode(bool only)
+{
+    _d->clipPlaneOnly = only;
+    for (Action a : {FENCE, FENCE_POINTS, FENCE_PATH})
+        _d->actions[a]->setEnabled(!only);
+}
+
+void Vw3AView::toggleClipping(bool enabled) { _d->sectionModel->setClippingEnabled(enabled); }
+
+void Vw3AView::toggleClippingProperties(bool shown)
+{
+    _d->clippingProperties = shown;
+    _d->syncingActions = true;
+    _d->actions[SECTION_PROPERTIES]->setChecked(shown);
+    _d->syncingActions = false;
+}
+
+void Vw3AView::toggleClippingManip() {}
+
+void Vw3AView::resetClipping()
+{
+    if (_d->boundingBox.isEmpty()) {
+        qWarning("Vw3AView::resetClipping: the scene is empty");
+        return;
+    }
+    _d->sectionModel->reset(_d->boundingBox);
+}
+
+void Vw3AView::resetClippingPosition()
+{
+    if (_d->boundingBox.isEmpty()) {
+        qWarning("Vw3AView::resetClippingPosition: the scene is empty");
+        return;
+    }
+    _d->sectionModel->resetPosition(_d->boundingBox);
+}
+
+void Vw3AView::clipPlaneStepForward() { _d->sectionModel->stepForward(); }
+void Vw3AView::clipPlaneStepBackward() { _d->sectionModel->stepBackward(); }
+void Vw3AView::clipPlaneIncreaseSliceWidth() { _d->sectionModel->increaseSliceWidth(); }
+void Vw3AView::clipPlaneDecreaseSliceWidth() { _d->sectionModel->decreaseSliceWidth(); }
+void Vw3AView::setFence(const KbgFence& fence) { _d->sectionModel->setFence(fence); }
+void Vw3AView::setSection(const VugSectionDefinition& section) { _d->sectionModel->setSectionDefinition(section); }
+
+void Vw3AView::cancelSectionModes()
+{
+    for (Mode m : {KNIFE_MODE, FENCE_MODE, PICK_1_POINT_MODE, PICK_3_POINTS_MODE, PICK_MULTIPLE_POINTS_MODE}) {
+        if (_d->modes[m]->isChecked()) {
+            _d->modes[VIEWING_MODE]->trigger();
+            break;
+        }
+    }
+}
+
+void Vw3AView::_sectionDefinitionChanged(const VugSectionDefinition& definition)
+{
+    emit sectionDefinitionChanged(definition);
+}
+
+// ---- decorations and colours ---------------------------------------------------------------
+
+void Vw3AView::toggleAxes(bool shown) { _d->axes->setVisible(shown); _updateDecorations(); }
+void Vw3AView::toggleAxesGrid(bool shown) { _d->axes->setGridVisible(shown); _updateDecorations(); }
+void Vw3AView::toggleGnomon(bool shown) { _d->gnomon->setVisible(shown); _updateDecorations(); }
+void Vw3AView::toggleCompass(bool shown) { _d->compass->setVisible(shown); _updateDecorations(); }
+void Vw3AView::toggleTitle(bool shown) { _d->title->setVisible(shown); }
+void Vw3AView::toggleTextOverlay(bool shown) { _d->textOverlay->setVisible(shown); }
+void Vw3AView::toggleAutomaticOrientationHelper(bool automatic) { _d->gnomon->setAutomatic(automatic); }
+void Vw3AView::setTitle(const QString& title) { _d->title->setText(title); }
+void Vw3AView::setTitlePosition(Vg3Annotation::AnnotationPosition position) { _d->title->setPosition(position); }
+void Vw3AView::setTextOverlay(const QString& text) { _d->textOverlay->setText(text); }
+
+void Vw3AView::setTextOverlayPosition(Vg3Annotation::AnnotationPosition position)
+{
+    _d->textOverlay->setPosition(position);
+}
+
+void Vw3AView::setTextOverlaySize(int size)
+{
+    if (size <= 0) {
+        qWarning("Vw3AView::setTextOverlaySize: the size must be positive");
+        return;
+    }
+    _d->textOverlay->setSize(size);
+}
+
+void Vw3AView::setWhiteBackground(bool white)
+{
+    if (_d->whiteBackground == white)
+        return;
+    _d->whiteBackground = white;
+    _applyColors();
+}
+
+void Vw3AView::setInvertColors(bool invert)
+{
+    if (_d->invertColors == invert)
+        return;
+    _d->invertColors = invert;
+    _applyColors();
+}
+
+bool Vw3AView::getInvertColors() const { return _d->invertColors; }
+
+QColor Vw3AView::getBackgroundColor() const
+{
+    QColor color = _d->whiteBackground ? QColor(Qt::white) : _d->background;
+    return _d->invertColors ? inverted(color) : color;
+}
+
+QColor Vw3AView::getForegroundColor() const
+{
+    QColor color = _d->whiteBackground ? QColor(Qt::black) : _d->foreground;
+    return _d->invertColors ? inverted(color) : color;
+}
+
+void Vw3AView::_applyColors()
+{
+    const QColor back = getBackgroundColor();
+    const QColor fore = getForegroundColor();
+    setStyleSheet(QStringLiteral("QWidget#view3d { background-color: %1; }").arg(colorName(back)));
+    _d->viewer->getRenderArea()->setClearColor(SbColorRGBA(float(back.redF()), float(back.greenF()),
+                                                           float(back.blueF()), 1.0f));
+    _d->axes->setColor(fore);
+    _d->compass->setColor(fore);
+    _d->title->setColor(fore);
+    _d->textOverlay->setColor(fore);
+    _d->legend->setColors(back, fore);
+    _d->syncingActions = true;
+    _d->actions[INVERT_COLORS]->setChecked(_d->invertColors);
+    _d->syncingActions = false;
+}
+
+void Vw3AView::_updateDecorations()
+{
+    SoCamera* camera = getSceneInteractor()->getCamera();
+    _d->gnomon->connectCamera(camera);
+    _d->compass->connectCamera(camera);
+    _d->syncingActions = true;
+    _d->actions[AXES]->setChecked(_d->axes->isVisible());
+    _d->actions[AXES_GRID]->setChecked(_d->axes->isGridVisible());
+    _d->actions[GNOMON]->setChecked(_d->gnomon->isVisible());
+    _d->actions[COMPASS]->setChecked(_d->compass->isVisible());
+    _d->actions[LEGEND]->setChecked(_d->legend->isEnabled());
+    _d->actions[LEGEND]->setEnabled(_d->legend->isAvailable());
+    _d->actions[EDIT_LEGEND]->setEnabled(_d->legend->isAvailable());
+    _d->syncingActions = false;
+}
+
+// ---- legend ------------------------------------------------------------------------------------
+
+void Vw3AView::setLegend(const VugColorScale& scale, const QString& title, const KbbStringFormat& format,
+                         bool discrete)
+{
+    _d->legend->setLegend(scale, title, format, discrete);
+    _updateDecorations();
+}
+
+void Vw3AView::setLegendAligment(Vu::Position alignment)
+{
+    if (!Vu::isValidPosition(alignment)) {
+        qWarning("Vw3AView::setLegendAligment: %d is not one horizontal and one vertical position", int(alignment));
+        return;
+    }
+    _d->legend->setAlignment(alignment);
+}
+
+void Vw3AView::setLegendAvailable(bool available)
+{
+    _d->legend->setAvailable(available);
+    _updateDecorations();
+}
+
+void Vw3AView::setLegendEnabled(bool enabled)
+{
+    _d->legend->setEnabled(enabled);
+    _updateDecorations();
+}
+
+bool Vw3AView::isLegendShown() const { return _d->legend->isShown(); }
+
+void Vw3AView::invalidateLegend()
+{
+    _d->legend->invalidate();
+    _updateDecorations();
+}
+
+// ---- picking ------------------------------------------------------------------------------
+
+void Vw3AView::pushPickHandler(VgpIPickHandler* handler)
+{
+    if (!handler) {
+        qWarning("Vw3AView::pushPickHandler: no handler");
+        return;
+    }
+    _d->pickHandlers.append(handler);
+}
+
+VgpIPickHandler* Vw3AView::popPickHandler()
+{
+    if (_d->pickHandlers.isEmpty()) {
+        qWarning("Vw3AView::popPickHandler: the stack is empty");
+        return nullptr;
+    }
+    return _d->pickHandlers.takeLast();
+}
+
+VgpIPickHandler* Vw3AView::topPickHandler() const
+{
+    return _d->pickHandlers.isEmpty() ? nullptr : _d->pickHandlers.last();
+}
+
+void Vw3AView::requestPickPoint(int count)
+{
+    const Mode mode = count == 1 ? PICK_1_POINT_MODE : count == 3 ? PICK_3_POINTS_MODE : PICK_MULTIPLE_POINTS_MODE;
+    _d->modes[mode]->trigger();
+}
+
+void Vw3AView::setContextMenuCallback(Vw3IContextMenuCallback* callback) { _d->contextMenuCallback = callback; }
+void Vw3AView::setPopupMenuEnabled(bool enabled) { _d->popupMenuEnabled = enabled; }
+bool Vw3AView::isPopupMenuEnabled() const { return _d->popupMenuEnabled; }
+
+void Vw3AView::_fillContextMenu(QMenu* menu)
+{
+    for (Action a : {VIEW_ALL, VIEW_TOP, VIEW_BOTTOM, VIEW_EAST, VIEW_WEST, VIEW_NORTH, VIEW_SOUTH, PROJECTION})
+        menu->addAction(_d->actions[a]);
+    menu->addSeparator();
+    for (Action a : {AXES, AXES_GRID, GNOMON, COMPASS, LEGEND, INVERT_COLORS})
+        menu->addAction(_d->actions[a]);
+    menu->addSeparator();
+    for (Action a : {FULLSCREEN, IMAGE, CLIPBOARD, SAVE_IV_FILE, REPORT})
+        menu->addAction(_d->actions[a]);
+}
+
+void Vw3AView::_showContextMenu(const SoPickedPoint* picked, const QPoint& globalPosition)
+{
+    if (!_d->popupMenuEnabled)
+        return;
+    QMenu menu(this);
+    menu.setObjectName(QStringLiteral("view3d context menu"));
+    _fillContextMenu(&menu);
+    if (_d->contextMenuCallback)
+        _d->contextMenuCallback->addContextMenuEntries(this, &menu, picked);
+    menu.exec(globalPosition);
+}
+
+// ---- actions and modes ------------------------------------------------------------------------
+
+QAction* Vw3AView::_makeAction(Action action)
+{
+    const ActionText& t = kActionTexts[action];
+    auto a = new QAction(tr(t.text), this);
+    const Vua::Resource::IconId icon = actionIcon(action);
+    if (!icon.isNull())
+        a->setIcon(VuaResourceProvider::getIcon(icon));
+    if (t.toolTip) {
+        a->setToolTip(tr(t.toolTip));
+        a->setStatusTip(tr(t.toolTip));
+    }
+    a->setCheckable(t.checkable);
+    return a;
+}
+
+void Vw3AView::_createActions()
+{
+    for (int i = 0; i < ACTION_COUNT; ++i)
+        _d->actions[i] = _makeAction(Action(i));
+
+    _d->modeGroup = new QActionGroup(this);
+    _d->modeGroup->setExclusive(true);
+    for (int m = 0; m < MODE_COUNT; ++m) {
+        QAction* action = nullptr;
+        switch (m) {
+        case KNIFE_MODE: action = _d->actions[KNIFE]; break;
+        case FENCE_MODE: action = _d->actions[FENCE]; break;
+        case PICK_1_POINT_MODE: action = _d->actions[POINTS_FROM_PICKING]; break;
+        case PICK_3_POINTS_MODE: action = _d->actions[PLANE_FROM_POINTS]; break;
+        case PICK_MULTIPLE_POINTS_MODE: action = _d->actions[FENCE_POINTS]; break;
+        default:
+            action = new QAction(tr(kModeTexts[m]), this);
+            action->setCheckable(true);
+            break;
+        }
+        _d->modeGroup->addAction(action);
+        _d->modes[m] = action;
+        connect(action, &QAction::triggered, this, [this, m] { _modeTriggered(m); });
+    }
+    _d->modes[VIEWING_MODE]->setChecked(true);
+
+    Vg3SceneInteractor* interactor = getSceneInteractor();
+    const auto on = [this](Action a, auto slot) { connect(_d->actions[a], &QAction::triggered, this, slot); };
+    on(VIEW_ALL, [this] { viewAll(); });
+    on(VIEW_TOP, [interactor] { interactor->viewFromTop(); });
+    on(VIEW_BOTTOM, [interactor] { interactor->viewFromBottom(); });
+    on(VIEW_EAST, [interactor] { interactor->viewFromEast(); });
+    on(VIEW_WEST, [interactor] { interactor->viewFromWest(); });
+    on(VIEW_NORTH, [interactor] { interactor->viewFromNorth(); });
+    on(VIEW_SOUTH, [interactor] { interactor->viewFromSouth(); });
+    on(PROJECTION, [this, interactor] {
+        interactor->setProjectionType(interactor->getProjectionType() == Vg3SceneInteractor::PERSPECTIVE
+                                          ? Vg3SceneInteractor::ORTHOGRAPHIC
+                                          : Vg3SceneInteractor::PERSPECTIVE);
+        _updateDecorations();
+    });
+    on(FULLSCREEN, [this](bool checked) { setFullScreen(checked); });
+    on(SECTION_VIEW, [this, interactor] {
+        // Look along the plane normal, into the kept side, and frame the scene.
+        const KbgVector3D normal = _d->sectionModel->getPlaneNormal();
+        setCameraOrientation(KbgRotation::fromTwoVectors(KbgVector3D(0, 0, -1), normal));
+        interactor->viewAll();
+    });
+    const auto toggled = [this](Action a, auto slot) {
+        connect(_d->actions[a], &QAction::toggled, this, [this, slot](bool checked) {
+            if (!_d->syncingActions)
+                slot(checked);
+        });
+    };
+    toggled(INVERT_COLORS, [this](bool c) { setInvertColors(c); });
+    toggled(AXES, [this](bool c) { toggleAxes(c); });
+    toggled(AXES_GRID, [this](bool c) { toggleAxesGrid(c); });
+    toggled(GNOMON, [this](bool c) { toggleGnomon(c); });
+    toggled(COMPASS, [this](bool c) { toggleCompass(c); });
+    toggled(LEGEND, [this](bool c) { setLegendEnabled(c); });
+    toggled(SECTION_PROPERTIES, [this](bool c) { toggleClippingProperties(c); });
+    on(SAVE_IV_FILE, [this] { saveAsIvFile(); });
+    on(SECTION, [this] { emit createSectionRequest(_d->sectionModel->getSectionDefinition()); });
+    on(REPORT, [this] { sendToReport(); });
+    on(CLIPBOARD, [this] { copyToClipboard(); });
+    on(IMAGE, [this] { saveAsImage(); });
+
+}
+
+void Vw3AView::_modeTriggered(int mode)
+{
+    Vg3SceneInteractor::InteractionMode interaction = Vg3SceneInteractor::PICKING;
+    switch (mode) {
+    case VIEWING_MODE: interaction = Vg3SceneInteractor::VIEWING; break;
+    case SEEKING_MODE: interaction = Vg3SceneInteractor::SEEKING; break;
+    case RULER_MODE: interaction = Vg3SceneInteractor::RULER; break;
+    default: break;
+    }
+    getSceneInteractor()->setInteractionMode(interaction);
+}
+
+QAction* Vw3AView::getViewingMode() const { return _d->modes[VIEWING_MODE]; }
+QAction* Vw3AView::getPickingMode() const { return _d->modes[PICKING_MODE]; }
+QAction* Vw3AView::getSeekingMode() const { return _d->modes[SEEKING_MODE]; }
+QAction* Vw3AView::getRulerMode() const { return _d->modes[RULER_MODE]; }
+QAction* Vw3AView::getKnifeMode() const { return _d->modes[KNIFE_MODE]; }
+QAction* Vw3AView::getFenceMode() const { return _d->modes[FENCE_MODE]; }
+QAction* Vw3AView::getPick1PointMode() const { return _d->modes[PICK_1_POINT_MODE]; }
+QAction* Vw3AView::getPick3PointsMode() const { return _d->modes[PICK_3_POINTS_MODE]; }
+QAction* Vw3AView::getPickMultiplePointsMode() const { return _d->modes[PICK_MULTIPLE_POINTS_MODE]; }
+
+QAction* Vw3AView::getMode(int mode) const
+{
+    if (mode < 0 || mode >= MODE_COUNT) {
+        qWarning("Vw3AView::getMode: no mode %d", mode);
+        return nullptr;
+    }
+    return _d->modes[mode];
+}
+
+QAction* Vw3AView::getAction(Action action) const
+{
+    if (action < 0 || action >= ACTION_COUNT) {
+        qWarning("Vw3AView::getAction: no action %d", int(action));
+        return nullptr;
+    }
+    return _d->actions[action];
+}
+
+// ---- toolbars -------------------------------------------------------------------------------
+
+QToolBar* Vw3AView::getToolbar() const { return _d->viewer->getToolbar(); }
+QToolBar* Vw3AView::getAuxToolbar() const { return _d->viewer->getAuxToolbar(); }
+void Vw3AView::enableToolbar(bool enable) { _d->viewer->enableToolbar(enable); }
+void Vw3AView::enableAuxToolbar(bool enable) { _d->viewer->enableAuxToolbar(enable); }
+void Vw3AView::forceToolbar(bool force) { _d->viewer->forceToolbar(force); }
+void Vw3AView::forceAuxToolbar(bool force) { _d->viewer->forceAuxToolbar(force); }
+bool Vw3AView::isToolbarEnabled() const { return _d->viewer->isToolbarEnabled(); }
+
+void Vw3AView::insertActionInToolbar(QAction* action, int index)
+{
+    if (!action) {
+        qWarning("Vw3AView::insertActionInToolbar: no action");
+        return;
+    }
+    QToolBar* toolbar = getToolbar();
+    // The toolbar's own state actions are not buttons; count only the visible ones.
+    QList<QAction*> shown;
+    for (QAction* a : toolbar->actions())
+        if (toolbar->widgetForAction(a))
+            shown.append(a);
+    if (index < 0 || index >= shown.size())
+        toolbar->addAction(action);
+    else
+        toolbar->insertAction(shown.at(index), action);
+}
+
+// ---- images and files ------------------------------------------------------------------------
+
+QImage Vw3AView::getImage(int width, int height)
+{
+    Vw3RenderAreaQWindow* area = _d->viewer->getRenderArea();
+    // A shown view is ready even if its first frame is still queued.
+    if (area->isInitialized() && area->isExposed())
+        _checkInitialized();
+    // Otherwise only a view set up for offscreen rendering can draw.
+    if (!area->isInitialized() || (!_d->initialized && !_d->offscreen)) {
+        qWarning().noquote() << "Vw3AView::getImage:" << tr("Cannot get image, render area is not initialized.");
+        return QImage();
+    }
+    if (!_d->offscreen && !area->isExposed()) {
+        qWarning().noquote() << "Vw3AView::getImage:" << tr("Viewer is not ready for offscreen rendering");
+        return QImage();
+    }
+    if (width <= 0 || height <= 0) {
+        qWarning("Vw3AView::getImage: invalid size %dx%d", width, height);
+        return QImage();
+    }
+    try {
+        return area->getImage(width, height);
+    } catch (const KbeError& error) {
+        qWarning().noquote() << "Vw3AView::getImage:" << error.what();
+    }
+    return QImage();
+}
+
+QImage Vw3AView::getImage(double scale)
+{
+    if (!std::isfinite(scale) || scale <= 0.0) {
+        qWarning("Vw3AView::getImage: the scale must be positive");
+        return QImage();
+    }
+    const SbVec2i32 size = _d->viewer->getRenderArea()->getSize();
+    return getImage(int(std::lround(size[0] * scale)), int(std::lround(size[1] * scale)));
+}
+
+bool Vw3AView::saveImage(const QString& fileName)
+{
+    const QImage image = getImage(1.0);
+    // Written aside and renamed, so a failure leaves an earlier file whole.
+    QSaveFile file(fileName);
+    const QByteArray format = QFileInfo(fileName).suffix().toLower().toLatin1();
+    if (image.isNull() || !file.open(QIODevice::WriteOnly)
+        || !image.save(&file, format.isEmpty() ? "PNG" : format.constData()) || !file.commit()) {
+        KbbDebug::printWarning(tr("Error when saving view : File system full or write protected?"));
+        return false;
+    }
+    KbbDebug::printInfo(tr("The view has been saved in %1.").arg(fileName));
+    return true;
+}
+
+void Vw3AView::saveAsImage()
+{
+    QSettings settings;
+    const QString key = QStringLiteral("fileDialogs/Image");
+    const QString fileName = QFileDialog::getSaveFileName(this, tr("Save the scene into an image file"),
+                                                          settings.value(key).toString(),
+                                                          tr("Images (*.png *.jpg *.bmp)"));
+    if (fileName.isEmpty())
+        return;
+    settings.setValue(key, fileName);
+    saveImage(fileName);
+}
+
+bool Vw3AView::copyToClipboard()
+{
+    const QImage image = getImage(1.0);
+    if (image.isNull())
+        return false;
+    QApplication::clipboard()->setImage(image);
+    KbbDebug::printInfo(tr("The view has been copied to the clipboard."));
+    return true;
+}
+
+namespace {
+
+void* growBuffer(void* buffer, size_t size) { return std::realloc(buffer, size); }
+
+} // namespace
+
+bool Vw3AView::saveToIvFile(const QString& fileName)
+{
+    SoOutput output;
+    output.setBuffer(std::malloc(4096), 4096, &growBuffer);
+    SoWriteAction writer(&output);
+    writer.apply(_d->root);
+    void* buffer = nullptr;
+    size_t size = 0;
+    output.getBuffer(buffer, size);
+    QSaveFile file(fileName);
+    const bool ok = buffer && file.open(QIODevice::WriteOnly) &&
+                    file.write(static_cast<const char*>(buffer), qint64(size)) == qint64(size) && file.commit();
+    std::free(buffer);
+    output.resetBuffer();
+    if (!ok)
+        qWarning("Vw3AView::saveToIvFile: cannot write \"%s\"", qPrintable(fileName));
+    return ok;
+}
+
+void Vw3AView::saveAsIvFile()
+{
+    QSettings settings;
+    const QString key = QStringLiteral("fileDialogs/IvFile");
+    const QString fileName = QFileDialog::getSaveFileName(this, tr("Save the scene into an .iv file"),
+                                                          settings.value(key).toString(),
+                                                          tr("OIV files") + QStringLiteral(" (*.iv)"));
+    if (fileName.isEmpty())
+        return;
+    settings.setValue(key, fileName);
+    saveToIvFile(fileName);
+}
+
+void Vw3AView::sendToReport()
+{
+    const QImage image = getImage(1.0);
+    if (!image.isNull())
+        emit reportRequested(_d->reportTitle, _d->reportDescription, image);
+}
+
+void Vw3AView::setupForOffscreenRendering(bool enabled)
+{
+    _d->offscreen = enabled;
+    _d->viewer->getRenderArea()->setupForOffscreenRendering(enabled);
+}
+
+bool Vw3AView::isSetupForOffscreenRendering() const { return _d->offscreen; }
+void Vw3AView::setReportTitle(const QString& title) { _d->reportTitle = title; }
+void Vw3AView::setReportDescription(const QString& description) { _d->reportDescription = description; }
+VssProject* Vw3AView::getProject() const { return _d->project; }
+
+void Vw3AView::setFullScreen(bool fullScreen)
+{
+    if (_d->fullScreen == fullScreen)
+        return;
+    _d->fullScreen = fullScreen;
+    QWidget* viewer = _d->viewer;
+    if (fullScreen) {
+        viewer->setParent(nullptr);
+        viewer->showFullScreen();
+    } else {
+        viewer->showNormal();
+        viewer->setParent(this);
+        layout()->addWidget(viewer);
+        viewer->show();
+    }
+    _d->viewer->showFullScreenNotification(fullScreen);
+    _d->syncingActions = true;
+    _d->actions[FULLSCREEN]->setChecked(fullScreen);
+    _d->syncingActions = false;
+}
+
+bool Vw3AView::isFullScreen() const { return _d->fullScreen; }
+
+void Vw3AView::changeEvent(QEvent* event) { QWidget::changeEvent(event); }
+
+// ---- drops ------------------------------------------------------------------------------
+
+void Vw3AView::setEnableDrops(bool enable, VwvIAcceptDrops* acceptor)
+{
+    _d->dropAcceptor = enable ? acceptor : nullptr;
+    setAcceptDrops(_d->dropAcceptor != nullptr);
+}
+
+void Vw3AView::dragEnterEvent(QDragEnterEvent* event)
+{
+    if (_d->dropAcceptor && event->mimeData() && _d->dropAcceptor->canAcceptDrop(*event->mimeData()))
+        event->acceptProposedAction();
+    else
+        event->ignore();
+}
+
+void Vw3AView::dragMoveEvent(QDragMoveEvent* event)
+{
+    if (_d->dropAcceptor && event->mimeData() && _d->dropAcceptor->canAcceptDrop(*event->mimeData()))
+        event->acceptProposedAction();
+    else
+        event->ignore();
+}
+
+void Vw3AView::dropEvent(QDropEvent* event)
+{
+    if (!_d->dropAcceptor || !event->mimeData() || !_d->dropAcceptor->canAcceptDrop(*event->mimeData())) {
+        event->ignore();
+        return;
+    }
+    // The scene point under the drop, or the point the camera looks at.
+    const SbVec2i32 size = _d->viewer->getRenderArea()->getSize();
+    const qreal ratio = devicePixelRatioF();
+    const SbVec2i32 pixel(int(event->pos().x() * ratio), size[1] - 1 - int(event->pos().y() * ratio));
+    SbVec3f point(0.0f, 0.0f, 0.0f);
+    if (const SoPickedPoint* picked = getSceneInteractor()->pick(pixel))
+        point = picked->getPoint();
+    else if (SoCameraInteractor* camera = getSceneInteractor()->getCameraInteractor())
+        point = camera->getFocalPoint();
+    const QPointF mapPoint(point[0] + _d->offset.x(), point[1] + _d->offset.y());
+    if (_d->dropAcceptor->acceptDrop(*event->mimeData(), mapPoint))
+        event->acceptProposedAction();
+    else
+        event->ignore();
+}
+
+// ---- preferences ---------------------------------------------------------------------------
+
+void Vw3AView::update(const VupPreferenceModif& modif)
+{
+    if (modif.concerns(VupPreferences3DViews::GROUP)) {
+        _d->background = VupPreferences3DViews::getBackgroundColor();
+        _d->foreground = VupPreferences3DViews::getForegroundColor();
+        _d->whiteBackground = VupPreferences3DViews::isWhiteBackground();
+        _d->axes->setVisible(VupPreferences3DViews::isAxesVisible());
+        _d->axes->setGridVisible(VupPreferences3DViews::isAxesGridVisible());
+        _d->gnomon->setVisible(VupPreferences3DViews::isGnomonVisible());
+        _d->compass->setVisible(VupPreferences3DViews::isCompassVisible());
+        _d->legend->setEnabled(VupPreferences3DViews::isLegendVisible());
+        const int alignment = VupPreferences3DViews::getLegendAlignment();
+        if (Vu::isValidPosition(alignment))
+            _d->legend->setAlignment(alignment);
+        _applyColors();
+        _updateDecorations();
+    } else if (modif.concerns(VupPreferencesGraphic::GROUP)) {
+        _d->zScaleAuto = VupPreferencesGraphic::isZScaleAutomatic();
+        const float zScale = VupPreferencesGraphic::getZScale();
+        if (!_d->zScaleAuto && zScale != _d->zScale && std::isfinite(zScale) && zScale > 0.0f) {
+            _d->zScale = zScale;
+            _updateNodesZScale();
+        } else {
+            _updateBoundingBox();
+        }
+    }
+}
+
+void Vw3AView::destroyed(const VuoAObservable<VupPreferenceModif>* observable)
+{
+    if (observable == _d->preferences3DViews)
+        _d->preferences3DViews = nullptr;
+    if (observable == _d->preferencesGraphic)
+        _d->preferencesGraphic = nullptr;
+}
