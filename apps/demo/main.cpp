@@ -4,13 +4,16 @@
 //   --screenshot FILE  render the main window to a PNG and quit
 //   --parameters       show the form of value editors (Tools > Parameters)
 //   --large-points     add 10,000,000 generated points to the map (as its tool bar does)
+//   --3d               bring the 3D display to the front
 
+#include "Demo3DWindow.h"
 #include "DemoMainWindow.h"
 #include "DemoMapWindow.h"
 #include "DemoSampleProject.h"
 #include "DemoWindowFactory.h"
 
 #include <VuaResourceProvider.h>
+#include <Vw3AView.h>
 #include <VwwDebugWindow.h>
 #include <VwwMessagesWindow.h>
 #include <VwwWindowRegistry.h>
@@ -18,6 +21,7 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QMessageBox>
+#include <QPainter>
 #include <QTimer>
 
 int main(int argc, char** argv)
@@ -44,8 +48,10 @@ int main(int argc, char** argv)
     parser.addOption(screenshotOption);
     const QCommandLineOption largeOption(QStringLiteral("large-points"),
                                          QObject::tr("Add 10,000,000 generated points to the map."));
+    const QCommandLineOption show3dOption(QStringLiteral("3d"), QObject::tr("Bring the 3D display to the front."));
     parser.addOption(parametersOption);
     parser.addOption(largeOption);
+    parser.addOption(show3dOption);
     parser.process(app);
 
     VuaResourceProvider::setHelpHandler([](const Vua::Resource::HelpId& id) {
@@ -84,10 +90,24 @@ int main(int argc, char** argv)
                 break;
             }
 
+    if (parser.isSet(show3dOption))
+        for (const auto& entry : VwwWindowRegistry::getInstance()->getWindows())
+            if (auto* display = qobject_cast<Demo3DWindow*>(entry.second.data())) {
+                window.setActiveWindow(display);
+                break;
+            }
     if (parser.isSet(screenshotOption)) {
         const QString file = parser.value(screenshotOption);
         QTimer::singleShot(500, &window, [&window, file] {
-            if (!window.grab().save(file, "PNG")) {
+            // A widget grab leaves the GL windows of 3D views out: their own images go over.
+            QPixmap shot = window.grab();
+            QPainter painter(&shot);
+            for (Vw3AView* view : window.findChildren<Vw3AView*>())
+                if (!view->visibleRegion().isEmpty())
+                    painter.drawImage(QRect(view->mapTo(&window, QPoint()), view->size()),
+                                      view->getImage(1.0));
+            painter.end();
+            if (!shot.save(file, "PNG")) {
                 qCritical("velmora-demo: cannot write the screenshot '%s'", qPrintable(file));
                 QApplication::exit(1);
                 return;

@@ -1,6 +1,7 @@
 #pragma once
-// The demo's 3D and section displays: until the 3D views come, they list the items of
-// their scene. Without a scene they say how to open one. Maps are DemoMapWindow.
+// The demo's section displays: until the section views come, they list the items of their
+// scene. Without a scene they say how to open one. Maps are DemoMapWindow, 3D scenes
+// Demo3DWindow.
 
 #include <VwwASceneWindow.h>
 

@@ -26,12 +26,14 @@
 #include <functional>
 
 const QString DemoMapData::LARGE_SET_KEY = QStringLiteral("generated-points");
+const QString DemoMapData::SAMPLES_KEY = QStringLiteral("samples");
+const QString DemoMapData::GRID_KEY = QStringLiteral("thickness-grid");
 
 namespace {
 
-const QString kSamples = QStringLiteral("samples");
+const QString& kSamples = DemoMapData::SAMPLES_KEY;
 const QString kBoundary = QStringLiteral("boundary");
-const QString kGrid = QStringLiteral("thickness-grid");
+const QString& kGrid = DemoMapData::GRID_KEY;
 const QString kLargeItem = QStringLiteral("generated-points");
 const QString kCountStyle = QStringLiteral("count");
 

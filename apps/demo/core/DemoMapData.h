@@ -20,6 +20,9 @@ class DemoMapData : public QObject, public VssIObserverProject
 public:
     // The key of the point set generateLargePointSet() adds; it is made again, not saved.
     static const QString LARGE_SET_KEY;
+    // The sample's point set and thickness grid, which the 3D display shows too.
+    static const QString SAMPLES_KEY;
+    static const QString GRID_KEY;
 
     // Observes the project collection from the first call on.
     static DemoMapData* getInstance();

@@ -1,5 +1,6 @@
 #include "DemoWindowFactory.h"
 
+#include "Demo3DWindow.h"
 #include "DemoDisplayWindow.h"
 #include "DemoMapWindow.h"
 #include "DemoParametersWindow.h"
@@ -47,8 +48,13 @@ VwwAWindow* DemoWindowFactory::createReporterWindow()
 VwwASceneWindow* DemoWindowFactory::_createDisplay(const VugESceneType& type, const VsoSceneIdentifier& scene)
 {
     VssProject* project = VssProjectCollection::getInstance()->getCurrentProject();
-    VwwASceneWindow* window = type == VugESceneType::MAP ? static_cast<VwwASceneWindow*>(new DemoMapWindow(project))
-                                                         : new DemoDisplayWindow(type, project);
+    VwwASceneWindow* window = nullptr;
+    if (type == VugESceneType::MAP)
+        window = new DemoMapWindow(project);
+    else if (type == VugESceneType::VIEW_3D)
+        window = new Demo3DWindow(project);
+    else
+        window = new DemoDisplayWindow(type, project);
     if (!scene.isNull())
         window->setScene(scene);
     return window;
