@@ -21,7 +21,6 @@
 
 #include <QAction>
 #include <QComboBox>
-#include <QFileDialog>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QListWidget>
@@ -252,15 +251,7 @@ void Demo3DWindow::_setZScale(float zScale)
     _exaggeration->setCurrentIndex(best);
 }
 
-bool Demo3DWindow::exportImage(QString fileName)
+bool Demo3DWindow::exportImage(const QString& fileName)
 {
-    if (fileName.isEmpty())
-        fileName = QFileDialog::getSaveFileName(this, tr("Save the scene into an image file"), QString(),
-                                                tr("PNG image (*.png)"));
-    if (fileName.isEmpty())
-        return false;
-    const bool saved = _view->saveImage(fileName);
-    showStatusMessage(saved ? tr("The view has been saved in %1.").arg(fileName)
-                            : tr("Error when saving view : File system full or write protected?"));
-    return saved;
+    return _view->saveImage(fileName);
 }

@@ -32,9 +32,9 @@ public:
     // The names of the items shown, as the list gives them.
     QStringList shownItems() const;
 
-public Q_SLOTS:
-    // Writes the view as PNG; asks for a name when empty.
-    bool exportImage(QString fileName = QString());
+    // Writes the view as an image whose format follows the file's suffix (PNG when there
+    // is none); the view's "Save as image" asks for the name.
+    bool exportImage(const QString& fileName);
 
 protected:
     void _sceneChanged() override;

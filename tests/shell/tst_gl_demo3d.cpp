@@ -1,0 +1,222 @@
+// The demo's 3D display as a user meets it: the samples and the surface drawn with their
+// legend, the first click taken to activate the view, keys and the wheel moving the camera,
+// items ticked off, the view saved as a PNG, and the camera and exaggeration back when the
+// project reopens, or the scene framed when what was saved cannot be read.
+
+#include "Demo3DWindow.h"
+#include "DemoMainWindow.h"
+#include "DemoSampleProject.h"
+#include "DemoWindowFactory.h"
+#include "TestWindows.h"
+
+#include <SoCameraInteractor.h>
+#include <Vg3SceneInteractor.h>
+#include <VupPreferenceRegistry.h>
+#include <Vw3ExaminerView.h>
+#include <Vw3OivViewer.h>
+#include <Vw3RenderAreaQWindow.h>
+
+#include <Inventor/nodes/SoCamera.h>
+
+#include <QComboBox>
+#include <QListWidget>
+#include <QtTest>
+
+#include <cmath>
+
+namespace {
+
+SbVec3f viewDirection(Vw3AView* view)
+{
+    SbVec3f direction;
+    view->getSceneInteractor()->getCamera()->orientation.getValue().multVec(SbVec3f(0, 0, -1), direction);
+    return direction;
+}
+
+float focalDistance(Vw3AView* view)
+{
+    return view->getSceneInteractor()->getCamera()->focalDistance.getValue();
+}
+
+} // namespace
+
+class TestDemo3D : public QObject
+{
+    Q_OBJECT
+    QTemporaryDir _dir;
+    QString _folder;
+    std::unique_ptr<DemoMainWindow> _main;
+
+    Demo3DWindow* display() const
+    {
+        for (const auto& entry : VwwWindowRegistry::getInstance()->getWindows())
+            if (auto* window = qobject_cast<Demo3DWindow*>(entry.second.data()))
+                return window;
+        return nullptr;
+    }
+
+    // Opens the project and brings its 3D display up, drawn.
+    Demo3DWindow* openAndShow()
+    {
+        if (!_main->openProject(_folder, true))
+            return nullptr;
+        Demo3DWindow* window = display();
+        if (!window)
+            return nullptr;
+        _main->setActiveWindow(window);
+        Vw3RenderAreaQWindow* area = window->getView()->getViewer()->getRenderArea();
+        if (!QTest::qWaitFor([&] { return !window->visibleRegion().isEmpty() && area->isInitialized(); }))
+            return nullptr;
+        QTest::qWait(50);
+        return window;
+    }
+
+    static QWindow* area(Demo3DWindow* window) { return window->getView()->getViewer()->getRenderArea(); }
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        QLocale::setDefault(QLocale::c());
+        VupPreferenceRegistry::getInstance()->setStorageFile(_dir.filePath(QStringLiteral("preferences.ini")));
+    }
+
+    void init()
+    {
+        resetWindowFramework();
+        static int count = 0;
+        _folder = _dir.filePath(QStringLiteral("sample%1").arg(++count));
+        QString message;
+        QVERIFY2(DemoSampleProject::ensure(_folder, &message), qPrintable(message));
+        VwwWindowRegistry::setWindowFactory(new DemoWindowFactory);
+        _main = std::make_unique<DemoMainWindow>();
+        VwwWindowRegistry::setMainWindow(_main.get());
+        _main->resize(1200, 800);
+        _main->show();
+        QVERIFY(QTest::qWaitForWindowExposed(_main.get()));
+    }
+
+    void cleanup()
+    {
+        _main->closeProject();
+        VwwWindowRegistry::setMainWindow(nullptr);
+        _main.reset();
+        resetWindowFramework();
+    }
+
+    void theSceneIsDrawnWithItsLegend()
+    {
+        Demo3DWindow* window = openAndShow();
+        QVERIFY(window);
+        Vw3ExaminerView* view = window->getView();
+        QCOMPARE(window->shownItems(), QStringList({"Samples (porosity)", "Thickness surface"}));
+        QCOMPARE(view->getVisibleNodesCount(), 2);
+        QVERIFY(view->isLegendShown());
+
+        // The surface fills the middle of the picture; the corners show the background.
+        const QImage image = view->getImage(1.0);
+        QVERIFY(!image.isNull());
+        const QColor background = view->getBackgroundColor();
+        const QRgb centre = image.pixel(image.width() / 2, image.height() / 2);
+        QVERIFY2(QColor(centre) != background, qPrintable(QColor(centre).name()));
+        QCOMPARE(QColor(image.pixel(image.width() / 2, 2)).name(), background.name());
+
+        // Unticking an item hides its node; the other stays.
+        auto* items = window->findChild<QListWidget*>(QStringLiteral("SCENE_ITEMS"));
+        items->item(1)->setCheckState(Qt::Unchecked);
+        QCOMPARE(view->getVisibleNodesCount(), 1);
+        QCOMPARE(window->shownItems(), QStringList({"Samples (porosity)"}));
+    }
+
+    void firstClickActivatesThenKeysAndWheelMoveTheCamera()
+    {
+        Demo3DWindow* window = openAndShow();
+        QVERIFY(window);
+        Vw3AView* view = window->getView();
+        QWindow* surface = area(window);
+        const QPoint middle(surface->width() / 2, surface->height() / 2);
+
+        // The first click only activates: a key pressed before it moves nothing.
+        const SbVec3f before = viewDirection(view);
+        QTest::keyClick(surface, Qt::Key_U);
+        QVERIFY((viewDirection(view) - before).length() < 1e-6f);
+        QTest::mouseClick(surface, Qt::LeftButton, Qt::NoModifier, middle);
+        QVERIFY((viewDirection(view) - before).length() < 1e-6f);
+
+        QTest::keyClick(surface, Qt::Key_U);
+        QVERIFY((viewDirection(view) - SbVec3f(0, 0, -1)).length() < 1e-4f);
+        QTest::keyClick(surface, Qt::Key_E);
+        QVERIFY((viewDirection(view) - SbVec3f(-1, 0, 0)).length() < 1e-4f);
+
+        // One notch towards the user moves the camera back by 2^(π/180).
+        const float distance = focalDistance(view);
+        QWheelEvent wheel(QPointF(middle), surface->mapToGlobal(middle), QPoint(), QPoint(0, -120), Qt::NoButton,
+                          Qt::NoModifier, Qt::NoScrollPhase, false);
+        QGuiApplication::sendEvent(surface, &wheel);
+        QVERIFY(std::abs(focalDistance(view) / distance - std::pow(2.0f, float(M_PI / 180))) < 1e-3f);
+    }
+
+    void saveAsImageWritesAPng()
+    {
+        Demo3DWindow* window = openAndShow();
+        QVERIFY(window);
+        const QString path = _dir.filePath(QStringLiteral("view.png"));
+        QVERIFY(window->exportImage(path));
+        const QImage image(path);
+        QVERIFY(!image.isNull());
+        const SbVec2i32 size = window->getView()->getViewer()->getRenderArea()->getSize();
+        QCOMPARE(image.size(), QSize(size[0], size[1]));
+        QVERIFY(!window->exportImage(_dir.filePath(QStringLiteral("missing/view.png"))));
+    }
+
+    void cameraAndExaggerationComeBackWithTheProject()
+    {
+        Demo3DWindow* window = openAndShow();
+        QVERIFY(window);
+        QWindow* surface = area(window);
+        QTest::mouseClick(surface, Qt::LeftButton, Qt::NoModifier, QPoint(10, 10));
+        QTest::keyClick(surface, Qt::Key_N);
+        auto* exaggeration = window->findChild<QComboBox*>(QStringLiteral("Z_SCALE"));
+        exaggeration->setCurrentIndex(exaggeration->findData(5.0));
+        QMetaObject::invokeMethod(exaggeration, "activated", Q_ARG(int, exaggeration->currentIndex()));
+        QCOMPARE(window->getView()->getZScale(), 5.0f);
+        const Vug::CameraState saved = window->getView()->getCameraState();
+
+        QVERIFY(_main->closeProject());
+        window = openAndShow();
+        QVERIFY(window);
+        QCOMPARE(window->getView()->getZScale(), 5.0f);
+        const Vug::CameraState restored = window->getView()->getCameraState();
+        for (int i = 0; i < 3; ++i)
+            QVERIFY2(std::abs(restored.position[i] - saved.position[i]) < 1e-3,
+                     qPrintable(restored.toString() + " != " + saved.toString()));
+        QVERIFY((viewDirection(window->getView()) - SbVec3f(0, -1, 0)).length() < 1e-4f);
+    }
+
+    void anUnreadableCameraIsReportedAndTheSceneFramed()
+    {
+        QVERIFY(openAndShow());
+        QVERIFY(_main->closeProject());
+        const QString path = QDir(_folder).filePath(QStringLiteral("database/windows.xml"));
+        QFile file(path);
+        QVERIFY2(file.open(QIODevice::ReadOnly), qPrintable(path));
+        QString xml = QString::fromUtf8(file.readAll());
+        file.close();
+        const QRegularExpression camera(QStringLiteral("(camera[^>]*>)[^<]*(<)"));
+        QVERIFY2(xml.contains(camera), qPrintable(xml));
+        xml.replace(camera, QStringLiteral("\\1not a camera\\2"));
+        QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        file.write(xml.toUtf8());
+        file.close();
+
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("saved camera of the 3D display cannot be read"));
+        Demo3DWindow* window = openAndShow();
+        QVERIFY(window);
+        QVERIFY(window->getView()->getCameraState().isValid());
+        const QImage image = window->getView()->getImage(1.0);
+        const QRgb centre = image.pixel(image.width() / 2, image.height() / 2);
+        QVERIFY(QColor(centre) != window->getView()->getBackgroundColor());
+    }
+};
+
+QTEST_MAIN(TestDemo3D)
+#include "tst_gl_demo3d.moc"
