@@ -8,6 +8,8 @@
 #include <Inventor/nodes/SoIndexedFaceSet.h>
 #include <Inventor/nodes/SoMaterial.h>
 #include <Inventor/nodes/SoMaterialBinding.h>
+#include <Inventor/nodes/SoNormal.h>
+#include <Inventor/nodes/SoNormalBinding.h>
 #include <Inventor/nodes/SoQuadMesh.h>
 #include <Inventor/nodes/SoSeparator.h>
 #include <Inventor/nodes/SoShapeHints.h>
@@ -19,6 +21,36 @@ namespace {
 SbColor toSbColor(QRgb rgb)
 {
     return SbColor(qRed(rgb) / 255.0f, qGreen(rgb) / 255.0f, qBlue(rgb) / 255.0f);
+}
+
+// One normal per lattice node from the differences between its usable neighbours along
+// the rows and the columns (its own position standing in for a missing one).
+QVector<SbVec3f> latticeNormals(const QVector<SbVec3f>& points, const QVector<bool>& usable, int nx, int ny)
+{
+    QVector<SbVec3f> normals(points.size(), SbVec3f(0, 0, 1));
+    const auto at = [&](int i, int j, int k) {
+        const int n = j * nx + i;
+        return i >= 0 && i < nx && j >= 0 && j < ny && usable[n] ? n : k;
+    };
+    for (int j = 0; j < ny; ++j)
+        for (int i = 0; i < nx; ++i) {
+            const int k = j * nx + i;
+            if (!usable[k])
+                continue;
+            SbVec3f along = points[at(i + 1, j, k)] - points[at(i - 1, j, k)];
+            SbVec3f across = points[at(i, j + 1, k)] - points[at(i, j - 1, k)];
+            // No usable neighbour along a direction: taken as level that way.
+            if (along.length() == 0.0f)
+                along = SbVec3f(1, 0, 0);
+            if (across.length() == 0.0f)
+                across = SbVec3f(0, 1, 0);
+            SbVec3f n = along.cross(across);
+            if (n.length() > 0.0f) {
+                n.normalize();
+                normals[k] = n;
+            }
+        }
+    return normals;
 }
 
 } // namespace
@@ -138,16 +170,24 @@ void Vg3GridSurfaceNode::_build(SoSeparator* parent)
     material->diffuseColor.setValues(0, colors.size(), colors.constData());
     material->transparency = _d->transparency;
     parent->addChild(material);
-    // No normals given: the shape generates them, smoothing across the crease angle.
     auto coords = new SoCoordinate3;
     coords->point.setValues(0, points.size(), points.constData());
     parent->addChild(coords);
+    // Normals made here, once per data change, by differences across the lattice: a
+    // million-triangle surface would otherwise have them generated on its first frame.
+    auto normal = new SoNormal;
+    const QVector<SbVec3f> normals = latticeNormals(points, usable, nx, ny);
+    normal->vector.setValues(0, normals.size(), normals.constData());
+    parent->addChild(normal);
+    auto normalBinding = new SoNormalBinding;
+    parent->addChild(normalBinding);
 
     auto binding = new SoMaterialBinding;
     parent->addChild(binding);
     if (cells.size() == (nx - 1) * (ny - 1)) {
         // No hole: one mesh over the lattice, rows of nx nodes.
         binding->value = SoMaterialBinding::PER_VERTEX;
+        normalBinding->value = SoNormalBinding::PER_VERTEX;
         auto mesh = new SoQuadMesh;
         mesh->verticesPerRow = nx;
         mesh->verticesPerColumn = ny;
@@ -156,6 +196,7 @@ void Vg3GridSurfaceNode::_build(SoSeparator* parent)
     }
     // Holes: two counter-clockwise triangles per drawn cell, colours indexed like vertices.
     binding->value = SoMaterialBinding::PER_VERTEX_INDEXED;
+    normalBinding->value = SoNormalBinding::PER_VERTEX_INDEXED;
     QVector<int32_t> indices;
     indices.reserve(cells.size() * 8);
     for (const int k : cells) {

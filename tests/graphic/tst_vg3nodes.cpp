@@ -21,6 +21,7 @@
 
 #include <Inventor/SoPrimitiveVertex.h>
 #include <Inventor/actions/SoCallbackAction.h>
+#include <Inventor/nodes/SoNormal.h>
 #include <Inventor/nodes/SoScale.h>
 #include <Inventor/nodes/SoSeparator.h>
 #include <Inventor/nodes/SoSwitch.h>
@@ -359,6 +360,38 @@ private Q_SLOTS:
             // Each corner sits at its node's value and takes the scale's colour for it.
             QCOMPARE(p[2], float(grid.value(i, j)));
             QVERIFY(near(d.triangleColors[k], scale.colorAt(grid.value(i, j))));
+        }
+    }
+
+    // A plane rising 1 in 1 eastwards: every normal leans west at 45 degrees, at the edges and
+    // beside a hole too, except where a node has no neighbour left east or west of it.
+    void surfaceNormalsFollowTheSlope_data()
+    {
+        QTest::addColumn<bool>("hole");
+        QTest::newRow("whole") << false;
+        QTest::newRow("with a hole") << true;
+    }
+    void surfaceNormalsFollowTheSlope()
+    {
+        QFETCH(bool, hole);
+        VsdGrid grid(QPointF(0, 0), 1.0, 1.0, 4, 3);
+        for (int j = 0; j < 3; ++j)
+            for (int i = 0; i < 4; ++i)
+                grid.setValue(i, j, double(i));
+        if (hole)
+            grid.setValue(1, 1, KbbGlobal::D_FFFF);
+        Vg3GridSurfaceNode surface(QStringLiteral("slope"));
+        surface.setData(grid, rainbow(0, 3));
+        auto* normal = static_cast<SoNormal*>(find(surface.getRoot(), SoNormal::getClassTypeId()));
+        QVERIFY(normal);
+        QCOMPARE(normal->vector.getNum(), 12);
+        const SbVec3f expected(-float(M_SQRT1_2), 0.0f, float(M_SQRT1_2));
+        if (hole) // (0, 1) between the west edge and the hole is taken as level.
+            QVERIFY((normal->vector[4] - SbVec3f(0, 0, 1)).length() < 1e-5f);
+        for (int k = 0; k < 12; ++k) {
+            if (hole && (k == 5 || k == 4))
+                continue;
+            QVERIFY2((normal->vector[k] - expected).length() < 1e-5f, qPrintable(QString::number(k)));
         }
     }
 

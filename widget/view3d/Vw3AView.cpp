@@ -1,6 +1,7 @@
 #include "Vw3AView.h"
 
 #include "Vw3IContextMenuCallback.h"
+#include "Vw3ImageFile.h"
 #include "Vw3Legend_p.h"
 #include "Vw3OivViewer.h"
 #include "Vw3RenderAreaQWindow.h"
@@ -49,7 +50,6 @@
 #include <QClipboard>
 #include <QDragEnterEvent>
 #include <QFileDialog>
-#include <QFileInfo>
 #include <QMenu>
 #include <QMimeData>
 #include <QPointer>
@@ -1315,12 +1315,7 @@ QImage Vw3AView::getImage(double scale)
 
 bool Vw3AView::saveImage(const QString& fileName)
 {
-    const QImage image = getImage(1.0);
-    // Written aside and renamed, so a failure leaves an earlier file whole.
-    QSaveFile file(fileName);
-    const QByteArray format = QFileInfo(fileName).suffix().toLower().toLatin1();
-    if (image.isNull() || !file.open(QIODevice::WriteOnly)
-        || !image.save(&file, format.isEmpty() ? "PNG" : format.constData()) || !file.commit()) {
+    if (!Vw3ImageFile::write(getImage(1.0), fileName)) {
         KbbDebug::printWarning(tr("Error when saving view : File system full or write protected?"));
         return false;
     }

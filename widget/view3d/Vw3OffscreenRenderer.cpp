@@ -1,5 +1,6 @@
 #include <Vw3OffscreenRenderer.h>
 
+#include <Vw3ImageFile.h>
 #include <Vw3RenderAreaQWindow.h>
 
 #include <KbbDebug.h>
@@ -9,7 +10,6 @@
 #include <Inventor/SoOffscreenRenderer.h>
 #include <Inventor/actions/SoGLRenderAction.h>
 
-#include <QSaveFile>
 
 #include <limits>
 
@@ -91,11 +91,9 @@ bool Vw3OffscreenRenderer::saveToFile(const QString& fileName) const
 {
     // Written through QImage rather than Coin's PNG writer, which needs an image library
     // Coin may have been built without.
-    const QImage image = getImage();
-    QSaveFile file(fileName);
-    if (!file.open(QIODevice::WriteOnly) || !image.save(&file, "PNG") || !file.commit()) {
-        qWarning("Vw3OffscreenRenderer::saveToFile: cannot write %s: %s", qPrintable(fileName),
-                 qPrintable(file.errorString()));
+    QString error;
+    if (!Vw3ImageFile::write(getImage(), fileName, &error)) {
+        qWarning("Vw3OffscreenRenderer::saveToFile: cannot write %s: %s", qPrintable(fileName), qPrintable(error));
         return false;
     }
     return true;

@@ -1,5 +1,6 @@
 #include <Vw3RenderAreaQWindow.h>
 
+#include <Vw3ImageFile.h>
 #include <Vw3OivQtTimer.h>
 #include <Vw3QtEventToOivEvent.h>
 
@@ -21,7 +22,6 @@
 #include <QOpenGLContext>
 #include <QOpenGLFramebufferObject>
 #include <QOpenGLFunctions>
-#include <QSaveFile>
 #include <QTouchEvent>
 #include <QWheelEvent>
 #include <QWidget>
@@ -180,10 +180,9 @@ bool Vw3RenderAreaSupport::saveImage(const QImage& image, const QString& fileNam
         qWarning("%s::saveToFile: no image to write to %s", className, qPrintable(fileName));
         return false;
     }
-    QSaveFile file(fileName);
-    if (!file.open(QIODevice::WriteOnly) || !image.save(&file, "PNG") || !file.commit()) {
-        qWarning("%s::saveToFile: cannot write %s: %s", className, qPrintable(fileName),
-                 qPrintable(file.errorString()));
+    QString error;
+    if (!Vw3ImageFile::write(image, fileName, &error)) {
+        qWarning("%s::saveToFile: cannot write %s: %s", className, qPrintable(fileName), qPrintable(error));
         return false;
     }
     return true;
