@@ -194,14 +194,16 @@ void Vg3GridSurfaceNode::_build(SoSeparator* parent)
         parent->addChild(mesh);
         return;
     }
-    // Holes: two counter-clockwise triangles per drawn cell, colours indexed like vertices.
+    // Holes: one counter-clockwise quad per drawn cell, colours indexed like vertices. Quads
+    // rather than triangle pairs: Coin builds its vertex arrays from half as many faces and
+    // does not sort quads, which halves the surface's first frame.
     binding->value = SoMaterialBinding::PER_VERTEX_INDEXED;
     normalBinding->value = SoNormalBinding::PER_VERTEX_INDEXED;
     QVector<int32_t> indices;
-    indices.reserve(cells.size() * 8);
+    indices.reserve(cells.size() * 5);
     for (const int k : cells) {
         const int32_t a = k, b = k + 1, d = k + nx, e = k + nx + 1;
-        indices << a << b << e << -1 << a << e << d << -1;
+        indices << a << b << e << d << -1;
     }
     auto faces = new SoIndexedFaceSet;
     faces->coordIndex.setValues(0, indices.size(), indices.constData());

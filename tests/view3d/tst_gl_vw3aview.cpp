@@ -138,6 +138,7 @@ private Q_SLOTS:
     void notificationShowsOnlyInFullScreen();
     void nodesAreWrappedHiddenAndRemoved();
     void lookAtBeforeShowIsPerformedOnceShown();
+    void cameraStateBeforeShowIsKept();
     void activation_data();
     void activation();
     void keyShortcutsMoveTheCamera_data();
@@ -287,6 +288,23 @@ void TestVw3AView::lookAtBeforeShowIsPerformedOnceShown()
     // Framed: the box fills a good part of the view but is not cut.
     const float distance = (view->getSceneInteractor()->getCamera()->position.getValue() - SbVec3f(100, 200, 50)).length();
     QVERIFY2(distance > 8.0f && distance < 60.0f, qPrintable(QString::number(distance)));
+}
+
+// A window restored with its project sets the camera before its view is first shown: the
+// first show's framing must not replace it.
+void TestVw3AView::cameraStateBeforeShowIsKept()
+{
+    auto view = makeView();
+    CubeNode cube(QStringLiteral("cube"), SbVec3f(0, 0, 0), 10.0f, Qt::blue);
+    view->addNode(&cube);
+    Vug::CameraState state;
+    QVERIFY(Vug::CameraState::fromString(QStringLiteral("300 -40 25 0 0 1 0 250 0.785398 persp"), state));
+    view->setCameraState(state);
+    QVERIFY(showAndWait(*view));
+    QTRY_VERIFY(view->isInitialized());
+    const Vug::CameraState shown = view->getCameraState();
+    QVERIFY2(std::abs(shown.position[0] - 300) < 1e-3 && std::abs(shown.position[2] - 25) < 1e-3,
+             qPrintable(shown.toString()));
 }
 
 void TestVw3AView::activation_data()

@@ -198,6 +198,8 @@ public:
 
     bool initialized = false;
     bool pendingLookAt = false;
+    // A camera state was given: the first show does not frame the scene over it.
+    bool cameraSet = false;
     bool firstShowDone = false;
     bool activated = false;
     bool alwaysActivated = false;
@@ -327,6 +329,9 @@ void Vw3AView::_buildGraph()
 
     _d->bboxCaching = new SoSeparator;
     _d->bboxCaching->setName("vw3aview_bbox_caching");
+    // Never culled as a whole: its callback tells the view it has been drawn, even when the
+    // camera looks away from the data.
+    _d->bboxCaching->renderCulling = SoSeparator::OFF;
     _d->traversalCallback = new SoCallback;
     _d->traversalCallback->setName("vw3aview_traversable_callback");
     _d->traversalCallback->setCallback(&Vw3AView::_traversalCallback, this);
@@ -707,7 +712,18 @@ void Vw3AView::setCameraState(const Vug::CameraState& state)
         return;
     }
     cancelPendingCameraChange();
+    _d->cameraSet = true;
     getSceneInteractor()->setCameraState(state);
+}
+
+bool Vw3AView::isInitialized() const
+{
+    return _d->initialized;
+}
+
+bool Vw3AView::_isCameraSet() const
+{
+    return _d->cameraSet;
 }
 
 void Vw3AView::resetViewer()

@@ -234,6 +234,8 @@ public:
     void insertActionInToolbar(QAction* action, int index = -1);
 
     // Focus among several views.
+    // True once the view has drawn its first frame; a look-at asked before waits for it.
+    bool isInitialized() const;
     void setActivated(bool activated);
     bool isActivated() const;
     void setAlwaysActivated(bool always);
@@ -299,6 +301,8 @@ protected:
     void _updateBoundingBox();
     // Called when the render area becomes initialised.
     virtual void _initialized();
+    // True once setCameraState has placed the camera.
+    bool _isCameraSet() const;
     // The context menu for a right click; setPopupMenuEnabled(false) suppresses it.
     virtual void _showContextMenu(const SoPickedPoint* picked, const QPoint& globalPosition);
     virtual void _fillContextMenu(class QMenu* menu);

@@ -29,8 +29,9 @@ Vw3ExaminerView::~Vw3ExaminerView() = default;
 
 void Vw3ExaminerView::_initialized()
 {
-    // A look-at asked before the first frame wins over the framing of the first show.
-    if (!_framed) {
+    // A look-at asked before the first frame wins over the framing of the first show, and a
+    // camera state given before it (a window restored with its project) is kept.
+    if (!_framed && !_isCameraSet()) {
         _framed = true;
         viewAll();
     }
