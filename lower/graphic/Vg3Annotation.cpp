@@ -1,19 +1,11 @@
 #include <Vg3Annotation.h>
 
-#include <Vg3OpenInventor.h>
+#include <Vg3ScreenOverlay.h>
 
-#include <Inventor/SoDB.h>
-#include <Inventor/actions/SoAction.h>
 #include <Inventor/elements/SoModelMatrixElement.h>
-#include <Inventor/elements/SoViewportRegionElement.h>
-#include <Inventor/misc/SoState.h>
-#include <Inventor/nodes/SoAnnotation.h>
 #include <Inventor/nodes/SoBaseColor.h>
-#include <Inventor/nodes/SoCallback.h>
 #include <Inventor/nodes/SoFont.h>
-#include <Inventor/nodes/SoLightModel.h>
-#include <Inventor/nodes/SoOrthographicCamera.h>
-#include <Inventor/nodes/SoSwitch.h>
+#include <Inventor/nodes/SoSeparator.h>
 #include <Inventor/nodes/SoText2.h>
 
 namespace {
@@ -26,35 +18,15 @@ constexpr float MARGIN = 8.0f;
 class Vg3AnnotationPrivate
 {
 public:
-    SoAnnotation* root = nullptr;
-    SoSwitch* visibility = nullptr;
-    SoBaseColor* color = nullptr;
-    SoFont* font = nullptr;
-    SoText2* text = nullptr;
-    QString string;
-    Vg3Annotation::AnnotationPosition position = Vg3Annotation::TOP_LEFT;
-    int size = 12;
-    QColor qcolor = Qt::white;
-    bool visible = true;
-
-    // The camera shows [-1, 1] both ways whatever the window's shape; the text's anchor is
-    // placed in pixels from the edge, which only the traversal knows.
-    static void placeText(void* data, SoAction* action)
+    // The text's anchor is placed in pixels from the edge.
+    void placeText(SoState* state, const SbVec2s& pixels)
     {
-        auto d = static_cast<Vg3AnnotationPrivate*>(data);
-        SoState* state = action->getState();
-        if (!state || !state->isElementEnabled(SoModelMatrixElement::getClassStackIndex()) ||
-            !state->isElementEnabled(SoViewportRegionElement::getClassStackIndex()))
-            return;
-        const SbVec2s pixels = SoViewportRegionElement::get(state).getViewportSizePixels();
-        if (pixels[0] <= 0 || pixels[1] <= 0)
-            return;
         const float sx = 2.0f / pixels[0];
         const float sy = 2.0f / pixels[1];
-        const int lines = d->text->string.getNum();
-        const float lineHeight = float(d->size) * d->text->spacing.getValue();
+        const int lines = text->string.getNum();
+        const float lineHeight = float(size) * text->spacing.getValue();
         float x = 0.0f;
-        switch (d->position) {
+        switch (position) {
         case Vg3Annotation::TOP_LEFT:
         case Vg3Annotation::BOTTOM_LEFT:
             x = -1.0f + MARGIN * sx;
@@ -66,49 +38,35 @@ public:
         default:
             break;
         }
-        const bool top = d->position <= Vg3Annotation::TOP_RIGHT;
+        const bool top = position <= Vg3Annotation::TOP_RIGHT;
         // The anchor is the first line's baseline; the lines go down from there.
-        const float y = top ? 1.0f - (MARGIN + float(d->size)) * sy
-                            : -1.0f + (MARGIN + 0.25f * float(d->size) + (lines - 1) * lineHeight) * sy;
-        SoModelMatrixElement::translateBy(state, d->root, SbVec3f(x, y, 0.0f));
+        const float y = top ? 1.0f - (MARGIN + float(size)) * sy
+                            : -1.0f + (MARGIN + 0.25f * float(size) + (lines - 1) * lineHeight) * sy;
+        SoModelMatrixElement::translateBy(state, screen.getRoot(), SbVec3f(x, y, 0.0f));
     }
+
+    Vg3ScreenOverlay screen{"annotation_root",
+                            [this](SoState* state, const SbVec2s& pixels) { placeText(state, pixels); }};
+    SoBaseColor* color = nullptr;
+    SoFont* font = nullptr;
+    SoText2* text = nullptr;
+    QString string;
+    Vg3Annotation::AnnotationPosition position = Vg3Annotation::TOP_LEFT;
+    int size = 12;
+    QColor qcolor = Qt::white;
+    bool visible = true;
 };
 
 Vg3Annotation::Vg3Annotation(AnnotationPosition position)
     : _d(std::make_unique<Vg3AnnotationPrivate>())
 {
-    if (!SoDB::isInitialized())
-        Vg3OpenInventor::getInstance()->init();
-    _d->root = new SoAnnotation;
-    _d->root->ref();
-    _d->root->setName("annotation_root");
-    // The placement depends on the window's size, read while drawing: nothing is cached.
-    _d->root->renderCaching = SoSeparator::OFF;
-    _d->root->boundingBoxCaching = SoSeparator::OFF;
-    _d->visibility = new SoSwitch;
-    _d->root->addChild(_d->visibility);
-    auto group = new SoSeparator;
-    _d->visibility->addChild(group);
-
-    auto camera = new SoOrthographicCamera;
-    camera->viewportMapping = SoCamera::LEAVE_ALONE;
-    camera->position.setValue(0.0f, 0.0f, 5.0f);
-    camera->height = 2.0f;
-    camera->nearDistance = 1.0f;
-    camera->farDistance = 10.0f;
-    group->addChild(camera);
-    auto lightModel = new SoLightModel;
-    lightModel->model = SoLightModel::BASE_COLOR;
-    group->addChild(lightModel);
+    SoSeparator* content = _d->screen.getContent();
     _d->color = new SoBaseColor;
-    group->addChild(_d->color);
+    content->addChild(_d->color);
     _d->font = new SoFont;
-    group->addChild(_d->font);
-    auto place = new SoCallback;
-    place->setCallback(&Vg3AnnotationPrivate::placeText, _d.get());
-    group->addChild(place);
+    content->addChild(_d->font);
     _d->text = new SoText2;
-    group->addChild(_d->text);
+    content->addChild(_d->text);
 
     if (position < TOP_LEFT || position > BOTTOM_RIGHT)
         qWarning("Vg3Annotation::Vg3Annotation: %d is not a position, TOP_LEFT is used", int(position));
@@ -117,16 +75,12 @@ Vg3Annotation::Vg3Annotation(AnnotationPosition position)
     _update();
 }
 
-Vg3Annotation::~Vg3Annotation()
-{
-    _d->root->unref();
-}
+Vg3Annotation::~Vg3Annotation() = default;
 
 SoSeparator* Vg3Annotation::getRoot() const
 {
-    return _d->root;
+    return _d->screen.getRoot();
 }
-
 QString Vg3Annotation::getText() const
 {
     return _d->string;
@@ -220,5 +174,5 @@ void Vg3Annotation::_update()
     }
     _d->font->size = float(_d->size);
     _d->color->rgb.setValue(float(_d->qcolor.redF()), float(_d->qcolor.greenF()), float(_d->qcolor.blueF()));
-    _d->visibility->whichChild = isShown() ? 0 : SO_SWITCH_NONE;
+    _d->screen.setShown(isShown());
 }

@@ -1,29 +1,21 @@
 #include <Vg3ColorLegend.h>
 
-#include <Vg3OpenInventor.h>
+#include <Vg3ScreenOverlay.h>
 #include <VugColorScale.h>
 
 #include <KbbStringFormat.h>
 
-#include <Inventor/SoDB.h>
-#include <Inventor/actions/SoAction.h>
 #include <Inventor/elements/SoModelMatrixElement.h>
-#include <Inventor/elements/SoViewportRegionElement.h>
-#include <Inventor/misc/SoState.h>
-#include <Inventor/nodes/SoAnnotation.h>
 #include <Inventor/nodes/SoBaseColor.h>
-#include <Inventor/nodes/SoCallback.h>
 #include <Inventor/nodes/SoCoordinate3.h>
 #include <Inventor/nodes/SoDrawStyle.h>
 #include <Inventor/nodes/SoFaceSet.h>
 #include <Inventor/nodes/SoFont.h>
-#include <Inventor/nodes/SoLightModel.h>
 #include <Inventor/nodes/SoLineSet.h>
 #include <Inventor/nodes/SoMaterial.h>
 #include <Inventor/nodes/SoMaterialBinding.h>
-#include <Inventor/nodes/SoOrthographicCamera.h>
 #include <Inventor/nodes/SoQuadMesh.h>
-#include <Inventor/nodes/SoSwitch.h>
+#include <Inventor/nodes/SoSeparator.h>
 #include <Inventor/nodes/SoText2.h>
 #include <Inventor/nodes/SoTranslation.h>
 
@@ -79,9 +71,8 @@ bool isUsable(const VugColorScale& scale)
 class Vg3ColorLegendPrivate
 {
 public:
-    SoAnnotation* root = nullptr;
-    SoSwitch* visibility = nullptr;
-    SoSeparator* content = nullptr;
+    Vg3ScreenOverlay screen{"color_legend_root",
+                            [this](SoState* state, const SbVec2s& pixels) { placeLegend(state, pixels); }};
     QColor background;
     QColor foreground;
     int alignment = Vu::RIGHT | Vu::BOTTOM;
@@ -95,21 +86,13 @@ public:
     QStringList tickLabels;
 
     // Moves the origin to the aligned corner (or edge middle) of the window and makes one
-    // unit across as long as one unit up: only the traversal knows the window's shape.
-    static void placeLegend(void* data, SoAction* action)
+    // unit across as long as one unit up.
+    void placeLegend(SoState* state, const SbVec2s& pixels)
     {
-        auto d = static_cast<Vg3ColorLegendPrivate*>(data);
-        SoState* state = action->getState();
-        if (!state || !state->isElementEnabled(SoModelMatrixElement::getClassStackIndex()) ||
-            !state->isElementEnabled(SoViewportRegionElement::getClassStackIndex()))
-            return;
-        const SbVec2s pixels = SoViewportRegionElement::get(state).getViewportSizePixels();
-        if (pixels[0] <= 0 || pixels[1] <= 0)
-            return;
-        const float x = (d->alignment & Vu::LEFT) ? -1.0f : (d->alignment & Vu::RIGHT) ? 1.0f : 0.0f;
-        const float y = (d->alignment & Vu::BOTTOM) ? -1.0f : (d->alignment & Vu::TOP) ? 1.0f : 0.0f;
-        SoModelMatrixElement::translateBy(state, d->root, SbVec3f(x, y, 0.0f));
-        SoModelMatrixElement::scaleBy(state, d->root, SbVec3f(float(pixels[1]) / float(pixels[0]), 1.0f, 1.0f));
+        const float x = (alignment & Vu::LEFT) ? -1.0f : (alignment & Vu::RIGHT) ? 1.0f : 0.0f;
+        const float y = (alignment & Vu::BOTTOM) ? -1.0f : (alignment & Vu::TOP) ? 1.0f : 0.0f;
+        SoModelMatrixElement::translateBy(state, screen.getRoot(), SbVec3f(x, y, 0.0f));
+        SoModelMatrixElement::scaleBy(state, screen.getRoot(), SbVec3f(float(pixels[1]) / float(pixels[0]), 1.0f, 1.0f));
     }
 
     // The bar's height at a value, 0 at the scale's minimum.
@@ -148,6 +131,7 @@ void Vg3ColorLegendPrivate::computeTicks()
 
 void Vg3ColorLegendPrivate::build()
 {
+    SoSeparator* content = screen.getContent();
     content->removeAllChildren();
     if (!usable)
         return;
@@ -285,8 +269,6 @@ void Vg3ColorLegendPrivate::build()
 Vg3ColorLegend::Vg3ColorLegend(const QColor& background, const QColor& foreground, Vu::Position alignment)
     : _d(std::make_unique<Vg3ColorLegendPrivate>())
 {
-    if (!SoDB::isInitialized())
-        Vg3OpenInventor::getInstance()->init();
     _d->background = background.isValid() ? background : QColor(Qt::black);
     _d->foreground = foreground.isValid() ? foreground : QColor(Qt::white);
     if (!background.isValid() || !foreground.isValid())
@@ -297,42 +279,14 @@ Vg3ColorLegend::Vg3ColorLegend(const QColor& background, const QColor& foregroun
         qWarning("Vg3ColorLegend::Vg3ColorLegend: %d is not an alignment, the lower right corner is used",
                  int(alignment));
 
-    _d->root = new SoAnnotation;
-    _d->root->ref();
-    _d->root->setName("color_legend_root");
-    // The placement depends on the window's size, read while drawing: nothing is cached.
-    _d->root->renderCaching = SoSeparator::OFF;
-    _d->root->boundingBoxCaching = SoSeparator::OFF;
-    _d->visibility = new SoSwitch;
-    _d->root->addChild(_d->visibility);
-    auto group = new SoSeparator;
-    _d->visibility->addChild(group);
-    auto camera = new SoOrthographicCamera;
-    camera->viewportMapping = SoCamera::LEAVE_ALONE;
-    camera->position.setValue(0.0f, 0.0f, 5.0f);
-    camera->height = 2.0f;
-    camera->nearDistance = 1.0f;
-    camera->farDistance = 10.0f;
-    group->addChild(camera);
-    auto lightModel = new SoLightModel;
-    lightModel->model = SoLightModel::BASE_COLOR;
-    group->addChild(lightModel);
-    auto place = new SoCallback;
-    place->setCallback(&Vg3ColorLegendPrivate::placeLegend, _d.get());
-    group->addChild(place);
-    _d->content = new SoSeparator;
-    group->addChild(_d->content);
     _rebuild();
 }
 
-Vg3ColorLegend::~Vg3ColorLegend()
-{
-    _d->root->unref();
-}
+Vg3ColorLegend::~Vg3ColorLegend() = default;
 
 SoSeparator* Vg3ColorLegend::getRoot() const
 {
-    return _d->root;
+    return _d->screen.getRoot();
 }
 
 void Vg3ColorLegend::setColorScale(const VugColorScale& colorScale, const QString& title,
@@ -377,7 +331,7 @@ bool Vg3ColorLegend::isVisible() const
 void Vg3ColorLegend::setVisible(bool visible)
 {
     _d->visible = visible;
-    _d->visibility->whichChild = isShown() ? 0 : SO_SWITCH_NONE;
+    _d->screen.setShown(isShown());
 }
 
 bool Vg3ColorLegend::isShown() const
@@ -426,5 +380,5 @@ void Vg3ColorLegend::_rebuild()
         _d->tickLabels.clear();
     }
     _d->build();
-    _d->visibility->whichChild = isShown() ? 0 : SO_SWITCH_NONE;
+    _d->screen.setShown(isShown());
 }
