@@ -185,7 +185,10 @@ void Vg3GridSurfaceNode::_build(SoSeparator* parent)
     auto binding = new SoMaterialBinding;
     parent->addChild(binding);
     if (cells.size() == (nx - 1) * (ny - 1)) {
-        // No hole: one mesh over the lattice, rows of nx nodes.
+        // No hole: one mesh over the lattice, rows of nx nodes. Coin winds the mesh's quads
+        // the other way round from the faces below, so that the lattice's upward normals
+        // light its front.
+        hints->vertexOrdering = SoShapeHints::CLOCKWISE;
         binding->value = SoMaterialBinding::PER_VERTEX;
         normalBinding->value = SoNormalBinding::PER_VERTEX;
         auto mesh = new SoQuadMesh;

@@ -17,6 +17,7 @@
 
 #include <Inventor/SbViewportRegion.h>
 #include <Inventor/SoOffscreenRenderer.h>
+#include <Inventor/nodes/SoDirectionalLight.h>
 #include <Inventor/nodes/SoLightModel.h>
 #include <Inventor/nodes/SoOrthographicCamera.h>
 #include <Inventor/nodes/SoSeparator.h>
@@ -135,6 +136,58 @@ private Q_SLOTS:
         // 50 pixels per unit, y up.
         const QRgb seen = image.pixel(qRound(at.x() * 50), 199 - qRound(at.y() * 50));
         QVERIFY2(near(seen, expected, 4), qPrintable(describe(seen, expected)));
+    }
+
+    // Lit by a light shining from the camera, a surface shows its own colour from above and
+    // from below, with or without holes, however much it is exaggerated.
+    void litSurfaceFacesTheLight_data()
+    {
+        QTest::addColumn<float>("zScale");
+        QTest::addColumn<bool>("hole");
+        QTest::addColumn<bool>("below");
+        QTest::newRow("flat") << 1.0f << false << false;
+        QTest::newRow("exaggerated ten times") << 10.0f << false << false;
+        QTest::newRow("exaggerated, with a hole") << 10.0f << true << false;
+        QTest::newRow("from below") << 10.0f << false << true;
+        QTest::newRow("from below, with a hole") << 10.0f << true << true;
+    }
+    void litSurfaceFacesTheLight()
+    {
+        QFETCH(float, zScale);
+        QFETCH(bool, hole);
+        QFETCH(bool, below);
+        VsdGrid depths(QPointF(0, 0), 1.0, 1.0, 5, 5);
+        for (int j = 0; j < 5; ++j)
+            for (int i = 0; i < 5; ++i)
+                depths.setValue(i, j, 0.01 * i);
+        if (hole)
+            depths.setValue(4, 4, KbbGlobal::D_FFFF);
+        VugColorScale white;
+        white.setStops({{0.0, qRgb(255, 255, 255)}, {1.0, qRgb(255, 255, 255)}});
+        Vg3GridSurfaceNode node(QStringLiteral("horizon"));
+        node.setTransparency(0.0f);
+        node.setData(depths, white);
+        node.setZScale(zScale);
+
+        SoSeparator* scene = new SoSeparator;
+        scene->ref();
+        auto camera = new SoOrthographicCamera;
+        camera->position.setValue(2.0f, 2.0f, below ? -10.0f : 10.0f);
+        if (below)
+            camera->orientation.setValue(SbRotation(SbVec3f(1, 0, 0), float(M_PI)));
+        camera->height = 4.0f;
+        camera->nearDistance = 1.0f;
+        camera->farDistance = 20.0f;
+        scene->addChild(camera);
+        auto light = new SoDirectionalLight;
+        light->direction.setValue(0, 0, below ? 1 : -1);
+        scene->addChild(light);
+        scene->addChild(node.getRoot());
+        const QImage image = render(scene, 200, 200);
+        scene->unref();
+        QVERIFY2(!image.isNull(), "offscreen rendering failed");
+        const QRgb seen = image.pixel(100, 100);
+        QVERIFY2(qGreen(seen) > 180, qPrintable(QColor(seen).name()));
     }
 
     void legendBarInItsCorner_data()
