@@ -6,7 +6,7 @@ set -euo pipefail
 packages=(
   build-essential cmake ninja-build ccache pkg-config
   qtbase5-dev qtbase5-dev-tools libqt5svg5-dev libqt5opengl5-dev qttools5-dev-tools
-  libqwt-qt5-dev libcoin-dev libproj-dev
+  libqwt-qt5-dev libcoin-dev libproj-dev libpng-dev
   libgl1-mesa-dri libgl1-mesa-dev libglu1-mesa-dev
   xvfb xauth x11-utils
   libbenchmark-dev

@@ -1,7 +1,8 @@
 #pragma once
 // Writes the 3D views' pictures: atomically (written aside and renamed, so a failure leaves
-// an earlier file whole), in the format the file's suffix names (PNG without one), and PNG
-// at a fast compression, since a view is saved while the user waits.
+// an earlier file whole), in the format the file's suffix names (PNG without one). PNG is
+// written with one row filter and fast compression, since a view is saved while the user
+// waits; an image with an alpha channel keeps it.
 
 #include <velmora_widget_export.h>
 
