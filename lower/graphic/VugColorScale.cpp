@@ -65,6 +65,18 @@ VugColorScale VugColorScale::viridis()
                           stop(0.75, 94, 201, 98), stop(1.0, 253, 231, 37)});
 }
 
+VugColorScale VugColorScale::named(const QString& name)
+{
+    const QString key = name.trimmed().toLower();
+    if (key == QLatin1String("grayscale") || key == QLatin1String("greyscale"))
+        return grayscale();
+    if (key == QLatin1String("viridis"))
+        return viridis();
+    if (key != QLatin1String("rainbow"))
+        qWarning("VugColorScale::named: there is no colour scale '%s', the rainbow is used", qPrintable(name));
+    return rainbow();
+}
+
 bool VugColorScale::_isAscending(const QVector<double>& values, const char* operation, const char* what)
 {
     if (values.size() < 2) {

@@ -45,6 +45,9 @@ public:
     // Dark violet through blue and green to yellow: lightness grows steadily, so the order
     // of values still reads in grey prints and for most colour-blind readers.
     static VugColorScale viridis();
+    // One of the scales above by its name ("rainbow", "grayscale", "viridis"), as the
+    // preferences store it; another name is warned about and gives the rainbow.
+    static VugColorScale named(const QString& name);
 
     Mode getMode() const { return _mode; }
     bool isClassed() const { return _mode == CLASSED; }

@@ -61,6 +61,8 @@ private Q_SLOTS:
     void lookupTable();
     void refusals_data();
     void refusals();
+    void namedScales_data();
+    void namedScales();
     void standardScalesGrowInLightness();
 };
 
@@ -232,6 +234,27 @@ void TestColorScale::refusals()
         }
         QVERIFY(s == before);
     }
+}
+
+void TestColorScale::namedScales_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QRgb>("lowest");
+    QTest::addColumn<bool>("known");
+    QTest::newRow("rainbow") << "rainbow" << VugColorScale::rainbow().colorAt(0) << true;
+    QTest::newRow("grayscale, any case and spaces") << " GrayScale " << qRgb(0, 0, 0) << true;
+    QTest::newRow("viridis") << "viridis" << VugColorScale::viridis().colorAt(0) << true;
+    QTest::newRow("unknown falls back to the rainbow") << "sunset" << VugColorScale::rainbow().colorAt(0) << false;
+}
+
+void TestColorScale::namedScales()
+{
+    QFETCH(QString, name);
+    QFETCH(QRgb, lowest);
+    QFETCH(bool, known);
+    if (!known)
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("no colour scale 'sunset'"));
+    QCOMPARE(VugColorScale::named(name).colorAt(0), lowest);
 }
 
 void TestColorScale::standardScalesGrowInLightness()

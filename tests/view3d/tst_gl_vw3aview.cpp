@@ -2,7 +2,10 @@
 // camera moves by keys and look-at, activation among views, image and file export, and
 // the render-format check.
 
+#include <KbbGlobal.h>
 #include <KbbStringFormat.h>
+#include <KbdVariable.h>
+#include <KbuUnit.h>
 #include <Vg3ANode.h>
 #include <Vg3SceneInteractor.h>
 #include <VugColorScale.h>
@@ -155,6 +158,8 @@ private Q_SLOTS:
     void legendFollowsAvailabilityAndAction();
     void decorationsShowInTheirCorners_data();
     void decorationsShowInTheirCorners();
+    void legendFromAVariable_data();
+    void legendFromAVariable();
 };
 
 void TestVw3AView::sceneGraphNames_data()
@@ -604,8 +609,6 @@ void TestVw3AView::legendFollowsAvailabilityAndAction()
     QVERIFY(!legend->isEnabled());
 }
 
-QTEST_MAIN(TestVw3AView)
-#include "tst_gl_vw3aview.moc"
 
 void TestVw3AView::decorationsShowInTheirCorners_data()
 {
@@ -650,3 +653,41 @@ void TestVw3AView::decorationsShowInTheirCorners()
     QCOMPARE(markedPixels(image, false, true) > 20, compass);
     QCOMPARE(markedPixels(image, true, true), 0);
 }
+
+// The legend of a variable is titled with its name and unit and spans its defined values.
+void TestVw3AView::legendFromAVariable_data()
+{
+    QTest::addColumn<QString>("unit");
+    QTest::addColumn<QString>("title");
+    QTest::newRow("without unit") << "" << "Porosity";
+    QTest::newRow("in metres") << "m" << "Porosity (m)";
+}
+
+void TestVw3AView::legendFromAVariable()
+{
+    QFETCH(QString, unit);
+    QFETCH(QString, title);
+    auto view = makeView();
+    const KbdVariable variable(QStringLiteral("Porosity"), {0.1, KbbGlobal::D_FFFF, 0.3, qQNaN(), 0.2},
+                               unit.isEmpty() ? KbuUnit() : KbuUnit::fromKey(unit));
+    view->setLegend(variable);
+    view->setLegendEnabled(true);
+    QVERIFY(view->isLegendShown());
+    QStringList texts;
+    SoSearchAction search;
+    search.setType(SoText2::getClassTypeId());
+    search.setInterest(SoSearchAction::ALL);
+    search.apply(view->getRoot());
+    for (int i = 0; i < search.getPaths().getLength(); ++i) {
+        const SoMFString& lines = static_cast<SoText2*>(search.getPaths()[i]->getTail())->string;
+        for (int k = 0; k < lines.getNum(); ++k)
+            texts << QString::fromUtf8(lines[k].getString());
+    }
+    QVERIFY2(texts.contains(title), qPrintable(texts.join(QStringLiteral(" | "))));
+    // Ticks run from the lowest to the highest defined value, the undefined ones left out.
+    QVERIFY2(texts.contains(QStringLiteral("0.1")) && texts.contains(QStringLiteral("0.3")),
+             qPrintable(texts.join(QStringLiteral(" | "))));
+}
+
+QTEST_MAIN(TestVw3AView)
+#include "tst_gl_vw3aview.moc"

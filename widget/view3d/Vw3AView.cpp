@@ -6,8 +6,11 @@
 #include "Vw3OivViewer.h"
 #include "Vw3RenderAreaQWindow.h"
 #include "Vw3SeekInfo.h"
+#include "Vw3ViewActions.h"
+#include "Vw3ViewShortcuts.h"
 
 #include <KbbDebug.h>
+#include <KbdAVariable.h>
 #include <KbeError.h>
 #include <KbgFence.h>
 #include <KbgPlane.h>
@@ -23,7 +26,6 @@
 #include <Vg3SectionModel.h>
 #include <VgpIPickHandler.h>
 #include <VssProjectCollection.h>
-#include <VuaResourceProvider.h>
 #include <VugColorScale.h>
 #include <VugSectionDefinition.h>
 #include <VupPreferences3DViews.h>
@@ -45,7 +47,6 @@
 #include <Inventor/SoPickedPoint.h>
 
 #include <QAction>
-#include <QActionGroup>
 #include <QApplication>
 #include <QClipboard>
 #include <QDragEnterEvent>
@@ -62,96 +63,6 @@
 #include <cstdlib>
 
 namespace {
-
-struct ActionText
-{
-    const char* text;
-    const char* toolTip;
-    bool checkable;
-};
-
-// In the order of Vw3AView::Action.
-const ActionText kActionTexts[Vw3AView::ACTION_COUNT] = {
-    {QT_TRANSLATE_NOOP("Vw3AView", "View all"), QT_TRANSLATE_NOOP("Vw3AView", "View all (Home)"), false},
-    {QT_TRANSLATE_NOOP("Vw3AView", "View from top (U)"), nullptr, false},
-    {QT_TRANSLATE_NOOP("Vw3AView", "View from bottom (D)"), nullptr, false},
-    {QT_TRANSLATE_NOOP("Vw3AView", "View from east (E)"), nullptr, false},
-    {QT_TRANSLATE_NOOP("Vw3AView", "View from west (W)"), nullptr, false},
-    {QT_TRANSLATE_NOOP("Vw3AView", "View from north (N)"), nullptr, false},
-    {QT_TRANSLATE_NOOP("Vw3AView", "View from south (S)"), nullptr, false},
-    {QT_TRANSLATE_NOOP("Vw3AView", "Perspective / Orthographic Projection"),
-     QT_TRANSLATE_NOOP("Vw3AView", "Perspective / Orthographic Projection (P / O)"), false},
-    {QT_TRANSLATE_NOOP("Vw3AView", "Fullscreen"),
-     QT_TRANSLATE_NOOP("Vw3AView", "Toggle between windowed and fullscreen modes"), true},
-    {QT_TRANSLATE_NOOP("Vw3AView", "View from section"), QT_TRANSLATE_NOOP("Vw3AView", "View from section (L)"),
-     false},
-    {QT_TRANSLATE_NOOP("Vw3AView", "Invert colors"), nullptr, true},
-    {QT_TRANSLATE_NOOP("Vw3AView", "Show axes"), nullptr, true},
-    {QT_TRANSLATE_NOOP("Vw3AView", "Show axes grid"), nullptr, true},
-    {QT_TRANSLATE_NOOP("Vw3AView", "Show gnomon"), nullptr, true},
-    {QT_TRANSLATE_NOOP("Vw3AView", "Show compass"), nullptr, true},
-    {QT_TRANSLATE_NOOP("Vw3AView", "Save scene as an IV file"), nullptr, false},
-    {QT_TRANSLATE_NOOP("Vw3AView", "Section"), nullptr, false},
-    {QT_TRANSLATE_NOOP("Vw3AView", "Send to report."), QT_TRANSLATE_NOOP("Vw3AView", "Send 3D view to report"),
-     false},
-    {QT_TRANSLATE_NOOP("Vw3AView", "Copy to clipboard"), nullptr, false},
-    {QT_TRANSLATE_NOOP("Vw3AView", "Save as image"), QT_TRANSLATE_NOOP("Vw3AView", "Save the scene into an image file"),
-     false},
-    {QT_TRANSLATE_NOOP("Vw3AView", "Show/hide colormap legend"),
-     QT_TRANSLATE_NOOP("Vw3AView", "Show/hide colormap legend..."), true},
-    {QT_TRANSLATE_NOOP("Vw3AView", "Edit colormap legend"), QT_TRANSLATE_NOOP("Vw3AView", "Edit colormap legend..."),
-     false},
-    {QT_TRANSLATE_NOOP("Vw3AView", "Show fence path"), nullptr, true},
-    {QT_TRANSLATE_NOOP("Vw3AView", "Section properties"), nullptr, true},
-    {QT_TRANSLATE_NOOP("Vw3AView", "Knife mode"), QT_TRANSLATE_NOOP("Vw3AView", "Knife mode (C)"), true},
-    {QT_TRANSLATE_NOOP("Vw3AView", "Fence mode"), nullptr, true},
-    {QT_TRANSLATE_NOOP("Vw3AView", "Set the plane from points"),
-     QT_TRANSLATE_NOOP("Vw3AView", "Set the plane from points."), true},
-    {QT_TRANSLATE_NOOP("Vw3AView", "Add fence points"), QT_TRANSLATE_NOOP("Vw3AView", "Add fence points."), true},
-    {QT_TRANSLATE_NOOP("Vw3AView", "Set points from picking"),
-     QT_TRANSLATE_NOOP("Vw3AView", "Set points from picking."), true},
-};
-
-// The icons of the actions that have one; theme names only where they mean exactly that.
-Vua::Resource::IconId actionIcon(Vw3AView::Action action)
-{
-    using Vua::Resource::IconId;
-    switch (action) {
-    case Vw3AView::VIEW_ALL: return Vua::Resource::iconZoomViewAll();
-    case Vw3AView::VIEW_TOP: return IconId(QStringLiteral("view3d-top"), QString());
-    case Vw3AView::VIEW_BOTTOM: return IconId(QStringLiteral("view3d-bottom"), QString());
-    case Vw3AView::VIEW_EAST: return IconId(QStringLiteral("view3d-east"), QString());
-    case Vw3AView::VIEW_WEST: return IconId(QStringLiteral("view3d-west"), QString());
-    case Vw3AView::VIEW_NORTH: return IconId(QStringLiteral("view3d-north"), QString());
-    case Vw3AView::VIEW_SOUTH: return IconId(QStringLiteral("view3d-south"), QString());
-    case Vw3AView::PROJECTION: return IconId(QStringLiteral("view3d-projection"), QString());
-    case Vw3AView::FULLSCREEN: return IconId(QStringLiteral("view3d-fullscreen"), QStringLiteral("view-fullscreen"));
-    case Vw3AView::AXES: return Vua::Resource::iconViewerAxes();
-    case Vw3AView::AXES_GRID: return Vua::Resource::iconViewerGrid();
-    case Vw3AView::COMPASS: return Vua::Resource::iconViewerCompass();
-    case Vw3AView::SECTION: return Vua::Resource::iconSection();
-    case Vw3AView::REPORT: return Vua::Resource::iconReporter();
-    case Vw3AView::IMAGE: return Vua::Resource::iconExport();
-    case Vw3AView::SAVE_IV_FILE: return Vua::Resource::iconSave();
-    case Vw3AView::CLIPBOARD: return IconId(QStringLiteral("view3d-clipboard"), QStringLiteral("edit-copy"));
-    case Vw3AView::LEGEND: return IconId(QStringLiteral("view3d-legend"), QString());
-    case Vw3AView::GNOMON: return IconId(QStringLiteral("view3d-gnomon"), QString());
-    case Vw3AView::INVERT_COLORS: return IconId(QStringLiteral("view3d-invert"), QString());
-    default: return IconId();
-    }
-}
-
-const char* const kModeTexts[Vw3AView::MODE_COUNT] = {
-    QT_TRANSLATE_NOOP("Vw3AView", "Viewing mode"),
-    QT_TRANSLATE_NOOP("Vw3AView", "Picking mode"),
-    QT_TRANSLATE_NOOP("Vw3AView", "Seek mode"),
-    QT_TRANSLATE_NOOP("Vw3AView", "Ruler mode"),
-    nullptr,
-    nullptr,
-    nullptr,
-    nullptr,
-    nullptr,
-};
 
 SbVec3f toSb(const KbgVector3D& v) { return SbVec3f(float(v.x()), float(v.y()), float(v.z())); }
 
@@ -208,9 +119,8 @@ public:
     QString reportTitle;
     QString reportDescription;
 
-    QAction* actions[Vw3AView::ACTION_COUNT] = {};
-    QAction* modes[Vw3AView::MODE_COUNT] = {};
-    QActionGroup* modeGroup = nullptr;
+    std::unique_ptr<Vw3ViewActions> actions;
+    std::unique_ptr<Vw3ViewShortcuts> keys;
     Vw3IContextMenuCallback* contextMenuCallback = nullptr;
     bool popupMenuEnabled = true;
     bool clipPlaneOnly = false;
@@ -221,8 +131,6 @@ public:
     // Null once the preferences are gone.
     VuoAObservable<VupPreferenceModif>* preferences3DViews = nullptr;
     VuoAObservable<VupPreferenceModif>* preferencesGraphic = nullptr;
-    // Set while the view changes its own actions, so that their signals do not echo.
-    bool syncingActions = false;
 };
 
 Vw3AView::Vw3AView(QWidget* parent)
@@ -261,7 +169,8 @@ Vw3AView::Vw3AView(QWidget* parent)
     connect(_d->sectionModel.get(), &Vg3SectionModel::sectionDefinitionChanged, this,
             &Vw3AView::_sectionDefinitionChanged);
 
-    _createActions();
+    _d->actions.reset(new Vw3ViewActions(this, [this] { _updateDecorations(); }));
+    _d->keys.reset(new Vw3ViewShortcuts(this));
     _setupTools();
 
     Vg3SceneInteractor* interactor = getSceneInteractor();
@@ -820,53 +729,8 @@ void Vw3AView::mousePressEvent(QMouseEvent* event)
 void Vw3AView::_shortcutsCallback(void* data, SoEventCallback* node)
 {
     auto self = static_cast<Vw3AView*>(data);
-    auto event = static_cast<const SoKeyboardEvent*>(node->getEvent());
-    if (!self || !event || event->getState() != SoButtonEvent::DOWN)
-        return;
-    Vg3SceneInteractor* interactor = self->getSceneInteractor();
-    const bool shift = event->wasShiftDown();
-    bool handled = true;
-    switch (event->getKey()) {
-    case SoKeyboardEvent::HOME: self->viewAll(); break;
-    case SoKeyboardEvent::U: interactor->viewFromTop(); break;
-    case SoKeyboardEvent::D: interactor->viewFromBottom(); break;
-    case SoKeyboardEvent::E: interactor->viewFromEast(); break;
-    case SoKeyboardEvent::W: interactor->viewFromWest(); break;
-    case SoKeyboardEvent::N: interactor->viewFromNorth(); break;
-    case SoKeyboardEvent::S: interactor->viewFromSouth(); break;
-    case SoKeyboardEvent::P: interactor->setProjectionType(Vg3SceneInteractor::PERSPECTIVE); break;
-    case SoKeyboardEvent::O: interactor->setProjectionType(Vg3SceneInteractor::ORTHOGRAPHIC); break;
-    case SoKeyboardEvent::L:
-        if (shift)
-            self->flipClipPlane();
-        else
-            self->getAction(SECTION_VIEW)->trigger();
-        break;
-    case SoKeyboardEvent::C: self->getKnifeMode()->trigger(); break;
-    case SoKeyboardEvent::PAD_ADD:
-        if (shift)
-            self->clipPlaneIncreaseSliceWidth();
-        else
-            self->clipPlaneStepForward();
-        break;
-    case SoKeyboardEvent::MINUS:
-    case SoKeyboardEvent::PAD_SUBTRACT:
-        if (shift)
-            self->clipPlaneDecreaseSliceWidth();
-        else
-            self->clipPlaneStepBackward();
-        break;
-    case SoKeyboardEvent::RETURN:
-    case SoKeyboardEvent::PAD_ENTER:
-        if (event->wasAltDown() && self->_d->fullScreen)
-            self->setFullScreen(false);
-        else
-            handled = false;
-        break;
-    default: handled = false; break;
-    }
-    if (handled)
-        node->setHandled();
+    if (self && self->_d->keys)
+        self->_d->keys->handle(node);
 }
 
 // ---- clipping and sections -----------------------------------------------------------------
@@ -894,7 +758,7 @@ void Vw3AView::setClipPlaneOnlyMode(bool only)
 {
     _d->clipPlaneOnly = only;
     for (Action a : {FENCE, FENCE_POINTS, FENCE_PATH})
-        _d->actions[a]->setEnabled(!only);
+        _d->actions->setEnabled(a, !only);
 }
 
 void Vw3AView::toggleClipping(bool enabled) { _d->sectionModel->setClippingEnabled(enabled); }
@@ -902,9 +766,7 @@ void Vw3AView::toggleClipping(bool enabled) { _d->sectionModel->setClippingEnabl
 void Vw3AView::toggleClippingProperties(bool shown)
 {
     _d->clippingProperties = shown;
-    _d->syncingActions = true;
-    _d->actions[SECTION_PROPERTIES]->setChecked(shown);
-    _d->syncingActions = false;
+    _d->actions->setChecked(SECTION_PROPERTIES, shown);
 }
 
 void Vw3AView::toggleClippingManip() {}
@@ -937,8 +799,8 @@ void Vw3AView::setSection(const VugSectionDefinition& section) { _d->sectionMode
 void Vw3AView::cancelSectionModes()
 {
     for (Mode m : {KNIFE_MODE, FENCE_MODE, PICK_1_POINT_MODE, PICK_3_POINTS_MODE, PICK_MULTIPLE_POINTS_MODE}) {
-        if (_d->modes[m]->isChecked()) {
-            _d->modes[VIEWING_MODE]->trigger();
+        if (_d->actions->mode(m)->isChecked()) {
+            _d->actions->mode(VIEWING_MODE)->trigger();
             break;
         }
     }
@@ -1018,9 +880,7 @@ void Vw3AView::_applyColors()
     _d->title->setColor(fore);
     _d->textOverlay->setColor(fore);
     _d->legend->setColors(back, fore);
-    _d->syncingActions = true;
-    _d->actions[INVERT_COLORS]->setChecked(_d->invertColors);
-    _d->syncingActions = false;
+    _d->actions->setChecked(INVERT_COLORS, _d->invertColors);
 }
 
 void Vw3AView::_updateDecorations()
@@ -1028,18 +888,30 @@ void Vw3AView::_updateDecorations()
     SoCamera* camera = getSceneInteractor()->getCamera();
     _d->gnomon->connectCamera(camera);
     _d->compass->connectCamera(camera);
-    _d->syncingActions = true;
-    _d->actions[AXES]->setChecked(_d->axes->isVisible());
-    _d->actions[AXES_GRID]->setChecked(_d->axes->isGridVisible());
-    _d->actions[GNOMON]->setChecked(_d->gnomon->isVisible());
-    _d->actions[COMPASS]->setChecked(_d->compass->isVisible());
-    _d->actions[LEGEND]->setChecked(_d->legend->isEnabled());
-    _d->actions[LEGEND]->setEnabled(_d->legend->isAvailable());
-    _d->actions[EDIT_LEGEND]->setEnabled(_d->legend->isAvailable());
-    _d->syncingActions = false;
+    _d->actions->setChecked(AXES, _d->axes->isVisible());
+    _d->actions->setChecked(AXES_GRID, _d->axes->isGridVisible());
+    _d->actions->setChecked(GNOMON, _d->gnomon->isVisible());
+    _d->actions->setChecked(COMPASS, _d->compass->isVisible());
+    _d->actions->setChecked(LEGEND, _d->legend->isEnabled());
+    _d->actions->setEnabled(LEGEND, _d->legend->isAvailable());
+    _d->actions->setEnabled(EDIT_LEGEND, _d->legend->isAvailable());
 }
 
 // ---- legend ------------------------------------------------------------------------------------
+
+void Vw3AView::setLegend(const KbdAVariable& variable)
+{
+    VugColorScale scale = VugColorScale::named(VupPreferencesGraphic::getColorScale());
+    const QPair<double, double> range = variable.getRange();
+    if (range.first < range.second)
+        scale.setRange(range.first, range.second);
+    setLegend(variable, scale);
+}
+
+void Vw3AView::setLegend(const KbdAVariable& variable, const VugColorScale& scale)
+{
+    setLegend(scale, variable.getTitle(), variable.getFormat());
+}
 
 void Vw3AView::setLegend(const VugColorScale& scale, const QString& title, const KbbStringFormat& format,
                          bool discrete)
@@ -1105,24 +977,14 @@ VgpIPickHandler* Vw3AView::topPickHandler() const
 void Vw3AView::requestPickPoint(int count)
 {
     const Mode mode = count == 1 ? PICK_1_POINT_MODE : count == 3 ? PICK_3_POINTS_MODE : PICK_MULTIPLE_POINTS_MODE;
-    _d->modes[mode]->trigger();
+    _d->actions->mode(mode)->trigger();
 }
 
 void Vw3AView::setContextMenuCallback(Vw3IContextMenuCallback* callback) { _d->contextMenuCallback = callback; }
 void Vw3AView::setPopupMenuEnabled(bool enabled) { _d->popupMenuEnabled = enabled; }
 bool Vw3AView::isPopupMenuEnabled() const { return _d->popupMenuEnabled; }
 
-void Vw3AView::_fillContextMenu(QMenu* menu)
-{
-    for (Action a : {VIEW_ALL, VIEW_TOP, VIEW_BOTTOM, VIEW_EAST, VIEW_WEST, VIEW_NORTH, VIEW_SOUTH, PROJECTION})
-        menu->addAction(_d->actions[a]);
-    menu->addSeparator();
-    for (Action a : {AXES, AXES_GRID, GNOMON, COMPASS, LEGEND, INVERT_COLORS})
-        menu->addAction(_d->actions[a]);
-    menu->addSeparator();
-    for (Action a : {FULLSCREEN, IMAGE, CLIPBOARD, SAVE_IV_FILE, REPORT})
-        menu->addAction(_d->actions[a]);
-}
+void Vw3AView::_fillContextMenu(QMenu* menu) { _d->actions->addContextMenuEntries(menu); }
 
 void Vw3AView::_showContextMenu(const SoPickedPoint* picked, const QPoint& globalPosition)
 {
@@ -1138,128 +1000,32 @@ void Vw3AView::_showContextMenu(const SoPickedPoint* picked, const QPoint& globa
 
 // ---- actions and modes ------------------------------------------------------------------------
 
-QAction* Vw3AView::_makeAction(Action action)
-{
-    const ActionText& t = kActionTexts[action];
-    auto a = new QAction(tr(t.text), this);
-    const Vua::Resource::IconId icon = actionIcon(action);
-    if (!icon.isNull())
-        a->setIcon(VuaResourceProvider::getIcon(icon));
-    if (t.toolTip) {
-        a->setToolTip(tr(t.toolTip));
-        a->setStatusTip(tr(t.toolTip));
-    }
-    a->setCheckable(t.checkable);
-    return a;
-}
+QAction* Vw3AView::_makeAction(Action action) { return Vw3ViewActions::makeAction(action, this); }
 
-void Vw3AView::_createActions()
-{
-    for (int i = 0; i < ACTION_COUNT; ++i)
-        _d->actions[i] = _makeAction(Action(i));
-
-    _d->modeGroup = new QActionGroup(this);
-    _d->modeGroup->setExclusive(true);
-    for (int m = 0; m < MODE_COUNT; ++m) {
-        QAction* action = nullptr;
-        switch (m) {
-        case KNIFE_MODE: action = _d->actions[KNIFE]; break;
-        case FENCE_MODE: action = _d->actions[FENCE]; break;
-        case PICK_1_POINT_MODE: action = _d->actions[POINTS_FROM_PICKING]; break;
-        case PICK_3_POINTS_MODE: action = _d->actions[PLANE_FROM_POINTS]; break;
-        case PICK_MULTIPLE_POINTS_MODE: action = _d->actions[FENCE_POINTS]; break;
-        default:
-            action = new QAction(tr(kModeTexts[m]), this);
-            action->setCheckable(true);
-            break;
-        }
-        _d->modeGroup->addAction(action);
-        _d->modes[m] = action;
-        connect(action, &QAction::triggered, this, [this, m] { _modeTriggered(m); });
-    }
-    _d->modes[VIEWING_MODE]->setChecked(true);
-
-    Vg3SceneInteractor* interactor = getSceneInteractor();
-    const auto on = [this](Action a, auto slot) { connect(_d->actions[a], &QAction::triggered, this, slot); };
-    on(VIEW_ALL, [this] { viewAll(); });
-    on(VIEW_TOP, [interactor] { interactor->viewFromTop(); });
-    on(VIEW_BOTTOM, [interactor] { interactor->viewFromBottom(); });
-    on(VIEW_EAST, [interactor] { interactor->viewFromEast(); });
-    on(VIEW_WEST, [interactor] { interactor->viewFromWest(); });
-    on(VIEW_NORTH, [interactor] { interactor->viewFromNorth(); });
-    on(VIEW_SOUTH, [interactor] { interactor->viewFromSouth(); });
-    on(PROJECTION, [this, interactor] {
-        interactor->setProjectionType(interactor->getProjectionType() == Vg3SceneInteractor::PERSPECTIVE
-                                          ? Vg3SceneInteractor::ORTHOGRAPHIC
-                                          : Vg3SceneInteractor::PERSPECTIVE);
-        _updateDecorations();
-    });
-    on(FULLSCREEN, [this](bool checked) { setFullScreen(checked); });
-    on(SECTION_VIEW, [this, interactor] {
-        // Look along the plane normal, into the kept side, and frame the scene.
-        const KbgVector3D normal = _d->sectionModel->getPlaneNormal();
-        setCameraOrientation(KbgRotation::fromTwoVectors(KbgVector3D(0, 0, -1), normal));
-        interactor->viewAll();
-    });
-    const auto toggled = [this](Action a, auto slot) {
-        connect(_d->actions[a], &QAction::toggled, this, [this, slot](bool checked) {
-            if (!_d->syncingActions)
-                slot(checked);
-        });
-    };
-    toggled(INVERT_COLORS, [this](bool c) { setInvertColors(c); });
-    toggled(AXES, [this](bool c) { toggleAxes(c); });
-    toggled(AXES_GRID, [this](bool c) { toggleAxesGrid(c); });
-    toggled(GNOMON, [this](bool c) { toggleGnomon(c); });
-    toggled(COMPASS, [this](bool c) { toggleCompass(c); });
-    toggled(LEGEND, [this](bool c) { setLegendEnabled(c); });
-    toggled(SECTION_PROPERTIES, [this](bool c) { toggleClippingProperties(c); });
-    on(SAVE_IV_FILE, [this] { saveAsIvFile(); });
-    on(SECTION, [this] { emit createSectionRequest(_d->sectionModel->getSectionDefinition()); });
-    on(REPORT, [this] { sendToReport(); });
-    on(CLIPBOARD, [this] { copyToClipboard(); });
-    on(IMAGE, [this] { saveAsImage(); });
-
-}
-
-void Vw3AView::_modeTriggered(int mode)
-{
-    Vg3SceneInteractor::InteractionMode interaction = Vg3SceneInteractor::PICKING;
-    switch (mode) {
-    case VIEWING_MODE: interaction = Vg3SceneInteractor::VIEWING; break;
-    case SEEKING_MODE: interaction = Vg3SceneInteractor::SEEKING; break;
-    case RULER_MODE: interaction = Vg3SceneInteractor::RULER; break;
-    default: break;
-    }
-    getSceneInteractor()->setInteractionMode(interaction);
-}
-
-QAction* Vw3AView::getViewingMode() const { return _d->modes[VIEWING_MODE]; }
-QAction* Vw3AView::getPickingMode() const { return _d->modes[PICKING_MODE]; }
-QAction* Vw3AView::getSeekingMode() const { return _d->modes[SEEKING_MODE]; }
-QAction* Vw3AView::getRulerMode() const { return _d->modes[RULER_MODE]; }
-QAction* Vw3AView::getKnifeMode() const { return _d->modes[KNIFE_MODE]; }
-QAction* Vw3AView::getFenceMode() const { return _d->modes[FENCE_MODE]; }
-QAction* Vw3AView::getPick1PointMode() const { return _d->modes[PICK_1_POINT_MODE]; }
-QAction* Vw3AView::getPick3PointsMode() const { return _d->modes[PICK_3_POINTS_MODE]; }
-QAction* Vw3AView::getPickMultiplePointsMode() const { return _d->modes[PICK_MULTIPLE_POINTS_MODE]; }
+QAction* Vw3AView::getViewingMode() const { return _d->actions->mode(VIEWING_MODE); }
+QAction* Vw3AView::getPickingMode() const { return _d->actions->mode(PICKING_MODE); }
+QAction* Vw3AView::getSeekingMode() const { return _d->actions->mode(SEEKING_MODE); }
+QAction* Vw3AView::getRulerMode() const { return _d->actions->mode(RULER_MODE); }
+QAction* Vw3AView::getKnifeMode() const { return _d->actions->mode(KNIFE_MODE); }
+QAction* Vw3AView::getFenceMode() const { return _d->actions->mode(FENCE_MODE); }
+QAction* Vw3AView::getPick1PointMode() const { return _d->actions->mode(PICK_1_POINT_MODE); }
+QAction* Vw3AView::getPick3PointsMode() const { return _d->actions->mode(PICK_3_POINTS_MODE); }
+QAction* Vw3AView::getPickMultiplePointsMode() const { return _d->actions->mode(PICK_MULTIPLE_POINTS_MODE); }
 
 QAction* Vw3AView::getMode(int mode) const
 {
-    if (mode < 0 || mode >= MODE_COUNT) {
+    QAction* action = _d->actions->mode(mode);
+    if (!action)
         qWarning("Vw3AView::getMode: no mode %d", mode);
-        return nullptr;
-    }
-    return _d->modes[mode];
+    return action;
 }
 
 QAction* Vw3AView::getAction(Action action) const
 {
-    if (action < 0 || action >= ACTION_COUNT) {
+    QAction* a = _d->actions->action(action);
+    if (!a)
         qWarning("Vw3AView::getAction: no action %d", int(action));
-        return nullptr;
-    }
-    return _d->actions[action];
+    return a;
 }
 
 // ---- toolbars -------------------------------------------------------------------------------
@@ -1434,9 +1200,7 @@ void Vw3AView::setFullScreen(bool fullScreen)
         viewer->show();
     }
     _d->viewer->showFullScreenNotification(fullScreen);
-    _d->syncingActions = true;
-    _d->actions[FULLSCREEN]->setChecked(fullScreen);
-    _d->syncingActions = false;
+    _d->actions->setChecked(FULLSCREEN, fullScreen);
 }
 
 bool Vw3AView::isFullScreen() const { return _d->fullScreen; }

@@ -49,6 +49,7 @@ class Vg3SectionModel;
 class VgpAPickedDetails;
 class VgpIPickHandler;
 class VssProject;
+class KbdAVariable;
 class VugColorScale;
 class VugSectionDefinition;
 class Vw3IContextMenuCallback;
@@ -191,6 +192,10 @@ public:
     // Makes the legend available. `discrete`: the values are codes, labelled per class.
     void setLegend(const VugColorScale& scale, const QString& title, const KbbStringFormat& format,
                    bool discrete = false);
+    // Titled "name (unit)" and formatted as the variable says; without a scale, the
+    // preferred colour scale stretched over the variable's range.
+    void setLegend(const KbdAVariable& variable);
+    void setLegend(const KbdAVariable& variable, const VugColorScale& scale);
     void setLegendAligment(Vu::Position alignment);
     void setLegendAvailable(bool available);
     void setLegendEnabled(bool enabled);
@@ -320,12 +325,10 @@ protected:
 
 private:
     void _buildGraph();
-    void _createActions();
     void _applyColors();
     void _updateDecorations();
     void _checkInitialized();
     void _startPendingLookAt();
-    void _modeTriggered(int mode);
     void _emitCameraChanged();
     SoSwitch* _wrap(SoSeparator* content, const QString& inventorName, bool visible, bool pickable);
     static SoSwitch* _pickableSwitch(SoSwitch* visibility);
