@@ -8,6 +8,7 @@
 #include <KbuUnit.h>
 #include <Vg3ANode.h>
 #include <Vg3SceneInteractor.h>
+#include <VgpIPickHandler.h>
 #include <VugColorScale.h>
 #include <Vw3AView.h>
 #include <Vw3ExaminerView.h>
@@ -16,6 +17,9 @@
 
 #include <Inventor/SoDB.h>
 #include <Inventor/SoInput.h>
+#include <Inventor/events/SoMouseButtonEvent.h>
+#include <Inventor/events/SoLocation2Event.h>
+#include <Inventor/events/SoKeyboardEvent.h>
 #include <Inventor/actions/SoSearchAction.h>
 #include <Inventor/nodes/SoBaseColor.h>
 #include <Inventor/nodes/SoCamera.h>
@@ -160,6 +164,7 @@ private Q_SLOTS:
     void decorationsShowInTheirCorners();
     void legendFromAVariable_data();
     void legendFromAVariable();
+    void pickHandlerTakesInputWhileOnTop();
 };
 
 void TestVw3AView::sceneGraphNames_data()
@@ -687,6 +692,110 @@ void TestVw3AView::legendFromAVariable()
     // Ticks run from the lowest to the highest defined value, the undefined ones left out.
     QVERIFY2(texts.contains(QStringLiteral("0.1")) && texts.contains(QStringLiteral("0.3")),
              qPrintable(texts.join(QStringLiteral(" | "))));
+}
+
+namespace {
+
+// A picker that takes left presses and the Escape key, and counts what reaches it.
+class RecordingPicker : public VgpIPickHandler
+{
+public:
+    int presses = 0;
+    int moves = 0;
+    int keys = 0;
+    bool mousePressed(const SoMouseButtonEvent* event, SoHandleEventAction*) override
+    {
+        ++presses;
+        return event->getButton() == SoMouseButtonEvent::BUTTON1;
+    }
+    bool mouseMoved(const SoLocation2Event*, SoHandleEventAction*) override
+    {
+        ++moves;
+        return true;
+    }
+    bool mouseReleased(const SoMouseButtonEvent*, SoHandleEventAction*) override { return true; }
+    bool keyPressed(const SoKeyboardEvent* event, SoHandleEventAction*) override
+    {
+        ++keys;
+        return event->getKey() == SoKeyboardEvent::ESCAPE;
+    }
+    bool keyReleased(const SoKeyboardEvent*, SoHandleEventAction*) override { return false; }
+    QString getHelpTitle() const override { return QStringLiteral("Picker"); }
+    QString getHelpText() const override { return QStringLiteral("Pick a point."); }
+};
+
+QStringList shownTexts(Vw3AView& view)
+{
+    QStringList texts;
+    SoSearchAction search;
+    search.setName(SbName("pick_handler_help"));
+    search.apply(view.getRoot());
+    if (!search.getPath())
+        return texts;
+    SoSearchAction text;
+    text.setType(SoText2::getClassTypeId());
+    text.apply(search.getPath()->getTail());
+    SoSwitch* shown = nullptr;
+    SoSearchAction hidden;
+    hidden.setType(SoSwitch::getClassTypeId());
+    hidden.apply(search.getPath()->getTail());
+    if (hidden.getPath())
+        shown = static_cast<SoSwitch*>(hidden.getPath()->getTail());
+    if (!text.getPath() || (shown && shown->whichChild.getValue() == SO_SWITCH_NONE))
+        return texts;
+    const SoMFString& lines = static_cast<SoText2*>(text.getPath()->getTail())->string;
+    for (int k = 0; k < lines.getNum(); ++k)
+        texts << QString::fromUtf8(lines[k].getString());
+    return texts;
+}
+
+} // namespace
+
+// While a picker is on top of the stack it gets the mouse and keys before the camera and
+// the shortcuts, and its help shows; popped, everything goes back to the camera.
+void TestVw3AView::pickHandlerTakesInputWhileOnTop()
+{
+    auto view = makeView();
+    CubeNode cube(QStringLiteral("cube"), SbVec3f(0, 0, 0), 4.0f, Qt::red);
+    view->addNode(&cube);
+    view->setAlwaysActivated(true);
+    QVERIFY(showAndWait(*view));
+    QWindow* area = view->getViewer()->getRenderArea();
+    QTest::mouseClick(area, Qt::LeftButton, Qt::NoModifier, QPoint(5, 5)); // activates the area
+    QVERIFY(shownTexts(*view).isEmpty());
+
+    RecordingPicker picker;
+    view->pushPickHandler(&picker);
+    QCOMPARE(view->topPickHandler(), &picker);
+    QCOMPARE(shownTexts(*view), QStringList({"Picker", "Pick a point."}));
+
+    const Vug::CameraState before = view->getCameraState();
+    QTest::mousePress(area, Qt::LeftButton, Qt::NoModifier, QPoint(100, 100));
+    QTest::mouseMove(area, QPoint(160, 130));
+    QTest::mouseRelease(area, Qt::LeftButton, Qt::NoModifier, QPoint(160, 130));
+    QTest::keyClick(area, Qt::Key_Escape);
+    QCOMPARE(picker.presses, 1);
+    QVERIFY(picker.moves >= 1);
+    QCOMPARE(picker.keys, 1);
+    QCOMPARE(view->getCameraState(), before);
+    // A key the picker leaves goes on to the shortcuts.
+    QTest::keyClick(area, Qt::Key_U);
+    QCOMPARE(picker.keys, 2);
+    QVERIFY((viewDirection(*view) - SbVec3f(0, 0, -1)).length() < 1e-3f);
+
+    QCOMPARE(view->popPickHandler(), &picker);
+    QVERIFY(shownTexts(*view).isEmpty());
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("popPickHandler: the stack is empty"));
+    QVERIFY(!view->popPickHandler());
+    QVERIFY(view->topPickHandler());
+
+    // Back with the camera: a left drag orbits.
+    const Vug::CameraState framed = view->getCameraState();
+    QTest::mousePress(area, Qt::LeftButton, Qt::NoModifier, QPoint(100, 100));
+    QTest::mouseMove(area, QPoint(160, 130));
+    QTest::mouseRelease(area, Qt::LeftButton, Qt::NoModifier, QPoint(160, 130));
+    QCOMPARE(picker.presses, 1);
+    QVERIFY(view->getCameraState() != framed);
 }
 
 QTEST_MAIN(TestVw3AView)

@@ -8,6 +8,7 @@
 #include "Vw3SeekInfo.h"
 #include "Vw3ViewActions.h"
 #include "Vw3ViewShortcuts.h"
+#include "VwwPickHandlerOverlay.h"
 
 #include <KbbDebug.h>
 #include <KbdAVariable.h>
@@ -37,6 +38,8 @@
 #include <Inventor/actions/SoGetBoundingBoxAction.h>
 #include <Inventor/actions/SoWriteAction.h>
 #include <Inventor/events/SoKeyboardEvent.h>
+#include <Inventor/events/SoLocation2Event.h>
+#include <Inventor/events/SoMouseButtonEvent.h>
 #include <Inventor/nodes/SoCallback.h>
 #include <Inventor/nodes/SoCamera.h>
 #include <Inventor/nodes/SoEventCallback.h>
@@ -88,7 +91,10 @@ public:
     QMap<Vg3ATool*, SoSwitch*> tools;
 
     std::unique_ptr<Vg3SectionModel> sectionModel;
+    // The bottom of the stack, never popped: it shows the help of the handler on top.
+    std::unique_ptr<VwwPickHandlerOverlay> pickOverlay;
     QVector<VgpIPickHandler*> pickHandlers;
+    SoEventCallback* pickEvents = nullptr;
     std::unique_ptr<Vw3Legend_p> legend;
     std::unique_ptr<Vw3SeekInfo> seekInfo;
     std::unique_ptr<Vg3Axes> axes;
@@ -233,6 +239,17 @@ void Vw3AView::_buildGraph()
     _d->inventorSlots = new SoSeparator;
     _d->inventorSlots->setName("vw3aview_inventor_slots");
     _d->root->addChild(_d->inventorSlots);
+    // The pick handlers' slot: their help overlay, and the mouse events they get before the
+    // camera (keys reach them through the shortcuts callback, before the shortcuts).
+    _d->pickOverlay.reset(new VwwPickHandlerOverlay);
+    _d->pickHandlers.append(_d->pickOverlay.get());
+    SoSeparator* pickSlot = createInventorSlot();
+    _d->pickEvents = new SoEventCallback;
+    _d->pickEvents->setName("vw3aview_pick_handlers");
+    _d->pickEvents->addEventCallback(SoMouseButtonEvent::getClassTypeId(), &Vw3AView::_pickHandlerCallback, this);
+    _d->pickEvents->addEventCallback(SoLocation2Event::getClassTypeId(), &Vw3AView::_pickHandlerCallback, this);
+    pickSlot->addChild(_d->pickEvents);
+    pickSlot->addChild(_d->pickOverlay->getRoot());
 
     _d->root->addChild(_d->legend->getRoot());
 
@@ -729,8 +746,37 @@ void Vw3AView::mousePressEvent(QMouseEvent* event)
 void Vw3AView::_shortcutsCallback(void* data, SoEventCallback* node)
 {
     auto self = static_cast<Vw3AView*>(data);
-    if (self && self->_d->keys)
+    if (!self)
+        return;
+    // A picker on top of the stack sees the keys first (Escape to give up, say).
+    auto key = static_cast<const SoKeyboardEvent*>(node->getEvent());
+    VgpIPickHandler* top = self->topPickHandler();
+    const bool down = key->getState() == SoButtonEvent::DOWN;
+    if (top && (down ? top->keyPressed(key, node->getAction()) : top->keyReleased(key, node->getAction()))) {
+        node->setHandled();
+        return;
+    }
+    if (self->_d->keys)
         self->_d->keys->handle(node);
+}
+
+void Vw3AView::_pickHandlerCallback(void* data, SoEventCallback* node)
+{
+    auto self = static_cast<Vw3AView*>(data);
+    VgpIPickHandler* top = self ? self->topPickHandler() : nullptr;
+    if (!top)
+        return;
+    const SoEvent* event = node->getEvent();
+    bool handled = false;
+    if (event->isOfType(SoMouseButtonEvent::getClassTypeId())) {
+        auto button = static_cast<const SoMouseButtonEvent*>(event);
+        handled = button->getState() == SoButtonEvent::DOWN ? top->mousePressed(button, node->getAction())
+                                                            : top->mouseReleased(button, node->getAction());
+    } else if (event->isOfType(SoLocation2Event::getClassTypeId())) {
+        handled = top->mouseMoved(static_cast<const SoLocation2Event*>(event), node->getAction());
+    }
+    if (handled)
+        node->setHandled();
 }
 
 // ---- clipping and sections -----------------------------------------------------------------
@@ -958,20 +1004,29 @@ void Vw3AView::pushPickHandler(VgpIPickHandler* handler)
         return;
     }
     _d->pickHandlers.append(handler);
+    _updatePickHelp();
 }
 
 VgpIPickHandler* Vw3AView::popPickHandler()
 {
-    if (_d->pickHandlers.isEmpty()) {
+    if (_d->pickHandlers.size() <= 1) {
         qWarning("Vw3AView::popPickHandler: the stack is empty");
         return nullptr;
     }
-    return _d->pickHandlers.takeLast();
+    VgpIPickHandler* handler = _d->pickHandlers.takeLast();
+    _updatePickHelp();
+    return handler;
 }
 
 VgpIPickHandler* Vw3AView::topPickHandler() const
 {
-    return _d->pickHandlers.isEmpty() ? nullptr : _d->pickHandlers.last();
+    return _d->pickHandlers.last();
+}
+
+void Vw3AView::_updatePickHelp()
+{
+    VgpIPickHandler* top = topPickHandler();
+    _d->pickOverlay->showHelp(top->getHelpTitle(), top->getHelpText());
 }
 
 void Vw3AView::requestPickPoint(int count)

@@ -202,7 +202,9 @@ public:
     bool isLegendShown() const;
     void invalidateLegend();
 
-    // Picking.
+    // Picking. The handler on top of the stack gets the mouse and keys before the camera and
+    // the shortcuts, and its help shows in the view's top-left corner. Handlers are not
+    // owned. The bottom of the stack is the view's own overlay, which is never popped.
     void pushPickHandler(VgpIPickHandler* handler);
     VgpIPickHandler* popPickHandler();
     VgpIPickHandler* topPickHandler() const;
@@ -315,6 +317,8 @@ protected:
 
     static void _traversalCallback(void* data, SoAction* action);
     static void _shortcutsCallback(void* data, SoEventCallback* node);
+    static void _pickHandlerCallback(void* data, SoEventCallback* node);
+    void _updatePickHelp();
 
     void showEvent(QShowEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
