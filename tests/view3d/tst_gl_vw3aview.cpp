@@ -789,11 +789,13 @@ void TestVw3AView::pickHandlerTakesInputWhileOnTop()
     QVERIFY(!view->popPickHandler());
     QVERIFY(view->topPickHandler());
 
-    // Back with the camera: a left drag orbits.
+    // Back with the camera: a left drag orbits, with the closed hand while it lasts.
     const Vug::CameraState framed = view->getCameraState();
     QTest::mousePress(area, Qt::LeftButton, Qt::NoModifier, QPoint(100, 100));
     QTest::mouseMove(area, QPoint(160, 130));
+    QCOMPARE(area->cursor().shape(), Qt::ClosedHandCursor);
     QTest::mouseRelease(area, Qt::LeftButton, Qt::NoModifier, QPoint(160, 130));
+    QCOMPARE(area->cursor().shape(), Qt::ArrowCursor);
     QCOMPARE(picker.presses, 1);
     QVERIFY(view->getCameraState() != framed);
 }

@@ -183,8 +183,9 @@ Vw3AView::Vw3AView(QWidget* parent)
     interactor->setProjectionType(VupPreferences3DViews::isPerspective() ? Vg3SceneInteractor::PERSPECTIVE
                                                                          : Vg3SceneInteractor::ORTHOGRAPHIC);
     connect(interactor, &Vg3SceneInteractor::cameraChanged, this, &Vw3AView::_emitCameraChanged);
+    // On the GL window itself: the container widget's cursor does not reach a native child.
     connect(interactor, &Vg3SceneInteractor::cursorChangeRequested, this,
-            [this](Qt::CursorShape shape) { _d->viewer->getRenderAreaWidget()->setCursor(shape); });
+            [this](Qt::CursorShape shape) { _d->viewer->getRenderArea()->setCursor(shape); });
     Vw3RenderAreaQWindow* area = _d->viewer->getRenderArea();
     connect(area, &Vw3RenderAreaQWindow::renderAreaActivated, this, [this] {
         if (!_d->activated && !_d->alwaysActivated)
