@@ -4,12 +4,9 @@
 // project reopens (never written to disk), point files dropped on the map, pictures
 // exported, and damaged sample files reported while the rest of the map is drawn.
 
-#include "DemoMainWindow.h"
 #include "DemoMapData.h"
 #include "DemoMapWindow.h"
-#include "DemoSampleProject.h"
-#include "DemoWindowFactory.h"
-#include "TestWindows.h"
+#include "DemoSession.h"
 
 #include <KbbDebug.h>
 #include <VsdPointSet.h>
@@ -31,59 +28,26 @@
 class TestDemoMap : public QObject
 {
     Q_OBJECT
-    QTemporaryDir _dir;
-    QString _folder;
-    std::unique_ptr<DemoMainWindow> _main;
+    DemoSession _demo;
 
-    DemoMapWindow* map() const
-    {
-        for (const auto& entry : VwwWindowRegistry::getInstance()->getWindows())
-            if (auto* window = qobject_cast<DemoMapWindow*>(entry.second.data()))
-                return window;
-        return nullptr;
-    }
-
-    bool reopen()
-    {
-        return _main->closeProject() && _main->openProject(_folder, true);
-    }
+    static DemoMapWindow* map() { return DemoSession::window<DemoMapWindow>(); }
 
 private Q_SLOTS:
     void initTestCase()
     {
         QLocale::setDefault(QLocale::c());
-        VupPreferenceRegistry::getInstance()->setStorageFile(_dir.filePath(QStringLiteral("preferences.ini")));
+        VupPreferenceRegistry::getInstance()->setStorageFile(_demo.dir.filePath(QStringLiteral("preferences.ini")));
     }
 
-    void init()
-    {
-        resetWindowFramework();
-        static int count = 0;
-        _folder = _dir.filePath(QStringLiteral("sample%1").arg(++count));
-        QString message;
-        QVERIFY2(DemoSampleProject::ensure(_folder, &message), qPrintable(message));
-        VwwWindowRegistry::setWindowFactory(new DemoWindowFactory);
-        _main = std::make_unique<DemoMainWindow>();
-        VwwWindowRegistry::setMainWindow(_main.get());
-        _main->resize(1400, 900);
-        _main->show();
-        QVERIFY(QTest::qWaitForWindowExposed(_main.get()));
-    }
-
-    void cleanup()
-    {
-        _main->closeProject();
-        VwwWindowRegistry::setMainWindow(nullptr);
-        _main.reset();
-        resetWindowFramework();
-    }
+    void init() { QVERIFY(_demo.start()); }
+    void cleanup() { _demo.stop(); }
 
     void theSampleFieldIsDrawn()
     {
-        QVERIFY(_main->openProject(_folder, true));
+        QVERIFY(_demo.open());
         DemoMapWindow* window = map();
         QVERIFY(window);
-        _main->setActiveWindow(window);
+        _demo.main->setActiveWindow(window);
         QTRY_VERIFY(!window->visibleRegion().isEmpty());
         VwvBasemapView* view = window->getView();
         QCOMPARE(view->getLayerCount(), 3);
@@ -116,14 +80,14 @@ private Q_SLOTS:
         QCOMPARE(items->count(), 3);
         items->item(0)->setCheckState(Qt::Unchecked); // the samples, on top
         QVERIFY(!view->getLayer(2)->isVisible());
-        QVERIFY(reopen());
+        QVERIFY(_demo.reopen());
         QVERIFY(!map()->getView()->getLayer(2)->isVisible());
         QCOMPARE(map()->findChild<QListWidget*>(QStringLiteral("SCENE_ITEMS"))->item(0)->checkState(), Qt::Unchecked);
     }
 
     void generatedPointsAreMadeAgainNotSaved()
     {
-        QVERIFY(_main->openProject(_folder, true));
+        QVERIFY(_demo.open());
         QVERIFY(map()->addLargePointSet(200000));
         QCOMPARE(map()->getView()->getLayerCount(), 4);
         QVERIFY(map()->getView()->getLayer(3));
@@ -133,7 +97,7 @@ private Q_SLOTS:
         QCOMPARE(map()->getView()->getLayerCount(), 4);
         QCOMPARE(map()->shownItems().first(), QStringLiteral("Generated points (%L1)").arg(100000));
 
-        QVERIFY(reopen());
+        QVERIFY(_demo.reopen());
         QCOMPARE(map()->getView()->getLayerCount(), 4);
         QVERIFY(map()->getView()->getLayer(3));
         QCOMPARE(DemoMapData::getInstance()->getDatasets()->pointSet(DemoMapData::LARGE_SET_KEY)->size(), 100000);
@@ -149,7 +113,7 @@ private Q_SLOTS:
         generated->trigger();
         QCOMPARE(map()->getView()->getLayerCount(), 3);
         QVERIFY(!DemoMapData::getInstance()->getDatasets()->contains(DemoMapData::LARGE_SET_KEY));
-        QVERIFY(reopen());
+        QVERIFY(_demo.reopen());
         QCOMPARE(map()->getView()->getLayerCount(), 3);
         QVERIFY(!map()->findChild<QAction*>(QStringLiteral("GENERATE_POINTS"))->isChecked());
     }
@@ -175,8 +139,8 @@ private Q_SLOTS:
         QFETCH(bool, accepted);
         QFETCH(QString, item);
         QFETCH(QString, warning);
-        QVERIFY(_main->openProject(_folder, true));
-        const QString path = _dir.filePath(name);
+        QVERIFY(_demo.open());
+        const QString path = _demo.dir.filePath(name);
         QFile file(path);
         QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
         file.write(content);
@@ -222,8 +186,8 @@ private Q_SLOTS:
     {
         QFETCH(QString, name);
         QFETCH(QByteArray, start);
-        QVERIFY(_main->openProject(_folder, true));
-        const QString path = _dir.filePath(name);
+        QVERIFY(_demo.open());
+        const QString path = _demo.dir.filePath(name);
         QVERIFY(map()->exportImage(path));
         QFile file(path);
         QVERIFY(file.open(QIODevice::ReadOnly));
@@ -255,7 +219,7 @@ private Q_SLOTS:
         QFETCH(QByteArray, content);
         QFETCH(int, missingRank);
         QFETCH(QString, message);
-        QFile damaged(QDir(_folder).filePath(QStringLiteral("data/") + file));
+        QFile damaged(QDir(_demo.folder).filePath(QStringLiteral("data/") + file));
         QVERIFY(damaged.open(QIODevice::WriteOnly | QIODevice::Truncate));
         damaged.write(content);
         damaged.close();
@@ -264,7 +228,7 @@ private Q_SLOTS:
             if (level == KbbDebug::Level::Warning)
                 warnings << text;
         });
-        const bool opened = _main->openProject(_folder, true);
+        const bool opened = _demo.open();
         KbbDebug::removeSink(sink);
         QVERIFY(opened);
         QVERIFY2(warnings.join(QLatin1Char('\n')).contains(message), qPrintable(warnings.join(QLatin1Char('\n'))));

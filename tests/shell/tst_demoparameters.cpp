@@ -2,11 +2,8 @@
 // typed into with the log listing their signals, the toolbar switches, the style-sheet
 // inspector, and the window brought back with the project.
 
-#include "DemoMainWindow.h"
 #include "DemoParametersWindow.h"
-#include "DemoSampleProject.h"
-#include "DemoWindowFactory.h"
-#include "TestWindows.h"
+#include "DemoSession.h"
 
 #include <KbbUserStringFormats.h>
 #include <VuaResourceProvider.h>
@@ -54,8 +51,7 @@ VwhStyleSheetDialog* styleSheetDialog()
 class TestDemoParameters : public QObject
 {
     Q_OBJECT
-    QTemporaryDir _dir;
-    std::unique_ptr<DemoMainWindow> _main;
+    DemoSession _demo;
 
 private Q_SLOTS:
     void initTestCase()
@@ -67,35 +63,22 @@ private Q_SLOTS:
 
     void init()
     {
-        resetWindowFramework();
-        const QString folder = _dir.filePath(QStringLiteral("sample"));
-        QString message;
-        QVERIFY2(DemoSampleProject::ensure(folder, &message), qPrintable(message));
-        VwwWindowRegistry::setWindowFactory(new DemoWindowFactory);
-        _main = std::make_unique<DemoMainWindow>();
-        VwwWindowRegistry::setMainWindow(_main.get());
-        _main->resize(1400, 900);
-        _main->show();
-        QVERIFY(QTest::qWaitForWindowActive(_main.get()));
-        QVERIFY(_main->openProject(folder, true));
+        QVERIFY(_demo.start());
+        // The form's shortcut goes to the active window.
+        QVERIFY(QTest::qWaitForWindowActive(_demo.main.get()));
+        QVERIFY(_demo.open());
     }
 
-    void cleanup()
-    {
-        _main->closeProject();
-        VwwWindowRegistry::setMainWindow(nullptr);
-        _main.reset();
-        resetWindowFramework();
-    }
+    void cleanup() { _demo.stop(); }
 
     void openedFromTheToolsMenuOnce()
     {
-        QTest::keyClick(_main.get(), Qt::Key_P, Qt::ControlModifier | Qt::ShiftModifier);
-        auto* form = _main->findChild<DemoParametersWindow*>();
+        QTest::keyClick(_demo.main.get(), Qt::Key_P, Qt::ControlModifier | Qt::ShiftModifier);
+        auto* form = _demo.main->findChild<DemoParametersWindow*>();
         QVERIFY(form);
         QTRY_VERIFY(!form->visibleRegion().isEmpty());
-        QCOMPARE(_main->showParameters(), form);
-        QCOMPARE(_main->findChildren<DemoParametersWindow*>().size(), 1);
+        QCOMPARE(_demo.main->showParameters(), form);
+        QCOMPARE(_demo.main->findChildren<DemoParametersWindow*>().size(), 1);
         // Every editor of the table is there.
         for (const QString& row : DemoParametersWindow::rows())
             for (const QString& column : DemoParametersWindow::columns())
@@ -104,7 +87,7 @@ private Q_SLOTS:
 
     void typedValuesAreLogged()
     {
-        DemoParametersWindow* form = _main->showParameters();
+        DemoParametersWindow* form = _demo.main->showParameters();
         QTRY_VERIFY(!form->visibleRegion().isEmpty());
         typeInto(form->editor(QStringLiteral("length"), QStringLiteral("normal")), QStringLiteral("42"));
         typeInto(form->editor(QStringLiteral("length"), QStringLiteral("normal")), QStringLiteral("420"));
@@ -126,7 +109,7 @@ private Q_SLOTS:
 
     void undefinedNuggetCanBeSwitchedOff()
     {
-        DemoParametersWindow* form = _main->showParameters();
+        DemoParametersWindow* form = _demo.main->showParameters();
         auto* nugget = qobject_cast<VwaDouble*>(form->editor(QStringLiteral("variance"), QStringLiteral("normal")));
         QCOMPARE(nugget->text(), QString());
         toolbarAction(form, DemoParametersWindow::tr("Undefined nugget"))->trigger();
@@ -137,7 +120,7 @@ private Q_SLOTS:
 
     void styleSheetInspectorEditsTheForm()
     {
-        DemoParametersWindow* form = _main->showParameters();
+        DemoParametersWindow* form = _demo.main->showParameters();
         QAction* inspect = toolbarAction(form, QStringLiteral("Style sheet..."));
         QVERIFY(inspect);
         inspect->trigger();
@@ -156,10 +139,10 @@ private Q_SLOTS:
 
     void comesBackWithTheProject()
     {
-        _main->showParameters();
-        QVERIFY(_main->closeProject());
-        QVERIFY(_main->openProject(_dir.filePath(QStringLiteral("sample")), true));
-        QCOMPARE(_main->findChildren<DemoParametersWindow*>().size(), 1);
+        _demo.main->showParameters();
+        QVERIFY(_demo.main->closeProject());
+        QVERIFY(_demo.open());
+        QCOMPARE(_demo.main->findChildren<DemoParametersWindow*>().size(), 1);
     }
 };
 

@@ -4,10 +4,7 @@
 // project reopens, or the scene framed when what was saved cannot be read.
 
 #include "Demo3DWindow.h"
-#include "DemoMainWindow.h"
-#include "DemoSampleProject.h"
-#include "DemoWindowFactory.h"
-#include "TestWindows.h"
+#include "DemoSession.h"
 
 #include <SoCameraInteractor.h>
 #include <Vg3SceneInteractor.h>
@@ -43,27 +40,19 @@ float focalDistance(Vw3AView* view)
 class TestDemo3D : public QObject
 {
     Q_OBJECT
-    QTemporaryDir _dir;
-    QString _folder;
-    std::unique_ptr<DemoMainWindow> _main;
+    DemoSession _demo;
 
-    Demo3DWindow* display() const
-    {
-        for (const auto& entry : VwwWindowRegistry::getInstance()->getWindows())
-            if (auto* window = qobject_cast<Demo3DWindow*>(entry.second.data()))
-                return window;
-        return nullptr;
-    }
+    static Demo3DWindow* display() { return DemoSession::window<Demo3DWindow>(); }
 
     // Opens the project and brings its 3D display up, drawn.
     Demo3DWindow* openAndShow()
     {
-        if (!_main->openProject(_folder, true))
+        if (!_demo.open())
             return nullptr;
         Demo3DWindow* window = display();
         if (!window)
             return nullptr;
-        _main->setActiveWindow(window);
+        _demo.main->setActiveWindow(window);
         Vw3RenderAreaQWindow* area = window->getView()->getViewer()->getRenderArea();
         if (!QTest::qWaitFor([&] { return !window->visibleRegion().isEmpty() && area->isInitialized(); }))
             return nullptr;
@@ -77,31 +66,11 @@ private Q_SLOTS:
     void initTestCase()
     {
         QLocale::setDefault(QLocale::c());
-        VupPreferenceRegistry::getInstance()->setStorageFile(_dir.filePath(QStringLiteral("preferences.ini")));
+        VupPreferenceRegistry::getInstance()->setStorageFile(_demo.dir.filePath(QStringLiteral("preferences.ini")));
     }
 
-    void init()
-    {
-        resetWindowFramework();
-        static int count = 0;
-        _folder = _dir.filePath(QStringLiteral("sample%1").arg(++count));
-        QString message;
-        QVERIFY2(DemoSampleProject::ensure(_folder, &message), qPrintable(message));
-        VwwWindowRegistry::setWindowFactory(new DemoWindowFactory);
-        _main = std::make_unique<DemoMainWindow>();
-        VwwWindowRegistry::setMainWindow(_main.get());
-        _main->resize(1200, 800);
-        _main->show();
-        QVERIFY(QTest::qWaitForWindowExposed(_main.get()));
-    }
-
-    void cleanup()
-    {
-        _main->closeProject();
-        VwwWindowRegistry::setMainWindow(nullptr);
-        _main.reset();
-        resetWindowFramework();
-    }
+    void init() { QVERIFY(_demo.start(QSize(1200, 800))); }
+    void cleanup() { _demo.stop(); }
 
     void theSceneIsDrawnWithItsLegend()
     {
@@ -159,13 +128,13 @@ private Q_SLOTS:
     {
         Demo3DWindow* window = openAndShow();
         QVERIFY(window);
-        const QString path = _dir.filePath(QStringLiteral("view.png"));
+        const QString path = _demo.dir.filePath(QStringLiteral("view.png"));
         QVERIFY(window->exportImage(path));
         const QImage image(path);
         QVERIFY(!image.isNull());
         const SbVec2i32 size = window->getView()->getViewer()->getRenderArea()->getSize();
         QCOMPARE(image.size(), QSize(size[0], size[1]));
-        QVERIFY(!window->exportImage(_dir.filePath(QStringLiteral("missing/view.png"))));
+        QVERIFY(!window->exportImage(_demo.dir.filePath(QStringLiteral("missing/view.png"))));
     }
 
     void cameraAndExaggerationComeBackWithTheProject()
@@ -181,7 +150,7 @@ private Q_SLOTS:
         QCOMPARE(window->getView()->getZScale(), 5.0f);
         const Vug::CameraState saved = window->getView()->getCameraState();
 
-        QVERIFY(_main->closeProject());
+        QVERIFY(_demo.main->closeProject());
         window = openAndShow();
         QVERIFY(window);
         QCOMPARE(window->getView()->getZScale(), 5.0f);
@@ -195,8 +164,8 @@ private Q_SLOTS:
     void anUnreadableCameraIsReportedAndTheSceneFramed()
     {
         QVERIFY(openAndShow());
-        QVERIFY(_main->closeProject());
-        const QString path = QDir(_folder).filePath(QStringLiteral("database/windows.xml"));
+        QVERIFY(_demo.main->closeProject());
+        const QString path = QDir(_demo.folder).filePath(QStringLiteral("database/windows.xml"));
         QFile file(path);
         QVERIFY2(file.open(QIODevice::ReadOnly), qPrintable(path));
         QString xml = QString::fromUtf8(file.readAll());
