@@ -9,7 +9,9 @@
 //   P / O perspective / orthographic        L view from section, Shift+L reverse the plane
 //   + / - step the clip plane                Shift with + / - widen / narrow the slice
 //   C knife mode             Alt+Return     leave fullscreen
-// The first left click on a view that is not activated activates it.
+// Mouse (Vg3SceneInteractor): left drag orbits, right drag or Ctrl/Shift + left drag pans,
+// the wheel zooms toward the cursor, a right click opens the view's menu. The first left
+// click on a view that is not activated activates it and moves nothing.
 
 #include <velmora_widget_export.h>
 
@@ -31,6 +33,7 @@
 #include <memory>
 
 class KbbStringFormat;
+class KbdAVariable;
 class KbgFence;
 class KbgPlane;
 class KbgRotation;
@@ -49,7 +52,6 @@ class Vg3SectionModel;
 class VgpAPickedDetails;
 class VgpIPickHandler;
 class VssProject;
-class KbdAVariable;
 class VugColorScale;
 class VugSectionDefinition;
 class Vw3IContextMenuCallback;
