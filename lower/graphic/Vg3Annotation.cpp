@@ -1,5 +1,6 @@
 #include <Vg3Annotation.h>
 
+#include <Vg3OpenInventor.h>
 #include <Vg3ScreenOverlay.h>
 
 #include <Inventor/elements/SoModelMatrixElement.h>
@@ -64,6 +65,7 @@ Vg3Annotation::Vg3Annotation(AnnotationPosition position)
     _d->color = new SoBaseColor;
     content->addChild(_d->color);
     _d->font = new SoFont;
+    _d->font->name = Vg3OpenInventor::getTextFontName();
     content->addChild(_d->font);
     _d->text = new SoText2;
     content->addChild(_d->text);

@@ -1,5 +1,7 @@
 #include <Vg3Axes.h>
 
+#include <Vg3OpenInventor.h>
+
 #include <Inventor/nodes/SoBaseColor.h>
 #include <Inventor/nodes/SoCoordinate3.h>
 #include <Inventor/nodes/SoDrawStyle.h>
@@ -123,6 +125,7 @@ Vg3Axes::Vg3Axes()
     content->addChild(_d->color);
     auto font = new SoFont;
     font->size = 12.0f;
+    font->name = Vg3OpenInventor::getTextFontName();
     content->addChild(font);
 
     _d->axes = new SoSeparator;

@@ -1,5 +1,6 @@
 #include <Vg3ColorLegend.h>
 
+#include <Vg3OpenInventor.h>
 #include <Vg3ScreenOverlay.h>
 #include <VugColorScale.h>
 
@@ -238,6 +239,7 @@ void Vg3ColorLegendPrivate::build()
 
     auto font = new SoFont;
     font->size = float(FONT_SIZE);
+    font->name = Vg3OpenInventor::getTextFontName();
     lines->addChild(font);
     // Labels on the side away from the window's edge.
     const float labelX = right ? -1.5f * TICK : BAR_WIDTH + 1.5f * TICK;

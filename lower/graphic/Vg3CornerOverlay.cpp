@@ -1,5 +1,6 @@
 #include <Vg3CornerOverlay.h>
 
+#include <Vg3OpenInventor.h>
 #include <VuPosition.h>
 
 #include <Inventor/actions/SoGLRenderAction.h>
@@ -67,6 +68,7 @@ Vg3CornerOverlay::Vg3CornerOverlay(const char* owner, const char* prefix, int po
     _content->addChild(lightModel);
     auto font = new SoFont;
     font->size = 14.0f;
+    font->name = Vg3OpenInventor::getTextFontName();
     _content->addChild(font);
 }
 

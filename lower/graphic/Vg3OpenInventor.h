@@ -13,6 +13,9 @@ public:
 
     // Safe to call again: later calls do nothing.
     void init();
+    // The font family of the views' texts (legend, axes, overlays), looked up through
+    // fontconfig; Coin draws its built-in bitmap font when no such font is installed.
+    static const char* getTextFontName() { return "DejaVu Sans"; }
     bool isInitialized() const;
 
 private:
