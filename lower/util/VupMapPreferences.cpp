@@ -13,17 +13,10 @@ QVariant read(const char* name, const QVariant& fallback)
 
 bool flag(const char* name, bool fallback)
 {
-    const QVariant v = read(name, fallback);
-    const QString text = v.toString().trimmed().toLower();
-    if (text == QLatin1String("true") || text == QLatin1String("1"))
-        return true;
-    if (text == QLatin1String("false") || text == QLatin1String("0"))
-        return false;
-    qWarning("VupMapPreferences: map/%s is not a switch ('%s'), %s is used", name, qPrintable(v.toString()),
-             fallback ? "on" : "off");
-    return fallback;
+    return VupPreferenceRegistry::getInstance()->flag(VupMapPreferences::GROUP, QLatin1String(name), fallback);
 }
 
+// An invalid stored colour quietly gives the default, as maps always have.
 QColor color(const char* name, const QColor& fallback)
 {
     const QColor c(read(name, fallback.name()).toString());

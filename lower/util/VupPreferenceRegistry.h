@@ -6,6 +6,7 @@
 
 #include <VupPreferenceModif.h>
 
+#include <QColor>
 #include <QObject>
 #include <QVariant>
 #include <memory>
@@ -23,6 +24,12 @@ public:
     QString storageFile() const;
 
     QVariant value(const QString& group, const QString& name, const QVariant& fallback = QVariant()) const;
+    // Typed reads for the preference classes: a stored value that is not a switch ("true",
+    // "false", "1", "0"), a colour or a number within [low, high] gives the fallback, with a
+    // warning naming "group/name".
+    bool flag(const QString& group, const QString& name, bool fallback) const;
+    QColor color(const QString& group, const QString& name, const QColor& fallback) const;
+    double number(const QString& group, const QString& name, double fallback, double low, double high) const;
     // Stores and announces the change; an equal value changes nothing and says nothing.
     void setValue(const QString& group, const QString& name, const QVariant& value);
     void remove(const QString& group, const QString& name);

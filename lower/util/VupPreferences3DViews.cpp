@@ -14,56 +14,23 @@ QVariant read(const char* name, const QVariant& fallback)
 
 bool flag(const char* name, bool fallback)
 {
-    const QVariant v = read(name, fallback);
-    const QString text = v.toString().trimmed().toLower();
-    if (text == QLatin1String("true") || text == QLatin1String("1"))
-        return true;
-    if (text == QLatin1String("false") || text == QLatin1String("0"))
-        return false;
-    qWarning("VupPreferences3DViews: 3dviews/%s is not a switch ('%s'), %s is used", name,
-             qPrintable(v.toString()), fallback ? "on" : "off");
-    return fallback;
+    return VupPreferenceRegistry::getInstance()->flag(VupPreferences3DViews::GROUP, QLatin1String(name), fallback);
 }
 
 QColor color(const char* name, const QColor& fallback)
 {
-    const QVariant v = read(name, fallback.name());
-    const QColor c(v.toString().trimmed());
-    if (c.isValid())
-        return c;
-    qWarning("VupPreferences3DViews: 3dviews/%s is not a colour ('%s'), %s is used", name, qPrintable(v.toString()),
-             qPrintable(fallback.name()));
-    return fallback;
+    return VupPreferenceRegistry::getInstance()->color(VupPreferences3DViews::GROUP, QLatin1String(name), fallback);
 }
 
 } // namespace
 
-class VupPreferences3DViewsPrivate
-{
-public:
-    QMetaObject::Connection connection;
-};
-
 VupPreferences3DViews::VupPreferences3DViews()
-    : _d(std::make_unique<VupPreferences3DViewsPrivate>())
+    : VupAGroupPreferences(GROUP)
 {
-    VupPreferenceRegistry* registry = VupPreferenceRegistry::getInstance();
-    _d->connection = QObject::connect(registry, &VupPreferenceRegistry::prefChanged, registry,
-                                      [this](const VupPreferenceModif& modif) {
-                                          if (modif.concerns(GROUP))
-                                              notify(modif);
-                                      });
-}
-
-VupPreferences3DViews::~VupPreferences3DViews()
-{
-    QObject::disconnect(_d->connection);
 }
 
 VupPreferences3DViews* VupPreferences3DViews::getInstance()
 {
-    // The registry is made first so that it outlives this instance and its connection.
-    VupPreferenceRegistry::getInstance();
     static VupPreferences3DViews instance;
     return &instance;
 }
@@ -95,15 +62,7 @@ int VupPreferences3DViews::getLegendAlignment()
 
 double VupPreferences3DViews::getSeekDuration()
 {
-    const double fallback = 0.5;
-    const QVariant v = read("seekDuration", fallback);
-    bool ok = false;
-    const double value = v.toString().trimmed().toDouble(&ok);
-    if (ok && value >= 0.0 && value <= 60.0)
-        return value;
-    qWarning("VupPreferences3DViews: 3dviews/seekDuration is not a duration in seconds ('%s'), %g is used",
-             qPrintable(v.toString()), fallback);
-    return fallback;
+    return VupPreferenceRegistry::getInstance()->number(GROUP, QStringLiteral("seekDuration"), 0.5, 0.0, 60.0);
 }
 
 void VupPreferences3DViews::setValue(const QString& name, const QVariant& value)

@@ -6,21 +6,18 @@
 
 #include <velmora_util_export.h>
 
-#include <VuoAObservable.h>
-#include <VupPreferenceModif.h>
+#include <VupAGroupPreferences.h>
 
 #include <QColor>
 #include <QString>
 #include <QVariant>
-#include <memory>
 
-class VELMORA_UTIL_EXPORT VupPreferences3DViews : public VuoAObservable<VupPreferenceModif>
+class VELMORA_UTIL_EXPORT VupPreferences3DViews : public VupAGroupPreferences
 {
 public:
     static const QString GROUP;
 
     static VupPreferences3DViews* getInstance();
-    ~VupPreferences3DViews() override;
 
     // On, the wheel zooms the opposite way to the default.
     static bool getMouseWheelZoomDirection();
@@ -44,5 +41,4 @@ public:
 
 private:
     VupPreferences3DViews();
-    std::unique_ptr<class VupPreferences3DViewsPrivate> const _d;
 };

@@ -11,47 +11,21 @@ QVariant read(const char* name, const QVariant& fallback)
     return VupPreferenceRegistry::getInstance()->value(VupPreferencesGraphic::GROUP, QLatin1String(name), fallback);
 }
 
-// A number within [low, high], or the fallback with a warning.
 float number(const char* name, float fallback, float low, float high)
 {
-    const QVariant v = read(name, fallback);
-    bool ok = false;
-    const double value = v.toString().trimmed().toDouble(&ok);
-    if (ok && value >= low && value <= high)
-        return float(value);
-    qWarning("VupPreferencesGraphic: graphic/%s is not a number within [%g, %g] ('%s'), %g is used", name,
-             double(low), double(high), qPrintable(v.toString()), double(fallback));
-    return fallback;
+    return float(VupPreferenceRegistry::getInstance()->number(VupPreferencesGraphic::GROUP, QLatin1String(name),
+                                                              fallback, low, high));
 }
 
 } // namespace
 
-class VupPreferencesGraphicPrivate
-{
-public:
-    QMetaObject::Connection connection;
-};
-
 VupPreferencesGraphic::VupPreferencesGraphic()
-    : _d(std::make_unique<VupPreferencesGraphicPrivate>())
+    : VupAGroupPreferences(GROUP)
 {
-    VupPreferenceRegistry* registry = VupPreferenceRegistry::getInstance();
-    _d->connection = QObject::connect(registry, &VupPreferenceRegistry::prefChanged, registry,
-                                      [this](const VupPreferenceModif& modif) {
-                                          if (modif.concerns(GROUP))
-                                              notify(modif);
-                                      });
-}
-
-VupPreferencesGraphic::~VupPreferencesGraphic()
-{
-    QObject::disconnect(_d->connection);
 }
 
 VupPreferencesGraphic* VupPreferencesGraphic::getInstance()
 {
-    // The registry is made first so that it outlives this instance and its connection.
-    VupPreferenceRegistry::getInstance();
     static VupPreferencesGraphic instance;
     return &instance;
 }
@@ -63,15 +37,7 @@ float VupPreferencesGraphic::getSurfaceTransparency() { return number("surfaceTr
 
 bool VupPreferencesGraphic::isZScaleAutomatic()
 {
-    const QVariant v = read("zScaleAutomatic", false);
-    const QString text = v.toString().trimmed().toLower();
-    if (text == QLatin1String("true") || text == QLatin1String("1"))
-        return true;
-    if (text == QLatin1String("false") || text == QLatin1String("0"))
-        return false;
-    qWarning("VupPreferencesGraphic: graphic/zScaleAutomatic is not a switch ('%s'), off is used",
-             qPrintable(v.toString()));
-    return false;
+    return VupPreferenceRegistry::getInstance()->flag(GROUP, QStringLiteral("zScaleAutomatic"), false);
 }
 
 QString VupPreferencesGraphic::getColorScale()

@@ -6,20 +6,17 @@
 
 #include <velmora_util_export.h>
 
-#include <VuoAObservable.h>
-#include <VupPreferenceModif.h>
+#include <VupAGroupPreferences.h>
 
 #include <QString>
 #include <QVariant>
-#include <memory>
 
-class VELMORA_UTIL_EXPORT VupPreferencesGraphic : public VuoAObservable<VupPreferenceModif>
+class VELMORA_UTIL_EXPORT VupPreferencesGraphic : public VupAGroupPreferences
 {
 public:
     static const QString GROUP;
 
     static VupPreferencesGraphic* getInstance();
-    ~VupPreferencesGraphic() override;
 
     // Pixels.
     static float getPointSize();
@@ -36,5 +33,4 @@ public:
 
 private:
     VupPreferencesGraphic();
-    std::unique_ptr<class VupPreferencesGraphicPrivate> const _d;
 };

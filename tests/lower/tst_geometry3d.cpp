@@ -9,6 +9,8 @@
 #include <QRegularExpression>
 #include <QtTest>
 
+#include "VectorCompare.h"
+
 #include <cmath>
 #include <limits>
 
@@ -18,25 +20,11 @@ constexpr double PI = 3.14159265358979323846;
 const double NaN = std::numeric_limits<double>::quiet_NaN();
 const double INF = std::numeric_limits<double>::infinity();
 
-QString text(const KbgVector3D& v)
-{
-    return QStringLiteral("(%1, %2, %3)").arg(v.x()).arg(v.y()).arg(v.z());
-}
-
-// QCOMPARE with a tolerance, for vectors.
-#define COMPARE_VEC(actual, expected)                                                          \
-    do {                                                                                       \
-        const KbgVector3D a_ = (actual);                                                       \
-        const KbgVector3D e_ = (expected);                                                     \
-        QVERIFY2(a_.fuzzyEquals(e_, 1e-9),                                                     \
-                 qPrintable(QStringLiteral("got %1, expected %2").arg(text(a_), text(e_))));  \
-    } while (false)
-
 } // namespace
 
 char* toString(const KbgVector3D& v)
 {
-    return QTest::toString(text(v));
+    return QTest::toString(vectorText(v));
 }
 
 class TestGeometry3D : public QObject
