@@ -9,6 +9,7 @@
 #include <VsdPolygonSet.h>
 #include <VsdPolylineSet.h>
 #include <VssProject.h>
+#include <VusFileUtils.h>
 
 #include <QDir>
 #include <QFile>
@@ -261,7 +262,7 @@ void VugDatasetStore::load()
     std::map<QString, VsdPointSet> loaded;
     const QDir dir(_d->directory);
     const QStringList files =
-        dir.entryList({QStringLiteral("*") + kSuffix}, QDir::Files | QDir::Hidden | QDir::Readable, QDir::Name);
+        dir.entryList({QStringLiteral("*") + kSuffix}, QDir::Files | QDir::Hidden, QDir::Name);
     for (const QString& file : files) {
         const QString key = QUrl::fromPercentEncoding(file.left(file.size() - kSuffix.size()).toLatin1());
         const Entry* other = _d->find(key);
@@ -275,7 +276,10 @@ void VugDatasetStore::load()
             try {
                 loaded[key] = VsdPointSetFile::read(dir.filePath(file));
             } catch (const KbeError& e) {
-                problems << e.getMessage();
+                // Aside, so that a set saved again under its key does not write over it.
+                const QString kept = VusFileUtils::keepAside(dir.filePath(file));
+                problems << (kept.isEmpty() ? e.getMessage()
+                                            : tr("%1 It is kept as '%2'.").arg(e.getMessage(), QDir::toNativeSeparators(kept)));
             }
         }
     }

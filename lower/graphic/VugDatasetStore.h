@@ -67,7 +67,8 @@ public:
     // others are written, and the failed ones are tried again at the next save.
     void save();
     // Replaces the point sets by those of the folder's files; the other kinds stay. A file
-    // that cannot be read is left out and, once the others are in, a KbeError names it.
+    // that cannot be read is left out and moved aside ("<file>.bad"), so that nothing is
+    // saved over it; once the others are in, a KbeError names it.
     void load();
 
     static QString fileName(const QString& key);

@@ -4,6 +4,7 @@
 
 #include <KbeError.h>
 #include <VssProject.h>
+#include <VusFileUtils.h>
 #include <VuxXml.h>
 
 #include <QColor>
@@ -242,9 +243,18 @@ QByteArray VugSceneStore::toXml(const VugScene& scene)
     return bytes;
 }
 
-void VugSceneStore::fromXml(const QByteArray& data, const QString& sourceName, VugScene& scene)
+QStringList VugSceneStore::fromXml(const QByteArray& data, const QString& sourceName, VugScene& scene)
 {
     const Reader reader(sourceName);
+    QStringList lost;
+    // Each part that cannot be read is left out with its reason; the rest is kept.
+    const auto tryRead = [&lost](auto&& read) {
+        try {
+            read();
+        } catch (const KbeError& e) {
+            lost.append(e.getMessage());
+        }
+    };
     try {
         if (data.size() > MAX_FILE_BYTES)
             reader.fail(tr("it is larger than %1 bytes").arg(MAX_FILE_BYTES));
@@ -261,29 +271,36 @@ void VugSceneStore::fromXml(const QByteArray& data, const QString& sourceName, V
         const int id = root.attribute(QStringLiteral("id")).toInt(&ok);
         if (!ok || id != scene.getId())
             reader.fail(tr("it holds the scene '%1', not the scene %2").arg(root.attribute(QStringLiteral("id"))).arg(scene.getId()));
-        const QString code = root.attribute(QStringLiteral("coordsys"));
-        const QString codeProblem = VugSceneItem::textProblem(code, false);
-        if (!codeProblem.isEmpty())
-            reader.fail(tr("its coordinate-system code is refused: %1").arg(codeProblem));
+
+        QString code;
+        tryRead([&] {
+            const QString problem = VugSceneItem::textProblem(root.attribute(QStringLiteral("coordsys")), false);
+            if (!problem.isEmpty())
+                reader.fail(tr("its coordinate-system code is refused: %1").arg(problem));
+            code = root.attribute(QStringLiteral("coordsys"));
+        });
 
         QRectF zoom;
         const QDomElement z = root.firstChildElement(kZoom);
-        if (!z.isNull()) {
-            zoom = QRectF(reader.real(z, QStringLiteral("x")), reader.real(z, QStringLiteral("y")),
-                          reader.real(z, QStringLiteral("width")), reader.real(z, QStringLiteral("height")));
-            if (zoom.isEmpty())
-                reader.fail(tr("its zoom has no area"));
-        }
+        if (!z.isNull())
+            tryRead([&] {
+                const QRectF r(reader.real(z, QStringLiteral("x")), reader.real(z, QStringLiteral("y")),
+                               reader.real(z, QStringLiteral("width")), reader.real(z, QStringLiteral("height")));
+                if (r.isEmpty())
+                    reader.fail(tr("its zoom has no area"));
+                zoom = r;
+            });
 
         QVector<VugSceneItem> items;
         QSet<QString> ids;
-        for (QDomElement e = root.firstChildElement(kItem); !e.isNull(); e = e.nextSiblingElement(kItem)) {
-            VugSceneItem item = reader.item(e);
-            if (ids.contains(item.getId()))
-                reader.fail(tr("the item id '%1' is used twice").arg(item.getId()));
-            ids.insert(item.getId());
-            items.append(item);
-        }
+        for (QDomElement e = root.firstChildElement(kItem); !e.isNull(); e = e.nextSiblingElement(kItem))
+            tryRead([&] {
+                VugSceneItem item = reader.item(e);
+                if (ids.contains(item.getId()))
+                    reader.fail(tr("the item id '%1' is used twice").arg(item.getId()));
+                ids.insert(item.getId());
+                items.append(item);
+            });
 
         scene.setItems(items);
         if (zoom.isNull())
@@ -295,6 +312,7 @@ void VugSceneStore::fromXml(const QByteArray& data, const QString& sourceName, V
         empty(scene);
         throw;
     }
+    return lost;
 }
 
 void VugSceneStore::save(const VssProject& project, const VugScene& scene)
@@ -306,21 +324,36 @@ void VugSceneStore::save(const VssProject& project, const VugScene& scene)
     VuxXml::saveXml(path, toXml(scene));
 }
 
-bool VugSceneStore::load(const VssProject& project, VugScene& scene)
+bool VugSceneStore::load(const VssProject& project, VugScene& scene, QString* problem)
 {
+    if (problem)
+        problem->clear();
     const QString path = filePath(project, scene.getId());
-    if (!QFileInfo::exists(path)) {
+    if (!QFileInfo::exists(path) && !QFileInfo(path).isSymLink()) {
         empty(scene);
         return false;
     }
-    QByteArray data;
+    QStringList lost;
+    bool whole = false;
     try {
-        data = VuxXml::readFile(path, limits());
-    } catch (...) {
+        lost = fromXml(VuxXml::readFile(path, limits()), QDir::toNativeSeparators(path), scene);
+    } catch (const KbeError& e) {
         empty(scene);
-        throw;
+        lost = QStringList{e.getMessage()};
+        whole = true;
     }
-    fromXml(data, QDir::toNativeSeparators(path), scene);
+    if (lost.isEmpty())
+        return true;
+    // Saving the scene writes a new file: the damaged one goes aside first.
+    const QString kept = VusFileUtils::keepAside(path);
+    if (problem) {
+        const QString fate = kept.isEmpty()
+                                 ? tr("The file is left where it is, and the scene is not saved over it.")
+                                 : tr("The file is kept as '%1'.").arg(QDir::toNativeSeparators(kept));
+        *problem = (whole ? tr("The scene's file cannot be read: the scene opens empty. %1\n%2")
+                          : tr("Parts of the scene's file cannot be read: the scene opens without them. %1\n%2"))
+                       .arg(fate, lost.join(QLatin1Char('\n')));
+    }
     return true;
 }
 

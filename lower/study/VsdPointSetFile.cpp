@@ -2,15 +2,18 @@
 
 #include <KbbGlobal.h>
 #include <KbeError.h>
+#include <VsdCsv.h>
+#include <VusFileUtils.h>
+#include <VusSaveFile.h>
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QRegularExpression>
-#include <QSaveFile>
 #include <QtEndian>
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 
 namespace {
 
@@ -176,23 +179,6 @@ QVector<QByteArray> splitFields(const char* begin, const char* end)
     return fields;
 }
 
-bool parseNumber(const char* begin, const char* end, double& value)
-{
-    while (begin < end && (*begin == ' ' || *begin == '\t'))
-        ++begin;
-    while (end > begin && (end[-1] == ' ' || end[-1] == '\t'))
-        --end;
-    if (begin == end) {
-        value = KbbGlobal::D_FFFF;
-        return true;
-    }
-    if (*begin == '+' && end - begin > 1 && begin[1] != '-')
-        ++begin;
-    // from_chars ignores the locale, which a Qt application sets from the environment.
-    const std::from_chars_result result = std::from_chars(begin, end, value);
-    return result.ec == std::errc() && result.ptr == end;
-}
-
 VsdPointSet readCsv(QIODevice& device, const QString& name)
 {
     QByteArray buffer(kMaxLineBytes + 1, Qt::Uninitialized);
@@ -244,7 +230,7 @@ VsdPointSet readCsv(QIODevice& device, const QString& name)
         int field = 0;
         for (const char* start = begin;; ++field) {
             const char* stop = std::find(start, end, ',');
-            if (field < columnCount && !parseNumber(start, stop, row[field]))
+            if (field < columnCount && !VsdCsv::parseNumber(start, stop, row[field]))
                 fail(tr("'%1' has \"%2\" at line %3, field %4, where a number is expected.")
                          .arg(native(name))
                          .arg(QString::fromUtf8(start, int(qMin<qint64>(stop - start, 40))).trimmed())
@@ -277,20 +263,14 @@ VsdPointSet readCsv(QIODevice& device, const QString& name)
     return set;
 }
 
-void writeOrFail(QSaveFile& file, const char* data, qint64 bytes)
-{
-    if (file.write(data, bytes) != bytes)
-        fail(tr("'%1' cannot be written: %2.").arg(native(file.fileName()), file.errorString()));
-}
-
-void writeUInt32(QSaveFile& file, quint32 value)
+void writeUInt32(VusSaveFile& file, quint32 value)
 {
     uchar bytes[4];
     qToLittleEndian(value, bytes);
-    writeOrFail(file, reinterpret_cast<const char*>(bytes), 4);
+    file.write(reinterpret_cast<const char*>(bytes), 4);
 }
 
-void writeColumn(QSaveFile& file, const QVector<double>& column)
+void writeColumn(VusSaveFile& file, const QVector<double>& column)
 {
     // In blocks, so that a big-endian machine converts without a second copy of the column.
     constexpr int block = 8192;
@@ -298,13 +278,14 @@ void writeColumn(QSaveFile& file, const QVector<double>& column)
     for (int start = 0; start < column.size(); start += block) {
         const int n = qMin(block, column.size() - start);
         qToLittleEndian<double>(column.constData() + start, n, converted);
-        writeOrFail(file, reinterpret_cast<const char*>(converted), qint64(n) * 8);
+        file.write(reinterpret_cast<const char*>(converted), qint64(n) * 8);
     }
 }
 
 void appendNumber(QByteArray& line, double value)
 {
-    if (value == KbbGlobal::D_FFFF)
+    // Written as an empty field, which is how a CSV reader reads any of them.
+    if (value == KbbGlobal::D_FFFF || !std::isfinite(value))
         return;
     char text[32];
     const std::to_chars_result result = std::to_chars(text, text + sizeof text, value);
@@ -316,8 +297,7 @@ void appendNumber(QByteArray& line, double value)
 VsdPointSet VsdPointSetFile::read(const QString& path)
 {
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        fail(tr("'%1' cannot be read: %2.").arg(native(path), file.errorString()));
+    VusFileUtils::openForReading(file);
     return read(file, path);
 }
 
@@ -342,11 +322,9 @@ void VsdPointSetFile::write(const VsdPointSet& set, const QString& path, Format 
                 fail(tr("'%1' cannot be written: the variable name '%2' does not fit in a CSV header.")
                          .arg(native(path), variable));
     }
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly))
-        fail(tr("'%1' cannot be written: %2.").arg(native(path), file.errorString()));
+    VusSaveFile file(path);
     if (format == Format::Binary) {
-        writeOrFail(file, kMagic, 4);
+        file.write(kMagic, 4);
         writeUInt32(file, kVersion);
         writeUInt32(file, quint32(set.size()));
         writeUInt32(file, quint32(names.size()));
@@ -357,7 +335,7 @@ void VsdPointSetFile::write(const VsdPointSet& set, const QString& path, Format 
                          .arg(native(path), variable)
                          .arg(kMaxNameBytes));
             writeUInt32(file, quint32(utf8.size()));
-            writeOrFail(file, utf8.constData(), utf8.size());
+            file.write(utf8.constData(), utf8.size());
         }
         writeColumn(file, set.x());
         writeColumn(file, set.y());
@@ -386,12 +364,11 @@ void VsdPointSetFile::write(const VsdPointSet& set, const QString& path, Format 
             }
             text += '\n';
             if (text.size() > (1 << 20)) {
-                writeOrFail(file, text.constData(), text.size());
+                file.write(text.constData(), text.size());
                 text.clear();
             }
         }
-        writeOrFail(file, text.constData(), text.size());
+        file.write(text.constData(), text.size());
     }
-    if (!file.commit())
-        fail(tr("'%1' cannot be written: %2.").arg(native(path), file.errorString()));
+    file.commit();
 }

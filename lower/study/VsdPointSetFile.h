@@ -19,7 +19,8 @@ public:
         // last rank (version 1 files end with the columns). Fast to read and exact, for
         // large sets.
         Binary,
-        // A header "x,y,z,name,..." then one line per sample; an empty field is undefined.
+        // A header "x,y,z,name,..." then one line per sample; an empty field, "nan" and
+        // "inf" are undefined (VsdCsv).
         // Numbers are written exactly (shortest round trip) and read without the locale.
         Csv
     };

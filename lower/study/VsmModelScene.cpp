@@ -106,8 +106,9 @@ void VsmModelScene::_notify(int reason, int id)
     notify(VsmModifScene(reason, getIdentifier(id)));
 }
 
-void VsmModelScene::load(const QDomElement& element)
+QStringList VsmModelScene::load(const QDomElement& element)
 {
+    QStringList lost;
     std::vector<VsmScene> scenes;
     int nextId = 1;
     for (QDomElement e = element.firstChildElement(QStringLiteral("scene")); !e.isNull();
@@ -115,9 +116,14 @@ void VsmModelScene::load(const QDomElement& element)
         VsmScene s;
         bool ok = false;
         s.id = e.attribute(QStringLiteral("id")).toInt(&ok);
-        if (!ok || s.id < 1 || std::any_of(scenes.begin(), scenes.end(), [&](const VsmScene& o) { return o.id == s.id; }))
-            throw KbeError(QCoreApplication::translate("VsmModelScene", "A scene has a missing or repeated id ('%1').")
-                               .arg(e.attribute(QStringLiteral("id"))));
+        if (!ok || s.id < 1 || std::any_of(scenes.begin(), scenes.end(), [&](const VsmScene& o) { return o.id == s.id; })) {
+            lost.append(QCoreApplication::translate("VsmModelScene", "The scene '%1' has a missing or repeated id ('%2').")
+                            .arg(e.attribute(QStringLiteral("name")), e.attribute(QStringLiteral("id"))));
+            // Its number stays used: a new scene must not take the files it may have.
+            if (ok)
+                nextId = std::max(nextId, s.id + 1);
+            continue;
+        }
         s.name = e.attribute(QStringLiteral("name"));
         s.type = e.attribute(QStringLiteral("type")).toInt();
         s.dimension = KbgEDimension::fromKey(e.attribute(QStringLiteral("dimension")), dimensionOfType(s.type));
@@ -130,6 +136,12 @@ void VsmModelScene::load(const QDomElement& element)
     nextId = std::max(nextId, element.attribute(QStringLiteral("next-id")).toInt());
     _scenes = scenes;
     _nextId = nextId;
+    return lost;
+}
+
+void VsmModelScene::reserveIdsBelow(int id)
+{
+    _nextId = std::max(_nextId, id);
 }
 
 void VsmModelScene::save(QDomDocument& document, QDomElement& element) const

@@ -46,8 +46,11 @@ public:
     void requestOpen(int id);
     void requestClose(int id);
 
-    // Reads the scenes written by save(); ids are kept. Throws KbeError on a bad element.
-    void load(const QDomElement& element);
+    // Reads the scenes written by save(); ids are kept. A scene without a valid, unique id
+    // is left out: the returned texts say which.
+    QStringList load(const QDomElement& element);
+    // New scenes get ids from id on: those below may still name files of the project.
+    void reserveIdsBelow(int id);
     void save(QDomDocument& document, QDomElement& element) const;
 
 private:

@@ -15,6 +15,8 @@ class VELMORA_STUDY_EXPORT VssProject : public QObject
     Q_OBJECT
 public:
     // Both throw KbeError with a message for the user when the folder cannot be used.
+    // open() reads what it can of a damaged project file or list of scenes: it warns
+    // (KbbDebug) with what was lost and moves the damaged file aside ("<file>.bad").
     static std::unique_ptr<VssProject> create(const QString& folder, const QString& name);
     static std::unique_ptr<VssProject> open(const QString& folder);
     static bool isProjectFolder(const QString& folder);
@@ -35,5 +37,6 @@ public:
 
 private:
     VssProject(const QString& folder, const QString& name);
+    void _saveProjectFile() const;
     std::unique_ptr<class VssProjectPrivate> const _d;
 };

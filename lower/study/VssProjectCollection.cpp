@@ -7,6 +7,7 @@
 #include <KbeError.h>
 
 #include <QCoreApplication>
+#include <QStringList>
 #include <QVector>
 
 class VssProjectCollectionPrivate
@@ -15,8 +16,9 @@ public:
     QVector<VssIObserverProject*> observers;
     std::unique_ptr<VssProject> project;
 
+    // What an observer throws is printed, or given to the caller in problems.
     template <class F>
-    void tellAll(const char* what, F&& call)
+    void tellAll(const char* what, F&& call, QStringList* problems = nullptr)
     {
         const auto copy = observers;
         for (VssIObserverProject* o : copy) {
@@ -25,8 +27,11 @@ public:
             try {
                 call(o);
             } catch (...) {
-                KbbDebug::printError(QStringLiteral("VssProjectCollection::%1: %2")
-                                         .arg(QLatin1String(what), KbbDebug::describeCurrentException()));
+                if (problems)
+                    problems->append(KbbDebug::describeCurrentException());
+                else
+                    KbbDebug::printError(QStringLiteral("VssProjectCollection::%1: %2")
+                                             .arg(QLatin1String(what), KbbDebug::describeCurrentException()));
             }
         }
     }
@@ -101,15 +106,16 @@ bool VssProjectCollection::saveProject(QString* message)
 {
     if (!_d->project)
         return false;
-    _d->tellAll("saveInProject", [](VssIObserverProject* o) { o->saveInProject(); });
+    QStringList problems;
+    _d->tellAll("saveInProject", [](VssIObserverProject* o) { o->saveInProject(); }, &problems);
     try {
         _d->project->save();
     } catch (const KbeError& e) {
-        if (message)
-            *message = e.getMessage();
-        return false;
+        problems.append(e.getMessage());
     }
-    return true;
+    if (message)
+        *message = problems.join(QLatin1Char('\n'));
+    return problems.isEmpty();
 }
 
 bool VssProjectCollection::closeProject(QString* message)

@@ -1,7 +1,8 @@
 #pragma once
 // The open project of the application (at most one) and the observers told of its life:
 //   open:  projectOpened(project) to each observer in registration order;
-//   save:  saveInProject() to each observer, then the project writes its own files;
+//   save:  saveInProject() to each observer, then the project writes its own files; what
+//          an observer throws there is the caller's failure message;
 //   close: isReadyToClose() to each observer until one refuses (the project then stays
 //          open), the project's files are written, projectAboutToClose() to each observer,
 //          and the project is released.
@@ -29,6 +30,8 @@ public:
     // or the folder cannot be opened. Nothing changes then.
     bool openProject(const QString& folder, QString* message = nullptr);
     bool createProject(const QString& folder, const QString& name, QString* message = nullptr);
+    // Every observer saves, then the project writes its files; false with every failure
+    // in message (what could be written is written).
     bool saveProject(QString* message = nullptr);
     // True when no project is open afterwards.
     bool closeProject(QString* message = nullptr);

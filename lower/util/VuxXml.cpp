@@ -1,17 +1,14 @@
 #include "VuxXml.h"
 
 #include <KbeError.h>
+#include <VusFileUtils.h>
+#include <VusSaveFile.h>
 #include <VuxXmlReader.h>
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
-#include <QFileInfo>
-#include <QTemporaryFile>
 #include <QXmlStreamWriter>
-#include <cerrno>
-#include <cstdio>
-#include <cstring>
 
 namespace {
 
@@ -37,20 +34,16 @@ QDomDocument VuxXml::readXml(const QString& path, const QString& docTypeName, co
 
 QByteArray VuxXml::readFile(const QString& path, const Limits& limits)
 {
-    const QFileInfo info(path);
-    if (!info.isFile())
-        throw KbeError(tr("'%1' is not a file.").arg(QDir::toNativeSeparators(path)));
-    if (info.size() > limits.maxBytes)
+    QFile file(path);
+    VusFileUtils::openForReading(file);
+    if (file.size() > limits.maxBytes)
         throw KbeError(tr("'%1' is too large (%2 bytes; at most %3 bytes are read).")
                            .arg(QDir::toNativeSeparators(path))
-                           .arg(info.size())
+                           .arg(file.size())
                            .arg(limits.maxBytes));
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        throw KbeError(tr("'%1' cannot be read: %2").arg(QDir::toNativeSeparators(path), file.errorString()));
     // Read in chunks against the limit, which also catches a file that grew since the check.
     QByteArray data;
-    data.reserve(int(info.size()));
+    data.reserve(int(file.size()));
     char chunk[64 * 1024];
     qint64 n = 0;
     while ((n = file.read(chunk, sizeof chunk)) > 0) {
@@ -84,22 +77,7 @@ void VuxXml::saveXml(const QString& path, const QDomDocument& document)
 
 void VuxXml::saveXml(const QString& path, const QByteArray& content)
 {
-    // Written beside the target and renamed over it: a failure at any point leaves the
-    // previous file whole. There is no sync to disk: the rename is atomic for readers and
-    // the files are small ones the application rewrites at every save.
-    QTemporaryFile file(path + QStringLiteral(".XXXXXX"));
-    auto failed = [&path](const QString& reason) {
-        return KbeError(tr("'%1' cannot be written: %2").arg(QDir::toNativeSeparators(path), reason));
-    };
-    if (!file.open())
-        throw failed(file.errorString());
-    if (file.write(content) != content.size() || !file.flush())
-        throw failed(file.errorString());
-    file.close();
-    if (std::rename(QFile::encodeName(file.fileName()).constData(), QFile::encodeName(path).constData()) != 0)
-        throw failed(QString::fromLocal8Bit(std::strerror(errno)));
-    file.setAutoRemove(false);
-    QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup | QFile::ReadOther);
+    VusSaveFile::save(path, content);
 }
 
 void VuxXml::saveFields(QDomDocument& document, QDomElement& element, const Fields& fields)

@@ -133,13 +133,16 @@ private Q_SLOTS:
         });
         QVERIFY(collection->createProject(_dir.filePath(QStringLiteral("throw")), QStringLiteral("Throw")));
         _log.clear();
-        QVERIFY(collection->saveProject());
+        // The others save all the same, and the one who saves learns what failed.
+        QString message;
+        const bool saved = collection->saveProject(&message);
         KbbDebug::removeSink(sink);
-        QCOMPARE(_log, QStringList({"A:save", "B:save"}));
-        QCOMPARE(errors.size(), 1);
-        QVERIFY(errors.first().endsWith(QStringLiteral("std::exception: disk full")));
         collection->removeObserver(&a);
         collection->removeObserver(&b);
+        QVERIFY(!saved);
+        QCOMPARE(_log, QStringList({"A:save", "B:save"}));
+        QCOMPARE(message, QStringLiteral("std::exception: disk full"));
+        QCOMPARE(errors, QStringList());
     }
 
     void badFoldersKeepTheCurrentProject_data()
@@ -147,9 +150,7 @@ private Q_SLOTS:
         QTest::addColumn<QString>("setup");
         QTest::newRow("missing folder") << "none";
         QTest::newRow("folder without a project") << "empty";
-        QTest::newRow("damaged project file") << "damaged";
-        QTest::newRow("damaged scenes file") << "scenes";
-        QTest::newRow("repeated scene ids") << "repeated";
+        QTest::newRow("a folder in the project file's place") << "folder";
     }
 
     void badFoldersKeepTheCurrentProject()
@@ -158,27 +159,83 @@ private Q_SLOTS:
         auto* collection = VssProjectCollection::getInstance();
         QVERIFY(collection->createProject(_dir.filePath(QStringLiteral("good-") + setup), QStringLiteral("Good")));
         const QString bad = _dir.filePath(QStringLiteral("bad-") + setup);
-        if (setup != QLatin1String("none")) {
+        if (setup != QLatin1String("none"))
             QDir().mkpath(bad + QStringLiteral("/database"));
-            auto write = [](const QString& path, const QByteArray& text) {
-                QFile f(path);
-                QVERIFY(f.open(QIODevice::WriteOnly));
-                f.write(text);
-            };
-            if (setup == QLatin1String("damaged"))
-                write(bad + QStringLiteral("/project.xml"), "<project name=\"x\"");
-            if (setup == QLatin1String("scenes") || setup == QLatin1String("repeated"))
-                write(bad + QStringLiteral("/project.xml"), "<project name=\"x\"/>");
-            if (setup == QLatin1String("scenes"))
-                write(bad + QStringLiteral("/database/scenes.xml"), "\xff\xfe garbage");
-            if (setup == QLatin1String("repeated"))
-                write(bad + QStringLiteral("/database/scenes.xml"),
-                      "<scenes><scene id=\"1\" type=\"2\"/><scene id=\"1\" type=\"3\"/></scenes>");
-        }
+        if (setup == QLatin1String("folder"))
+            QDir().mkpath(bad + QStringLiteral("/project.xml"));
         QString message;
         QVERIFY(!collection->openProject(bad, &message));
         QVERIFY(!message.isEmpty());
         QCOMPARE(collection->getCurrentProject()->getName(), QStringLiteral("Good"));
+        QVERIFY(QFileInfo(bad + QStringLiteral("/project.xml")).isDir() == (setup == QLatin1String("folder")));
+    }
+
+    void damagedProjectOpensWithWhatCanBeRead_data()
+    {
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QList<int>>("scenes");
+        QTest::newRow("truncated project file") << "project.xml" << QByteArray("<project name=\"x\"") << QString()
+                                                << QList<int>{1, 2};
+        QTest::newRow("project file of another kind") << "project.xml" << QByteArray("<windows/>") << QString()
+                                                      << QList<int>{1, 2};
+        QTest::newRow("scenes file of garbage") << "database/scenes.xml" << QByteArray("\xff\xfe garbage") << "P"
+                                                << QList<int>{};
+        QTest::newRow("repeated scene ids")
+            << "database/scenes.xml"
+            << QByteArray("<scenes><scene id=\"1\" name=\"Map\" type=\"2\"/><scene id=\"1\" name=\"Again\" type=\"3\"/>"
+                          "<scene id=\"x\" name=\"No id\" type=\"3\"/></scenes>")
+            << "P" << QList<int>{1};
+    }
+
+    // What can be read opens; the damaged file is kept aside, reported once, and the next
+    // save writes a sound one.
+    void damagedProjectOpensWithWhatCanBeRead()
+    {
+        QFETCH(QString, file);
+        QFETCH(QByteArray, bytes);
+        QFETCH(QString, name);
+        QFETCH(QList<int>, scenes);
+        auto* collection = VssProjectCollection::getInstance();
+        static int count = 0;
+        const QString folder = _dir.filePath(QStringLiteral("damaged%1").arg(++count));
+        QVERIFY(collection->createProject(folder, QStringLiteral("P")));
+        VsmModelScene& model = collection->getCurrentProject()->getModelScene();
+        model.createScene(QStringLiteral("Map"), 2);
+        model.createScene(QStringLiteral("3D"), 3);
+        QVERIFY(collection->closeProject());
+        QDir(folder).mkpath(QStringLiteral("database/scenes"));
+        QFile(QDir(folder).filePath(QStringLiteral("database/scenes/2.xml"))).open(QIODevice::WriteOnly);
+        const QString path = QDir(folder).filePath(file);
+        QFile f(path);
+        QVERIFY(f.open(QIODevice::WriteOnly) && f.write(bytes) == bytes.size());
+        f.close();
+
+        QStringList warnings;
+        const int sink = KbbDebug::addSink([&warnings](KbbDebug::Level level, const QString& text) {
+            if (level >= KbbDebug::Level::Warning)
+                warnings << text;
+        });
+        const bool opened = collection->openProject(folder);
+        KbbDebug::removeSink(sink);
+        QVERIFY(opened);
+        QCOMPARE(warnings.size(), 1);
+        QVERIFY2(warnings.first().contains(QDir::toNativeSeparators(path + ".bad")), qPrintable(warnings.first()));
+        // Without its file, the project is named after its folder.
+        QCOMPARE(collection->getCurrentProject()->getName(), name.isEmpty() ? QFileInfo(folder).fileName() : name);
+        QCOMPARE(collection->getCurrentProject()->getModelScene().getSceneIds(), scenes);
+        QFile kept(path + ".bad");
+        QVERIFY(kept.open(QIODevice::ReadOnly));
+        QCOMPARE(kept.readAll(), bytes);
+        // A new scene never takes the number of one that may still have files.
+        QCOMPARE(collection->getCurrentProject()->getModelScene().createScene(QStringLiteral("New"), 2), 3);
+
+        QVERIFY(collection->closeProject());
+        QVERIFY(collection->openProject(folder));
+        QCOMPARE(collection->getCurrentProject()->getModelScene().getSceneIds(), scenes + QList<int>{3});
+        QVERIFY(QFileInfo::exists(path + ".bad"));
+        QVERIFY(collection->closeProject());
     }
 
     void scenesKeepTheirIds()

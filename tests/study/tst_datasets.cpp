@@ -507,7 +507,11 @@ void TestDatasets::fileRoundTrip()
     const VsdPointSet back = VsdPointSetFile::read(path);
     QCOMPARE(back.size(), 3);
     QCOMPARE(back.variableNames(), set.variableNames());
-    QVERIFY(sameValues(back.x(), set.x()) && sameValues(back.y(), set.y()) && sameValues(back.z(), set.z()));
+    // Text keeps no infinity: like "inf" typed in a file, it reads back undefined.
+    const bool text = format == VsdPointSetFile::Format::Csv;
+    QVERIFY(sameValues(back.x(), {0.1, 1.7976931348623157e308, text ? U : Inf}));
+    QVERIFY(sameValues(back.y(), {1e-300, -2.5, text ? U : -Inf}));
+    QVERIFY(sameValues(back.z(), set.z()));
     for (const QString& name : set.variableNames())
         QVERIFY2(sameValues(back.variable(name), set.variable(name)), qPrintable(name));
     QCOMPARE(back.selection().count(), format == VsdPointSetFile::Format::Binary ? 1 : 0);

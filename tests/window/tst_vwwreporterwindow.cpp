@@ -261,10 +261,10 @@ private Q_SLOTS:
         QVERIFY2(warnings.first().contains(QDir::toNativeSeparators(path)), qPrintable(warnings.first()));
         QVERIFY2(warnings.first().contains(reason), qPrintable(warnings.first()));
 
-        // An untouched empty report leaves the damaged file for the user to rescue...
-        window.saveInProject();
-        QCOMPARE(readAll(path), onDisk);
-        // ...and once something is added, the report replaces it.
+        // The damaged file is kept aside whole for the user to rescue, and the new report
+        // is saved in its place.
+        QVERIFY2(warnings.first().contains(QDir::toNativeSeparators(path + ".bad")), qPrintable(warnings.first()));
+        QCOMPARE(readAll(path + ".bad"), onDisk);
         window.appendText(QStringLiteral("new start"));
         window.saveInProject();
         window.projectAboutToClose();

@@ -207,7 +207,13 @@ private Q_SLOTS:
         };
         MessageCatcher catcher;
         callLog().clear();
-        VwwWindowRegistry::getInstance()->saveInProject();
+        // Printed, and given to the caller of the save as well.
+        try {
+            VwwWindowRegistry::getInstance()->saveInProject();
+            QFAIL("the failure did not reach the caller");
+        } catch (const KbeError& e) {
+            QCOMPARE(e.getMessage(), text);
+        }
         QCOMPARE(catcher.errors, QStringList({text}));
         QCOMPARE(callLog(), QStringList({"A:saveInProject", "B:saveInProject", "C:saveInProject"}));
 

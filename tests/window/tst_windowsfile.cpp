@@ -6,6 +6,9 @@
 #include <QtTest>
 #include <csignal>
 #include <sys/resource.h>
+#include <sys/stat.h>
+#include <cerrno>
+#include <cstring>
 
 // "windows.xml" as found on disk: good, damaged or hostile.
 class TestWindowsFile : public QObject
@@ -57,56 +60,59 @@ private Q_SLOTS:
     {
         QTest::addColumn<QByteArray>("content");
         QTest::addColumn<bool>("warns");
+        // A display that is dropped is named in a warning of its own.
+        QTest::addColumn<QString>("dropped");
 
         const QByteArray head = "<?xml version=\"1.0\"?>\n<!DOCTYPE windows>\n";
-        QTest::newRow("wrong root") << head + "<layout><window-list><window class-id=\"Test2D\"/></window-list></layout>" << true;
+        QTest::newRow("wrong root") << head + "<layout><window-list><window class-id=\"Test2D\"/></window-list></layout>" << true << QString();
         QTest::newRow("unknown class ids")
             << head + "<windows><window-list><window class-id=\"Nope\"/><window class-id=\"\"/></window-list></windows>"
-            << false;
+            << false << QString();
         QTest::newRow("missing attributes")
             << head + "<windows><window-list><window/><window class-id=\"Test2D\"/></window-list><workspace/></windows>"
-            << false;
+            << false << "no scene ''";
         QTest::newRow("scene that is gone")
             << head + "<windows><window-list><window class-id=\"Test2D\"><field name=\"scene-id\">77</field></window>"
                       "</window-list></windows>"
-            << false;
+            << false << "no scene '77'";
         QTest::newRow("scene id that is not a number")
             << head + "<windows><window-list><window class-id=\"Test2D\"><field name=\"scene-id\">1e999x</field>"
                       "</window></window-list></windows>"
-            << false;
-        QTest::newRow("no window list") << head + "<windows><workspace/></windows>" << false;
-        QTest::newRow("empty file") << QByteArray() << true;
-        QTest::newRow("blanks only") << QByteArray("   \n\t ") << true;
+            << false << "no scene '1e999x'";
+        QTest::newRow("no window list") << head + "<windows><workspace/></windows>" << false << QString();
+        QTest::newRow("empty file") << QByteArray() << true << QString();
+        QTest::newRow("blanks only") << QByteArray("   \n\t ") << true << QString();
         QTest::newRow("truncated")
-            << head + "<windows><window-list><window class-id=\"Test2D\"><field name=\"scene-id\">1</fi" << true;
-        QTest::newRow("binary garbage") << QByteArray("\x00\xff\xfe<\x01\x02windows>", 12) << true;
-        QTest::newRow("two roots") << head + "<windows/><windows/>" << true;
+            << head + "<windows><window-list><window class-id=\"Test2D\"><field name=\"scene-id\">1</fi" << true << QString();
+        QTest::newRow("binary garbage") << QByteArray("\x00\xff\xfe<\x01\x02windows>", 12) << true << QString();
+        QTest::newRow("two roots") << head + "<windows/><windows/>" << true << QString();
         QByteArray deep = head + "<windows><window-list>";
         for (int i = 0; i < 100000; ++i)
             deep += "<a>";
-        QTest::newRow("deep nesting") << deep << true;
+        QTest::newRow("deep nesting") << deep << true << QString();
         QTest::newRow("entity expansion")
             << QByteArray("<?xml version=\"1.0\"?><!DOCTYPE windows [<!ENTITY a \"aaaaaaaaaa\">"
                           "<!ENTITY b \"&a;&a;&a;&a;&a;&a;&a;&a;&a;&a;\"><!ENTITY c \"&b;&b;&b;&b;&b;&b;&b;&b;&b;&b;\">"
                           "<!ENTITY d \"&c;&c;&c;&c;&c;&c;&c;&c;&c;&c;\"><!ENTITY e \"&d;&d;&d;&d;&d;&d;&d;&d;&d;&d;\">]>"
                           "<windows><window-list><window class-id=\"&e;&e;&e;&e;&e;&e;\"/></window-list></windows>")
-            << true;
+            << true << QString();
         QTest::newRow("external entity")
             << QByteArray("<?xml version=\"1.0\"?><!DOCTYPE windows [<!ENTITY x SYSTEM \"file:///etc/passwd\">]>"
                           "<windows><window-list><window class-id=\"&x;\"/></window-list></windows>")
-            << true;
+            << true << QString();
         QTest::newRow("undeclared entity")
-            << head + "<windows><window-list><window class-id=\"&nope;\"/></window-list></windows>" << true;
+            << head + "<windows><window-list><window class-id=\"&nope;\"/></window-list></windows>" << true << QString();
         QByteArray huge = head + "<windows><window-list><window class-id=\"Test2D\"><field name=\"x\">";
         huge += QByteArray(50 * 1024 * 1024, 'x');
         huge += "</field></window></window-list></windows>";
-        QTest::newRow("50 MB") << huge << true;
+        QTest::newRow("50 MB") << huge << true << QString();
     }
 
     void badFiles()
     {
         QFETCH(QByteArray, content);
         QFETCH(bool, warns);
+        QFETCH(QString, dropped);
         const QString folder = newProject();
         {
             QFile f(windowsFile(folder));
@@ -130,6 +136,9 @@ private Q_SLOTS:
             QVERIFY2(_warnings.first().contains(QStringLiteral("cannot be restored")), qPrintable(_warnings.first()));
             QVERIFY(_warnings.first().contains(QStringLiteral("Field ")));
             QCOMPARE(readAll(windowsFile(folder) + QStringLiteral(".bad")), content);
+        } else if (!dropped.isEmpty()) {
+            QCOMPARE(_warnings.size(), 1);
+            QVERIFY2(_warnings.first().contains(dropped), qPrintable(_warnings.first()));
         } else {
             QVERIFY2(_warnings.isEmpty(), qPrintable(_warnings.join('\n')));
         }
@@ -142,18 +151,60 @@ private Q_SLOTS:
         QVERIFY(!workspace.isNull());
     }
 
-    void aFolderInTheFilesPlace()
+    void somethingElseInTheFilesPlace_data()
     {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<bool>("fifo");
+        QTest::newRow("a folder named windows.xml") << "windows.xml" << false;
+        QTest::newRow("a FIFO named windows.xml") << "windows.xml" << true;
+        QTest::newRow("a folder named windows.xml.bad") << "windows.xml.bad" << false;
+    }
+
+    // What the program did not write is never opened, moved or deleted; a FIFO is refused
+    // without waiting on it.
+    void somethingElseInTheFilesPlace()
+    {
+        QFETCH(QString, name);
+        QFETCH(bool, fifo);
         const QString folder = newProject();
-        QVERIFY(QDir().mkpath(windowsFile(folder) + QStringLiteral("/inside")));
+        const QString path = QDir(folder).filePath(QStringLiteral("database/") + name);
+        if (fifo) {
+            QCOMPARE(mkfifo(QFile::encodeName(path).constData(), 0600), 0);
+        } else {
+            QVERIFY(QDir().mkpath(path));
+            QFile inside(path + QStringLiteral("/inside"));
+            QVERIFY(inside.open(QIODevice::WriteOnly) && inside.write("mine") == 4);
+        }
+        // Beside a folder named windows.xml.bad, a damaged windows.xml is kept under the next name.
+        const bool besideBad = name.endsWith(QLatin1String(".bad"));
+        if (besideBad) {
+            QFile damaged(windowsFile(folder));
+            QVERIFY(damaged.open(QIODevice::WriteOnly) && damaged.write("<windows><window-list>") > 0);
+        }
         VwwWindowRegistry::setWindowFactory(new TestFactory);
         QVERIFY(VssProjectCollection::getInstance()->openProject(folder));
         QCOMPARE(_warnings.size(), 1);
+        if (besideBad)
+            QVERIFY2(_warnings.first().contains(QStringLiteral("windows.xml.bad.2")), qPrintable(_warnings.first()));
         VssProject* project = VssProjectCollection::getInstance()->getCurrentProject();
         auto* map = new TestSceneWindow(VugESceneType::MAP);
         map->setScene(project->getModelScene().getIdentifier(1));
+        _warnings.clear();
         QVERIFY(VssProjectCollection::getInstance()->closeProject());
-        QVERIFY(QFileInfo(windowsFile(folder)).isFile());
+
+        if (fifo) {
+            struct stat st;
+            QVERIFY(lstat(QFile::encodeName(path).constData(), &st) == 0 && S_ISFIFO(st.st_mode));
+        } else {
+            QCOMPARE(readAll(path + QStringLiteral("/inside")), QByteArray("mine"));
+        }
+        if (besideBad) {
+            QCOMPARE(readAll(windowsFile(folder) + QStringLiteral(".bad.2")), QByteArray("<windows><window-list>"));
+            QVERIFY(readAll(windowsFile(folder)).contains("window-list"));
+        } else {
+            QVERIFY2(_warnings.size() == 1 && _warnings.first().contains(QDir::toNativeSeparators(path)),
+                     qPrintable(_warnings.join('\n')));
+        }
     }
 
     void aFactoryThatThrowsSkipsOnlyThatWindow()
@@ -227,7 +278,9 @@ private Q_SLOTS:
 
         QVERIFY(closed);
         QCOMPARE(readAll(windowsFile(folder)), before);
-        QVERIFY2(!_warnings.isEmpty() && _warnings.last().contains(QStringLiteral("could not be saved")),
+        // The system's own reason is given.
+        QVERIFY2(!_warnings.isEmpty() && _warnings.last().contains(QStringLiteral("could not be saved"))
+                     && _warnings.last().contains(QString::fromLocal8Bit(strerror(EFBIG))),
                  qPrintable(_warnings.join('\n')));
         // No half-written temporary file is left beside it.
         QCOMPARE(QDir(folder + QStringLiteral("/database")).entryList(QDir::Files).filter(QStringLiteral("windows")),

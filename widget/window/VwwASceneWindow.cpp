@@ -1,5 +1,6 @@
 #include "VwwASceneWindow.h"
 
+#include <KbbDebug.h>
 #include <VsmModelScene.h>
 #include <VssProject.h>
 
@@ -103,11 +104,20 @@ bool VwwASceneWindow::unserialize(const Fields& fields)
     bool ok = false;
     const int id = fields.value(kSceneId).toInt(&ok);
     VsmModelScene* model = getModelScene();
-    if (!ok || !model || !model->exists(id))
+    if (!model)
         return false;
+    // Told, because the display the user left open does not come back.
+    if (!ok || !model->exists(id)) {
+        KbbDebug::printWarning(tr("The saved display '%1' is not restored: the project has no scene '%2'.")
+                                   .arg(getTitle(), fields.value(kSceneId)));
+        return false;
+    }
     const VsoSceneIdentifier scene = model->getIdentifier(id);
-    if (scene.getSceneType() != _d->sceneType.getValue())
+    if (scene.getSceneType() != _d->sceneType.getValue()) {
+        KbbDebug::printWarning(tr("The saved display '%1' is not restored: the scene '%2' is not of its kind.")
+                                   .arg(getTitle(), model->getScene(id)->name));
         return false;
+    }
     setScene(scene);
     return true;
 }

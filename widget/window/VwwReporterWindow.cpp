@@ -4,6 +4,8 @@
 #include <KbeError.h>
 #include <VssProject.h>
 #include <VuaResourceProvider.h>
+#include <VusFileUtils.h>
+#include <VusSaveFile.h>
 
 #include <QAction>
 #include <QBuffer>
@@ -20,7 +22,6 @@
 #include <QPixmap>
 #include <QPointer>
 #include <QRegularExpression>
-#include <QSaveFile>
 #include <QScrollBar>
 #include <QTextBlock>
 #include <QTextBrowser>
@@ -185,24 +186,31 @@ QString VwwReporterWindowPrivate::resolveDataImages(const QString& html, QString
 void VwwReporterWindowPrivate::load(const QString& path)
 {
     auto reject = [&](const QString& why) {
+        // Aside, so that the new report is saved beside it; where it cannot be moved, it
+        // stays and the report of this session is not saved over it.
+        const QString kept = VusFileUtils::keepAside(path);
+        keepDamagedFile = kept.isEmpty();
         KbbDebug::printWarning(
-            tr("The report of the project could not be read from '%1': %2 The Reporter starts empty.")
-                .arg(nativePath(path), why));
-        keepDamagedFile = true;
+            tr("The report of the project could not be read from '%1': %2 The Reporter starts empty. %3")
+                .arg(nativePath(path), why,
+                     kept.isEmpty() ? tr("The file is left as it is.")
+                                    : tr("The file is kept as '%1'.").arg(nativePath(kept))));
     };
 
     document()->clear();
     keepDamagedFile = false;
 
     QFile file(path);
+    try {
+        VusFileUtils::openForReading(file);
+    } catch (const KbeError& e) {
+        reject(e.getMessage());
+        return;
+    }
     if (file.size() > kMaxReportBytes) {
         reject(tr("the file is %1 MB, more than a report can hold (%2 MB).")
                    .arg(file.size() / (1024 * 1024))
                    .arg(kMaxReportBytes / (1024 * 1024)));
-        return;
-    }
-    if (!file.open(QIODevice::ReadOnly)) {
-        reject(file.errorString() + QLatin1Char('.'));
         return;
     }
     const QByteArray bytes = file.readAll();
@@ -358,13 +366,7 @@ QString VwwReporterWindow::toHtml() const
 
 void VwwReporterWindow::saveAsHtml(const QString& path)
 {
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly)) {
-        throw KbeError(tr("The report cannot be saved to '%1': %2").arg(nativePath(path), file.errorString()));
-    }
-    const QByteArray bytes = toHtml().toUtf8();
-    if (file.write(bytes) != bytes.size() || !file.commit())
-        throw KbeError(tr("The report cannot be saved to '%1': %2").arg(nativePath(path), file.errorString()));
+    VusSaveFile::save(path, toHtml().toUtf8());
 }
 
 void VwwReporterWindow::saveAsPdf(const QString& path)
@@ -384,11 +386,7 @@ void VwwReporterWindow::saveAsPdf(const QString& path)
     if (pdf.isEmpty())
         throw KbeError(tr("The report cannot be printed to '%1'.").arg(nativePath(path)));
 
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly))
-        throw KbeError(tr("The report cannot be saved to '%1': %2").arg(nativePath(path), file.errorString()));
-    if (file.write(pdf) != pdf.size() || !file.commit())
-        throw KbeError(tr("The report cannot be saved to '%1': %2").arg(nativePath(path), file.errorString()));
+    VusSaveFile::save(path, pdf);
 }
 
 void VwwReporterWindow::_saveFromDialog(bool pdf)
@@ -436,11 +434,7 @@ void VwwReporterWindow::saveInProject()
     // An empty report leaves no file behind, but does replace one that was there.
     if (isEmpty() && !QFileInfo::exists(path))
         return;
-    try {
-        saveAsHtml(path);
-    } catch (const KbeError& e) {
-        KbbDebug::printError(e.getMessage());
-    }
+    saveAsHtml(path);
 }
 
 void VwwReporterWindow::projectOpened(VssProject& project)

@@ -307,8 +307,9 @@ bool VwwWindowRegistry::userCanChangeWindows()
 }
 
 template <class F>
-void VwwWindowRegistry::_forEachWindow(F&& call)
+QStringList VwwWindowRegistry::_forEachWindow(F&& call)
 {
+    QStringList failures;
     for (const QPointer<VwwAWindow>& window : _d->liveWindows()) {
         if (!window)
             continue;
@@ -316,9 +317,11 @@ void VwwWindowRegistry::_forEachWindow(F&& call)
         try {
             call(window.data());
         } catch (...) {
-            KbbDebug::printError(tr("Error occurred in window '%1': %2").arg(title, KbbDebug::describeCurrentException()));
+            failures.append(tr("Error occurred in window '%1': %2").arg(title, KbbDebug::describeCurrentException()));
+            KbbDebug::printError(failures.last());
         }
     }
+    return failures;
 }
 
 // --- the windows file ---------------------------------------------------------------------
@@ -336,11 +339,6 @@ void VwwWindowRegistry::_saveWindows(const VwwWindowTypeFlags& types)
         return;
     }
     const QString path = windowsFilePath(*project);
-    // The new file replaces the old one atomically; only something that is not a file
-    // (a folder left in its place) is removed first.
-    if (QFileInfo::exists(path) && !QFileInfo(path).isFile())
-        VusFileUtils::removePath(path, true);
-
     QByteArray content;
     QXmlStreamWriter xml(&content);
     xml.setAutoFormatting(true);
@@ -382,7 +380,7 @@ void VwwWindowRegistry::_saveWindows(const VwwWindowTypeFlags& types)
     try {
         VuxXml::saveXml(path, content);
     } catch (const KbeError& e) {
-        KbbDebug::printError(tr("The windows of the project '%1' could not be saved: %2").arg(project->getName(), e.getMessage()));
+        throw KbeError(tr("The windows of the project '%1' could not be saved: %2").arg(project->getName(), e.getMessage()));
     }
 }
 
@@ -432,13 +430,14 @@ void VwwWindowRegistry::_loadWindowsData(VssProject& project, WindowData& window
     try {
         readWindowsFile(path, windowsData, workspace);
     } catch (const KbeError& e) {
-        // Keep the unreadable file beside the new one that closing the project writes.
-        const QString kept = path + QStringLiteral(".bad");
-        QFile::remove(kept);
-        QFile::copy(path, kept);
+        // The unreadable file goes aside, so that the next save writes a new one beside it.
+        const QString kept = VusFileUtils::keepAside(path);
+        const QString fate = kept.isEmpty()
+                                 ? tr("It is left where it is, and the windows are not saved over it.")
+                                 : tr("The unreadable file is kept as '%1'.").arg(QDir::toNativeSeparators(kept));
         KbbDebug::printWarning(tr("The windows of the project '%1' cannot be restored; it opens with its default "
-                                  "windows. The unreadable file is kept as '%2'.\n%3")
-                                   .arg(project.getName(), QDir::toNativeSeparators(kept), e.getMessage()));
+                                  "windows. %2\n%3")
+                                   .arg(project.getName(), fate, e.getMessage()));
         windowsData.clear();
         workspace = QDomElement();
     }
@@ -532,14 +531,26 @@ bool VwwWindowRegistry::isReadyToClose()
     for (const QPointer<VwwAWindow>& window : _d->liveWindows())
         if (window && !window->isReadyToClose())
             return false;
-    saveInProject();
-    _saveWindows(VwwWindowTypeFlags{VwwEWindowType::DISPLAY, VwwEWindowType::REPORTER});
+    try {
+        saveInProject();
+    } catch (const KbeError&) {
+        // Printed already; the project closes all the same, its previous files whole.
+    }
     return true;
 }
 
 void VwwWindowRegistry::saveInProject()
 {
-    _forEachWindow([](VwwAWindow* w) { w->saveInProject(); });
+    QStringList failures = _forEachWindow([](VwwAWindow* w) { w->saveInProject(); });
+    try {
+        _saveWindows(VwwWindowTypeFlags{VwwEWindowType::DISPLAY, VwwEWindowType::REPORTER});
+    } catch (const KbeError& e) {
+        failures.append(e.getMessage());
+        KbbDebug::printError(e.getMessage());
+    }
+    // The caller of a save learns what was not saved; each failure is printed as well.
+    if (!failures.isEmpty())
+        throw KbeError(failures.join(QLatin1Char('\n')));
 }
 
 void VwwWindowRegistry::projectAboutToClose()

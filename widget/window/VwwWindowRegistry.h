@@ -77,7 +77,8 @@ public:
     // A missing file leaves both untouched; a file that cannot be read throws KbeError.
     static void readWindowsFile(const QString& path, WindowData& windowsData, QDomElement& workspace);
 
-    // VssIObserverProject
+    // VssIObserverProject. saveInProject() lets every window save, then writes
+    // "windows.xml"; a file that cannot be written throws KbeError once the windows are done.
     bool isReadyToClose() override;
     void projectAboutToClose() override;
     void saveInProject() override;
@@ -93,11 +94,14 @@ private:
     VwwWindowRegistry();
     ~VwwWindowRegistry() override;
 
+    // Throws KbeError when the file cannot be written; the previous file is then whole.
     void _saveWindows(const VwwWindowTypeFlags& types);
     void _loadWindowsData(VssProject& project, WindowData& windowsData, QDomElement& workspace);
     void _connectGps(VwwASceneWindow* window);
+    // Calls every live window; prints the exception of each that throws, goes on, and
+    // returns their texts.
     template <class F>
-    void _forEachWindow(F&& call); // reports an exception per window and goes on
+    QStringList _forEachWindow(F&& call);
 
     std::unique_ptr<class VwwWindowRegistryPrivate> const _d;
 };

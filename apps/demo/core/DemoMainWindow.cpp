@@ -4,6 +4,7 @@
 #include "DemoParametersWindow.h"
 #include "DemoSampleProject.h"
 
+#include <KbbDebug.h>
 #include <VsmModelScene.h>
 #include <VssProject.h>
 #include <VssProjectCollection.h>
@@ -22,6 +23,8 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <QPushButton>
+#include <QSet>
 #include <QToolBar>
 
 DemoMainWindow::DemoMainWindow(QWidget* parent)
@@ -112,25 +115,69 @@ DemoParametersWindow* DemoMainWindow::showParameters()
 
 bool DemoMainWindow::openProject(const QString& folder, bool quiet)
 {
-    const bool firstTime = !QFileInfo::exists(QDir(folder).filePath(QStringLiteral("database/windows.xml")));
+    // What opening reports (a damaged file kept aside, a display not restored) is shown
+    // once, together, besides the Messages window.
+    _quiet = quiet;
+    QStringList reports;
+    const int sink = KbbDebug::addSink([&reports](KbbDebug::Level level, const QString& text) {
+        if (level == KbbDebug::Level::Warning || level == KbbDebug::Level::Error)
+            reports.append(text);
+    });
     QString message;
-    if (!VssProjectCollection::getInstance()->openProject(folder, &message)) {
+    const bool opened = VssProjectCollection::getInstance()->openProject(folder, &message);
+    if (opened)
+        _showFirstScenes();
+    KbbDebug::removeSink(sink);
+    _updateTitle();
+    if (!opened) {
         _failed(message, quiet);
-        _updateTitle();
         return false;
     }
-    if (firstTime)
-        _showFirstScenes();
-    _updateTitle();
+    if (!reports.isEmpty()) {
+        const QString text = tr("The project opened, but not all of it could be read:");
+        if (quiet) {
+            qWarning().noquote() << text << reports.join(QLatin1Char('\n'));
+        } else {
+            QMessageBox box(QMessageBox::Warning, tr("Project"), text, QMessageBox::Ok, this);
+            box.setInformativeText(reports.first().left(600));
+            box.setDetailedText(reports.join(QStringLiteral("\n\n")));
+            box.exec();
+        }
+    }
     return true;
 }
 
 bool DemoMainWindow::closeProject()
 {
+    const bool quiet = _quiet;
+    auto* collection = VssProjectCollection::getInstance();
+    const VssProject* project = collection->getCurrentProject();
+    if (!project)
+        return true;
+    // Closing saves too, but a failure there could only be reported once it is too late.
     QString message;
-    const bool closed = VssProjectCollection::getInstance()->closeProject(&message);
+    if (!collection->saveProject(&message)) {
+        if (quiet) {
+            qWarning().noquote() << message;
+        } else {
+            QMessageBox box(QMessageBox::Warning, tr("Project"),
+                            tr("The project '%1' could not be saved. Close it anyway and lose the changes that "
+                               "were not saved?")
+                                .arg(project->getName()),
+                            QMessageBox::Cancel, this);
+            box.setObjectName(QStringLiteral("DEMO_SAVE_FAILED"));
+            box.setInformativeText(message.left(600));
+            box.setDetailedText(message);
+            QPushButton* close = box.addButton(tr("Close Without Saving"), QMessageBox::DestructiveRole);
+            box.setDefaultButton(QMessageBox::Cancel);
+            box.exec();
+            if (box.clickedButton() != close)
+                return false;
+        }
+    }
+    const bool closed = collection->closeProject(&message);
     if (!closed && !message.isEmpty())
-        _failed(message, false);
+        _failed(message, quiet);
     _updateTitle();
     return closed;
 }
@@ -163,14 +210,24 @@ void DemoMainWindow::_showFirstScenes()
     const VssProject* project = VssProjectCollection::getInstance()->getCurrentProject();
     if (!project)
         return;
+    // Empty displays are never saved, so every empty one here is a default display: it
+    // shows the first scene of its kind that no other display shows.
     VsmModelScene& scenes = project->getModelScene();
+    QList<VwwASceneWindow*> empty;
+    QSet<int> shown;
     for (const auto& entry : VwwWindowRegistry::getInstance()->getWindows()) {
-        auto* display = qobject_cast<VwwASceneWindow*>(entry.second.data());
-        if (!display || !display->getScene().isNull())
-            continue;
+        if (auto* display = qobject_cast<VwwASceneWindow*>(entry.second.data())) {
+            if (display->getScene().isNull())
+                empty.append(display);
+            else
+                shown.insert(display->getScene().getId());
+        }
+    }
+    for (VwwASceneWindow* display : qAsConst(empty)) {
         for (int id : scenes.getSceneIds()) {
-            if (scenes.getScene(id)->type == display->getSceneType().getValue()) {
+            if (!shown.contains(id) && scenes.getScene(id)->type == display->getSceneType().getValue()) {
                 display->setScene(scenes.getIdentifier(id));
+                shown.insert(id);
                 break;
             }
         }

@@ -15,10 +15,12 @@ public:
     explicit DemoMainWindow(QWidget* parent = nullptr);
     ~DemoMainWindow() override;
 
-    // Opens the project in the folder; on a first opening (no saved windows) the empty
-    // displays show the project's first scenes. False, with a message box unless quiet,
-    // when it cannot be opened.
+    // Opens the project in the folder; the empty displays show the project's first scenes.
+    // False, with a message box unless quiet, when it cannot be opened; what could not be
+    // read of it is shown once too.
     bool openProject(const QString& folder, bool quiet = false);
+    // Saves and closes the project. When saving fails, asks whether to close all the same
+    // (a project opened quietly closes, with a warning); false when the user keeps it open.
     bool closeProject();
     // Opens the form of value editors, or brings it to the front.
     DemoParametersWindow* showParameters();
@@ -34,4 +36,5 @@ private:
     void _failed(const QString& message, bool quiet);
 
     QMenu* _scenesMenu = nullptr;
+    bool _quiet = false;
 };

@@ -14,6 +14,7 @@
 #include <VugDatasetStore.h>
 #include <VugScene.h>
 #include <VugSceneStore.h>
+#include <VusFileUtils.h>
 
 #include <QCoreApplication>
 #include <QDir>
@@ -50,8 +51,7 @@ QString fileProblem(const QString& path, int line, const QString& what)
 QStringList readLines(const QString& path)
 {
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
-        throw KbeError(tr("'%1' cannot be read: %2").arg(QDir::toNativeSeparators(path), file.errorString()));
+    VusFileUtils::openForReading(file, QIODevice::Text);
     if (file.size() > 64 * 1024 * 1024)
         throw KbeError(tr("'%1' is too large for a sample file.").arg(QDir::toNativeSeparators(path)));
     return QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'));
@@ -215,14 +215,11 @@ VugScene* DemoMapData::getScene(int sceneId)
     if (VugScene* scene = _scenes.value(sceneId))
         return scene;
     auto* scene = new VugScene(sceneId, this);
-    try {
-        if (!VugSceneStore::load(*_project, *scene))
-            _buildScene(*scene);
-    } catch (const KbeError& e) {
-        // The damaged file stays on disk until the scene is saved again.
-        KbbDebug::printWarning(e.getMessage());
+    QString problem;
+    if (!VugSceneStore::load(*_project, *scene, &problem))
         _buildScene(*scene);
-    }
+    else if (!problem.isEmpty())
+        KbbDebug::printWarning(tr("The map '%1': %2").arg(_project->getModelScene().getScene(sceneId)->name, problem));
     // A generated set is made again rather than read back.
     const int large = scene->findRank(kLargeItem);
     if (large >= 0 && !_datasets->contains(LARGE_SET_KEY)) {
@@ -333,13 +330,15 @@ void DemoMapData::saveInProject()
 {
     QString message;
     if (!save(&message))
-        KbbDebug::printError(message);
+        throw KbeError(message);
 }
 
 bool DemoMapData::isReadyToClose()
 {
     // What cannot be written is reported; the files written before stay whole.
-    saveInProject();
+    QString message;
+    if (!save(&message))
+        KbbDebug::printError(message);
     return true;
 }
 

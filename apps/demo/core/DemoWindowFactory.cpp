@@ -5,6 +5,9 @@
 #include "DemoMapWindow.h"
 #include "DemoParametersWindow.h"
 
+#include <QCoreApplication>
+
+#include <KbbDebug.h>
 #include <VssProjectCollection.h>
 #include <VwwDebugWindow.h>
 #include <VwwMessagesWindow.h>
@@ -31,6 +34,14 @@ VwwAWindow* DemoWindowFactory::createWindow(const QString& classId)
         const VugESceneType& type = it.next();
         if (classId == DemoDisplayWindow::classIdFor(type))
             return _createDisplay(type, VsoSceneIdentifier());
+    }
+    // Saved by another version of the application, say: told once, and left out.
+    if (!_unknownClassIds.contains(classId)) {
+        _unknownClassIds.insert(classId);
+        KbbDebug::printWarning(QCoreApplication::translate("DemoWindowFactory",
+                                                           "A saved window of the kind '%1' is not known to this "
+                                                           "application and is not restored.")
+                                   .arg(classId));
     }
     return nullptr;
 }

@@ -5,6 +5,9 @@
 #include <VugESceneType.h>
 #include <VwwIWindowFactory.h>
 
+#include <QSet>
+#include <QString>
+
 class DemoWindowFactory : public VwwIWindowFactory
 {
 public:
@@ -19,4 +22,5 @@ public:
 
 private:
     VwwASceneWindow* _createDisplay(const VugESceneType& type, const VsoSceneIdentifier& scene);
+    QSet<QString> _unknownClassIds;
 };
