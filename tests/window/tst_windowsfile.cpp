@@ -207,6 +207,29 @@ private Q_SLOTS:
         }
     }
 
+    // A file listing far more windows than anyone opens (damaged, or generated) restores the
+    // first ones and says so once; how long that takes grows linearly (bench_windows_file).
+    void manyWindowsAreCappedWithOneWarning()
+    {
+        const QString folder = newProject();
+        {
+            QFile f(windowsFile(folder));
+            QVERIFY(f.open(QIODevice::WriteOnly));
+            f.write("<windows><window-list>"
+                    + QByteArray("<window class-id=\"Test2D\"><field name=\"scene-id\">1</field></window>").repeated(1000)
+                    + "</window-list></windows>");
+        }
+        VwwWindowRegistry::setWindowFactory(new TestFactory);
+        QVERIFY(VssProjectCollection::getInstance()->openProject(folder));
+        int maps = 0;
+        for (const auto& entry : VwwWindowRegistry::getInstance()->getWindows())
+            if (auto* display = qobject_cast<TestSceneWindow*>(entry.second.data()))
+                maps += display->getSceneType() == VugESceneType::MAP ? 1 : 0;
+        QCOMPARE(maps, VwwWindowRegistry::MAX_RESTORED_WINDOWS);
+        QCOMPARE(_warnings.size(), 1);
+        QVERIFY2(_warnings.first().contains(QStringLiteral("1000")), qPrintable(_warnings.first()));
+    }
+
     void aFactoryThatThrowsSkipsOnlyThatWindow()
     {
         const QString folder = newProject();

@@ -459,8 +459,20 @@ void VwwWindowRegistry::projectOpened(VssProject& project)
     QDomElement workspace;
     _loadWindowsData(project, windowsData, workspace);
 
+    if (windowsData.size() > MAX_RESTORED_WINDOWS) {
+        KbbDebug::printWarning(tr("The project '%1' lists %2 saved windows; the first %3 are restored and the "
+                                  "others left out.")
+                                   .arg(project.getName())
+                                   .arg(windowsData.size())
+                                   .arg(MAX_RESTORED_WINDOWS));
+        windowsData.erase(windowsData.begin() + MAX_RESTORED_WINDOWS, windowsData.end());
+    }
     if (_d->userCanChangeWindows) {
         for (const auto& entry : qAsConst(windowsData)) {
+            // Each new window posts its layout and polish requests, and Qt compares every
+            // new request with all those pending: flushed here, the queue stays short and
+            // restoring n windows costs n times one, not n squared.
+            QCoreApplication::sendPostedEvents();
             QPointer<VwwAWindow> window;
             bool restored = false;
             try {

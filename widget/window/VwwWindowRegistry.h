@@ -40,6 +40,10 @@ class VELMORA_WIDGET_EXPORT VwwWindowRegistry : public VssIObserverProject,
                                                 public VuoIUpdateModifyLock
 {
 public:
+    // Opening a project restores at most this many saved windows; a file listing more (a
+    // damaged or generated one) has the rest left out, with one warning.
+    static constexpr int MAX_RESTORED_WINDOWS = 100;
+
     using WindowMap = KbbOrderedMap<int, QPointer<VwwAWindow>>;
     using Fields = KbbOrderedMap<QString, QString>;
     using WindowData = QList<QPair<QString, Fields>>;
