@@ -3,6 +3,7 @@
 #include <KbbGlobal.h>
 #include <KbeError.h>
 #include <VsdCsv.h>
+#include <VsdCsvLines.h>
 #include <VusFileUtils.h>
 #include <VusSaveFile.h>
 
@@ -21,7 +22,6 @@ const char kMagic[4] = {'V', 'P', 'T', 'S'};
 // Version 2 adds the selection after the columns; version 1 files are still read.
 constexpr quint32 kVersion = 2;
 constexpr int kMaxNameBytes = 1024;
-constexpr int kMaxLineBytes = 1 << 20;
 
 QString tr(const char* text)
 {
@@ -163,53 +163,12 @@ VsdPointSet readBinary(QIODevice& device, const QString& name)
     return set;
 }
 
-// The fields of one CSV line, trimmed of blanks; the line ends are already cut.
-QVector<QByteArray> splitFields(const char* begin, const char* end)
+VsdPointSet readCsv(QIODevice& device, const QString& name, KbcProgress* progress)
 {
-    QVector<QByteArray> fields;
-    const char* start = begin;
-    for (const char* c = begin;; ++c) {
-        if (c == end || *c == ',') {
-            fields.append(QByteArray(start, int(c - start)).trimmed());
-            if (c == end)
-                break;
-            start = c + 1;
-        }
-    }
-    return fields;
-}
-
-VsdPointSet readCsv(QIODevice& device, const QString& name)
-{
-    QByteArray buffer(kMaxLineBytes + 1, Qt::Uninitialized);
-    int lineNumber = 0;
-    // One line without its end; false at the end of the file.
-    const auto nextLine = [&](const char*& begin, const char*& end) {
-        if (device.atEnd())
-            return false;
-        const qint64 length = device.readLine(buffer.data(), buffer.size());
-        ++lineNumber;
-        if (length < 0)
-            fail(tr("'%1' cannot be read at line %2: %3.").arg(native(name)).arg(lineNumber).arg(device.errorString()));
-        begin = buffer.constData();
-        end = begin + length;
-        if (length == kMaxLineBytes && end[-1] != '\n' && !device.atEnd())
-            fail(tr("'%1' has a line longer than %2 bytes at line %3.")
-                     .arg(native(name))
-                     .arg(kMaxLineBytes)
-                     .arg(lineNumber));
-        while (end > begin && (end[-1] == '\n' || end[-1] == '\r'))
-            --end;
-        return true;
-    };
-
-    const char* begin = nullptr;
-    const char* end = nullptr;
-    if (!nextLine(begin, end))
+    VsdCsvLines lines(device, name, progress);
+    if (!lines.next())
         fail(tr("'%1' is empty.").arg(native(name)));
-    if (end - begin >= 3 && QByteArray::fromRawData(begin, 3) == "\xEF\xBB\xBF")
-        begin += 3;
-    const QVector<QByteArray> header = splitFields(begin, end);
+    const QVector<QByteArray> header = lines.fields();
     if (header.size() < 3 || header[0].toLower() != "x" || header[1].toLower() != "y" || header[2].toLower() != "z")
         fail(tr("'%1' is not a point set file: line 1 must start with \"x,y,z\".").arg(native(name)));
     VsdPointSet names; // checks the names as addVariable() will
@@ -224,9 +183,12 @@ VsdPointSet readCsv(QIODevice& device, const QString& name)
     const int columnCount = header.size();
     QVector<QVector<double>> columns(columnCount);
     QVector<double> row(columnCount);
-    while (nextLine(begin, end)) {
-        if (QByteArray::fromRawData(begin, int(end - begin)).trimmed().isEmpty())
+    while (lines.next()) {
+        if (lines.isBlank())
             continue;
+        const int lineNumber = lines.lineNumber();
+        const char* const begin = lines.begin();
+        const char* const end = lines.end();
         int field = 0;
         for (const char* start = begin;; ++field) {
             const char* stop = std::find(start, end, ',');
@@ -294,14 +256,14 @@ void appendNumber(QByteArray& line, double value)
 
 } // namespace
 
-VsdPointSet VsdPointSetFile::read(const QString& path)
+VsdPointSet VsdPointSetFile::read(const QString& path, KbcProgress* progress)
 {
     QFile file(path);
     VusFileUtils::openForReading(file);
-    return read(file, path);
+    return read(file, path, progress);
 }
 
-VsdPointSet VsdPointSetFile::read(QIODevice& device, const QString& name)
+VsdPointSet VsdPointSetFile::read(QIODevice& device, const QString& name, KbcProgress* progress)
 {
     if (!device.isReadable())
         fail(tr("'%1' cannot be read: it is not open for reading.").arg(native(name)));
@@ -310,7 +272,7 @@ VsdPointSet VsdPointSetFile::read(QIODevice& device, const QString& name)
         fail(tr("'%1' is empty.").arg(native(name)));
     if (start == QByteArray::fromRawData(kMagic, 4))
         return readBinary(device, name);
-    return readCsv(device, name);
+    return readCsv(device, name, progress);
 }
 
 void VsdPointSetFile::write(const VsdPointSet& set, const QString& path, Format format)

@@ -7,6 +7,7 @@
 
 #include <VsdPointSet.h>
 
+class KbcProgress;
 class QIODevice;
 
 class VELMORA_STUDY_EXPORT VsdPointSetFile
@@ -27,10 +28,12 @@ public:
 
     // Both throw KbeError naming the file and, for a malformed file, the line and field (CSV)
     // or the byte offset (binary) where reading stopped.
-    static VsdPointSet read(const QString& path);
+    // Only a regular file is opened. A progress gets the fraction of a CSV file read, and a
+    // stop request ends the reading with a KbeError.
+    static VsdPointSet read(const QString& path, KbcProgress* progress = nullptr);
     // From a device opened for reading; name is the file named in messages. The binary format
     // needs a random-access device, whose size bounds what is allocated.
-    static VsdPointSet read(QIODevice& device, const QString& name);
+    static VsdPointSet read(QIODevice& device, const QString& name, KbcProgress* progress = nullptr);
     // Throws KbeError when the file cannot be written, or for a variable name a CSV header
     // cannot hold (a comma, a quote, a line end, blanks around it). The file is replaced
     // atomically: a failure leaves the previous file whole.

@@ -3,7 +3,11 @@
 #include "DemoSampleProject.h"
 
 #include <KbbDebug.h>
+#include <KbbGlobal.h>
+#include <KbcProgress.h>
 #include <KbeError.h>
+#include <VsdCsv.h>
+#include <VsdCsvLines.h>
 #include <VsdGrid.h>
 #include <VsdPointSet.h>
 #include <VsdPointSetFile.h>
@@ -15,6 +19,8 @@
 #include <VugScene.h>
 #include <VugSceneStore.h>
 #include <VusFileUtils.h>
+#include <VwdProgressDialog.h>
+#include <VwwWindowRegistry.h>
 
 #include <QCoreApplication>
 #include <QDir>
@@ -25,6 +31,7 @@
 
 #include <cmath>
 #include <functional>
+#include <memory>
 
 const QString DemoMapData::LARGE_SET_KEY = QStringLiteral("generated-points");
 const QString DemoMapData::SAMPLES_KEY = QStringLiteral("samples");
@@ -43,41 +50,33 @@ QString tr(const char* text)
     return QCoreApplication::translate("DemoMapData", text);
 }
 
-QString fileProblem(const QString& path, int line, const QString& what)
+// A number of a CSV line, read as every CSV file of a project is (VsdCsv); a coordinate
+// must be a finite value.
+double number(const VsdCsvLines& lines, const QByteArray& field, bool coordinate)
 {
-    return tr("'%1', line %2: %3").arg(QDir::toNativeSeparators(path)).arg(line).arg(what);
-}
-
-QStringList readLines(const QString& path)
-{
-    QFile file(path);
-    VusFileUtils::openForReading(file, QIODevice::Text);
-    if (file.size() > 64 * 1024 * 1024)
-        throw KbeError(tr("'%1' is too large for a sample file.").arg(QDir::toNativeSeparators(path)));
-    return QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'));
-}
-
-double number(const QString& field, const QString& path, int line)
-{
-    bool ok = false;
-    const double value = field.trimmed().toDouble(&ok);
-    if (!ok || !std::isfinite(value))
-        throw KbeError(fileProblem(path, line, tr("'%1' is not a number").arg(field.trimmed().left(40))));
+    double value = 0;
+    if (!VsdCsv::parseNumber(field, value))
+        throw KbeError(lines.problem(tr("'%1' is not a number").arg(QString::fromUtf8(field.left(40)))));
+    if (coordinate && KbbGlobal::isUndefined(value))
+        throw KbeError(lines.problem(tr("'%1' is not a finite coordinate").arg(QString::fromUtf8(field.left(40)))));
     return value;
 }
 
 // "x,y" then one vertex per line: one ring.
-VsdPolygonSet readBoundary(const QString& path)
+VsdPolygonSet readBoundary(const QString& path, KbcProgress* progress)
 {
-    const QStringList lines = readLines(path);
+    QFile file(path);
+    VusFileUtils::openForReading(file);
+    VsdCsvLines lines(file, path, progress);
+    lines.next(); // the header
     QPolygonF ring;
-    for (int i = 1; i < lines.size(); ++i) {
-        if (lines.at(i).trimmed().isEmpty())
+    while (lines.next()) {
+        if (lines.isBlank())
             continue;
-        const QStringList fields = lines.at(i).split(QLatin1Char(','));
+        const QVector<QByteArray> fields = lines.fields();
         if (fields.size() != 2)
-            throw KbeError(fileProblem(path, i + 1, tr("two fields are expected")));
-        ring.append(QPointF(number(fields.at(0), path, i + 1), number(fields.at(1), path, i + 1)));
+            throw KbeError(lines.problem(tr("two fields are expected")));
+        ring.append(QPointF(number(lines, fields.at(0), true), number(lines, fields.at(1), true)));
     }
     VsdPolygonSet set;
     if (ring.size() < 3 || !set.append(ring))
@@ -85,31 +84,37 @@ VsdPolygonSet readBoundary(const QString& path)
     return set;
 }
 
-// "# origin X Y, cell DX DY, NX x NY nodes, ..." then NY rows of NX values.
-VsdGrid readGrid(const QString& path)
+// "# origin X Y, cell DX DY, NX x NY nodes, ..." then NY rows of NX values; a node without
+// a value is a hole.
+VsdGrid readGrid(const QString& path, KbcProgress* progress)
 {
-    const QStringList lines = readLines(path);
+    QFile file(path);
+    VusFileUtils::openForReading(file);
+    VsdCsvLines lines(file, path, progress);
     static const QRegularExpression header(
         QStringLiteral("^# origin (\\S+) (\\S+), cell (\\S+) (\\S+), (\\d+) x (\\d+) nodes"));
-    const QRegularExpressionMatch m = header.match(lines.value(0));
+    const QRegularExpressionMatch m =
+        header.match(lines.next() ? QString::fromUtf8(lines.begin(), int(lines.end() - lines.begin())) : QString());
     if (!m.hasMatch())
-        throw KbeError(fileProblem(path, 1, tr("the grid header is missing")));
+        throw KbeError(lines.problem(tr("the grid header is missing")));
     const int nx = m.captured(5).toInt();
     const int ny = m.captured(6).toInt();
     if (nx < 1 || ny < 1 || qint64(nx) * ny > 4000000)
-        throw KbeError(fileProblem(path, 1, tr("%1 x %2 nodes is not a grid this demo reads").arg(nx).arg(ny)));
-    VsdGrid grid(QPointF(number(m.captured(1), path, 1), number(m.captured(2), path, 1)),
-                 number(m.captured(3), path, 1), number(m.captured(4), path, 1), nx, ny);
+        throw KbeError(lines.problem(tr("%1 x %2 nodes is not a grid this demo reads").arg(nx).arg(ny)));
+    const auto headerNumber = [&lines, &m](int n) { return number(lines, m.captured(n).toUtf8(), true); };
+    VsdGrid grid(QPointF(headerNumber(1), headerNumber(2)), headerNumber(3), headerNumber(4), nx, ny);
     if (grid.isEmpty())
-        throw KbeError(fileProblem(path, 1, tr("the cell size must be positive")));
+        throw KbeError(lines.problem(tr("the cell size must be positive")));
     QVector<double> values;
     values.reserve(nx * ny);
     for (int j = 0; j < ny; ++j) {
-        const QStringList fields = lines.value(j + 1).split(QLatin1Char(','));
+        if (!lines.next())
+            throw KbeError(lines.problem(tr("%1 rows are expected").arg(ny)));
+        const QVector<QByteArray> fields = lines.fields();
         if (fields.size() != nx)
-            throw KbeError(fileProblem(path, j + 2, tr("%1 values are expected").arg(nx)));
-        for (const QString& field : fields)
-            values.append(number(field, path, j + 2));
+            throw KbeError(lines.problem(tr("%1 values are expected").arg(nx)));
+        for (const QByteArray& field : fields)
+            values.append(number(lines, field, false));
     }
     grid.setValues(values);
     return grid;
@@ -156,26 +161,45 @@ bool DemoMapData::_attach()
 void DemoMapData::_importSampleFiles()
 {
     const QDir data(QDir(_project->getFolder()).filePath(QStringLiteral("data")));
-    // Point sets come back from the database; the other kinds live in memory only.
+    // Point sets come back from the database; the other kinds live in memory only. Each
+    // file is read on a worker thread (a large one shows its progress and can be
+    // cancelled), and what it gives is stored here.
+    using Store = std::function<void()>;
     struct Import {
         QString key;
         QString file;
-        std::function<void(const QString&)> read;
+        std::function<Store(const QString&, KbcProgress&)> read;
     };
     const QList<Import> imports = {
         {kSamples, QStringLiteral("samples.csv"),
-         [this](const QString& path) { _datasets->setPointSet(kSamples, VsdPointSetFile::read(path)); }},
+         [this](const QString& path, KbcProgress& progress) -> Store {
+             auto set = std::make_shared<VsdPointSet>(VsdPointSetFile::read(path, &progress));
+             return [this, set] { _datasets->setPointSet(kSamples, *set); };
+         }},
         {kBoundary, QStringLiteral("boundary.csv"),
-         [this](const QString& path) { _datasets->setPolygonSet(kBoundary, readBoundary(path)); }},
+         [this](const QString& path, KbcProgress& progress) -> Store {
+             auto set = std::make_shared<VsdPolygonSet>(readBoundary(path, &progress));
+             return [this, set] { _datasets->setPolygonSet(kBoundary, *set); };
+         }},
         {kGrid, QStringLiteral("thickness-grid.csv"),
-         [this](const QString& path) { _datasets->setGrid(kGrid, readGrid(path)); }},
+         [this](const QString& path, KbcProgress& progress) -> Store {
+             auto grid = std::make_shared<VsdGrid>(readGrid(path, &progress));
+             return [this, grid] { _datasets->setGrid(kGrid, *grid); };
+         }},
     };
     for (const Import& import : imports) {
         const QString path = data.filePath(import.file);
         if (_datasets->contains(import.key) || !QFile::exists(path))
             continue;
         try {
-            import.read(path);
+            Store store;
+            if (!VwdProgressDialog::run(VwwWindowRegistry::getMainWindow(), tr("Reading '%1'").arg(import.file),
+                                        [&](KbcProgress& progress) { store = import.read(path, progress); })) {
+                KbbDebug::printWarning(tr("Reading '%1' was cancelled: it is left out until the project opens again.")
+                                           .arg(QDir::toNativeSeparators(path)));
+                continue;
+            }
+            store();
         } catch (const KbeError& e) {
             KbbDebug::printWarning(e.getMessage());
         }
@@ -286,7 +310,13 @@ bool DemoMapData::addPointFile(int sceneId, const QString& path, QString* messag
     }
     VsdPointSet set;
     try {
-        set = VsdPointSetFile::read(path);
+        if (!VwdProgressDialog::run(VwwWindowRegistry::getMainWindow(),
+                                    tr("Reading '%1'").arg(QFileInfo(path).fileName()),
+                                    [&](KbcProgress& progress) { set = VsdPointSetFile::read(path, &progress); })) {
+            if (message)
+                *message = tr("Reading '%1' was cancelled.").arg(QDir::toNativeSeparators(path));
+            return false;
+        }
     } catch (const KbeError& e) {
         if (message)
             *message = e.getMessage();
