@@ -1,0 +1,233 @@
+// The demo's project as a user's data: damaged files are kept aside and the project opens
+// with what can be read, Save writes everything, a save that fails is said (with the
+// system's reason) and asked about before closing, and nothing that is not a regular
+// file is ever opened.
+
+#include "DemoMapData.h"
+#include "DemoMapWindow.h"
+#include "DemoSession.h"
+
+#include <KbbDebug.h>
+#include <VssProjectCollection.h>
+#include <VugSceneStore.h>
+#include <VupPreferenceRegistry.h>
+#include <VwvBasemapView.h>
+
+#include <QAction>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QtTest>
+
+#include <cerrno>
+#include <csignal>
+#include <cstring>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+class TestDemoProject : public QObject
+{
+    Q_OBJECT
+    DemoSession _demo;
+    QStringList _warnings;
+    int _sink = 0;
+
+    static DemoMapWindow* map() { return DemoSession::window<DemoMapWindow>(); }
+
+    QString databaseFile(const QString& name) const
+    {
+        return QDir(_demo.folder).filePath(QStringLiteral("database/") + name);
+    }
+
+    // File > Save, as Ctrl+S gives it (shortcuts need an active window, which Xvfb without a
+    // window manager never has).
+    void save()
+    {
+        for (QAction* action : _demo.main->findChildren<QAction*>())
+            if (action->shortcut() == QKeySequence(QKeySequence::Save))
+                return action->trigger();
+        QFAIL("no Save action");
+    }
+
+    static QByteArray readAll(const QString& path)
+    {
+        QFile f(path);
+        return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+    }
+
+    static void write(const QString& path, const QByteArray& bytes)
+    {
+        QDir().mkpath(QFileInfo(path).absolutePath());
+        QFile f(path);
+        QVERIFY(f.open(QIODevice::WriteOnly | QIODevice::Truncate) && f.write(bytes) == bytes.size());
+    }
+
+    // Answers the next message box with the button of that text; its text is kept.
+    QString _boxText;
+    void answerNextBox(const QString& button)
+    {
+        _boxText.clear();
+        auto* poll = new QTimer(this);
+        connect(poll, &QTimer::timeout, this, [this, poll, button] {
+            auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+            if (!box)
+                return;
+            _boxText = box->text() + QLatin1Char('\n') + box->informativeText();
+            for (QAbstractButton* b : box->buttons())
+                if (b->text().remove(QLatin1Char('&')) == button)
+                    b->click();
+            poll->deleteLater();
+        });
+        poll->start(20);
+    }
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        QLocale::setDefault(QLocale::c());
+        VupPreferenceRegistry::getInstance()->setStorageFile(_demo.dir.filePath(QStringLiteral("preferences.ini")));
+    }
+
+    void init()
+    {
+        QVERIFY(_demo.start());
+        _warnings.clear();
+        _sink = KbbDebug::addSink([this](KbbDebug::Level level, const QString& text) {
+            if (level >= KbbDebug::Level::Warning)
+                _warnings << text;
+        });
+    }
+
+    void cleanup()
+    {
+        KbbDebug::removeSink(_sink);
+        _demo.stop();
+    }
+
+    // One item the reader refuses: the others come back, the file is kept aside whole,
+    // and closing writes a sound file beside it.
+    void aDamagedSceneFileIsKeptAndTheMapOpens()
+    {
+        QVERIFY(_demo.open());
+        QVERIFY(_demo.main->closeProject());
+        QVERIFY(_demo.open());
+        const QString path = VugSceneStore::filePath(*VssProjectCollection::getInstance()->getCurrentProject(),
+                                                     map()->getScene().getId());
+        QVERIFY(_demo.main->closeProject());
+        QByteArray bytes = readAll(path);
+        const int at = bytes.indexOf("active=\"true\"");
+        QVERIFY(at > 0);
+        bytes.replace(at, 13, "active=\"yes\"");
+        write(path, bytes);
+
+        _warnings.clear();
+        QVERIFY(_demo.open());
+        QCOMPARE(map()->getView()->getLayerCount(), 2);
+        const QStringList told = _warnings.filter(QDir::toNativeSeparators(path + ".bad"));
+        QCOMPARE(told.size(), 1);
+        QVERIFY2(told.first().contains(QStringLiteral("neither 'true' nor 'false'")), qPrintable(told.first()));
+        QVERIFY(_demo.main->closeProject());
+        QCOMPARE(readAll(path + ".bad"), bytes);
+        QVERIFY(readAll(path).contains("active=\"true\""));
+        QVERIFY(_demo.open());
+        QCOMPARE(map()->getView()->getLayerCount(), 2);
+    }
+
+    void aDamagedWindowsFileStillShowsTheScenes()
+    {
+        write(databaseFile(QStringLiteral("windows.xml")), "<windows><window-list><window");
+        QVERIFY(_demo.open());
+        QVERIFY(map());
+        QVERIFY(!map()->getScene().isNull());
+        QCOMPARE(map()->getView()->getLayerCount(), 3);
+    }
+
+    void unknownWindowsAreNamedOnce()
+    {
+        write(databaseFile(QStringLiteral("windows.xml")),
+              "<windows><window-list><window class-id=\"Spreadsheet9\"/><window class-id=\"Spreadsheet9\"/>"
+              "<window class-id=\"Display2D\"><field name=\"scene-id\">99</field></window></window-list></windows>");
+        QVERIFY(_demo.open());
+        QCOMPARE(_warnings.filter(QStringLiteral("'Spreadsheet9'")).size(), 1);
+        QCOMPARE(_warnings.filter(QStringLiteral("'99'")).size(), 1);
+    }
+
+    // Ctrl+S writes the window list too, not only closing.
+    void saveWritesEverything()
+    {
+        QVERIFY(_demo.open());
+        const QString windows = databaseFile(QStringLiteral("windows.xml"));
+        QVERIFY(!QFileInfo::exists(windows));
+        save();
+        QVERIFY(readAll(windows).contains("Display2D"));
+        QVERIFY(readAll(databaseFile(QStringLiteral("windows.xml"))).contains("Display3D"));
+    }
+
+    // Something in the file's place: Save says so, and closing asks before it loses the
+    // session's changes.
+    void aFailedSaveIsSaidAndAskedAboutBeforeClosing()
+    {
+        QVERIFY(_demo.main->openProject(_demo.folder, false));
+        QVERIFY(QDir().mkpath(databaseFile(QStringLiteral("windows.xml/kept"))));
+        answerNextBox(QStringLiteral("OK"));
+        save();
+        QVERIFY2(_boxText.contains(QDir::toNativeSeparators(databaseFile(QStringLiteral("windows.xml")))),
+                 qPrintable(_boxText));
+
+        answerNextBox(QStringLiteral("Cancel"));
+        QVERIFY(!_demo.main->closeProject());
+        QVERIFY(_boxText.contains(QStringLiteral("could not be saved")));
+        QVERIFY(VssProjectCollection::getInstance()->getCurrentProject());
+        answerNextBox(QStringLiteral("Close Without Saving"));
+        QVERIFY(_demo.main->closeProject());
+        QVERIFY(!VssProjectCollection::getInstance()->getCurrentProject());
+        QVERIFY(QFileInfo(databaseFile(QStringLiteral("windows.xml/kept"))).isDir());
+    }
+
+    // A point set that cannot be written whole says why, in the system's words, and the
+    // file saved before stays.
+    void aFullDiskIsNamed()
+    {
+        QVERIFY(_demo.open());
+        QByteArray csv = "x,y,z,porosity\n";
+        for (int i = 0; i < 20000; ++i)
+            csv += QByteArray::number(431000 + i % 1000) + ',' + QByteArray::number(6541000 + i / 20) + ",0,0.2\n";
+        write(_demo.dir.filePath(QStringLiteral("wells.csv")), csv);
+        QString message;
+        QVERIFY(DemoMapData::getInstance()->addPointFile(map()->getScene().getId(),
+                                                        _demo.dir.filePath(QStringLiteral("wells.csv")), &message));
+
+        std::signal(SIGXFSZ, SIG_IGN);
+        rlimit old{};
+        getrlimit(RLIMIT_FSIZE, &old);
+        rlimit limit = old;
+        limit.rlim_cur = 64 * 1024;
+        QCOMPARE(setrlimit(RLIMIT_FSIZE, &limit), 0);
+        const bool saved = VssProjectCollection::getInstance()->saveProject(&message);
+        setrlimit(RLIMIT_FSIZE, &old);
+        QVERIFY(!saved);
+        QVERIFY2(message.contains(QString::fromLocal8Bit(strerror(EFBIG))) && message.contains(QStringLiteral(".vpts")),
+                 qPrintable(message));
+        QVERIFY(VssProjectCollection::getInstance()->saveProject(&message));
+    }
+
+    // A FIFO named like a sample file, in the project or dropped on the map, is refused at
+    // once; the alarm ends the test if anything waits on it.
+    void aFifoIsNeverOpened()
+    {
+        const QString samples = QDir(_demo.folder).filePath(QStringLiteral("data/samples.csv"));
+        QVERIFY(QFile::remove(samples));
+        QCOMPARE(mkfifo(QFile::encodeName(samples).constData(), 0600), 0);
+        alarm(20);
+        QVERIFY(_demo.open());
+        QVERIFY2(_warnings.join(QLatin1Char('\n')).contains(QStringLiteral("not a regular file")),
+                 qPrintable(_warnings.join(QLatin1Char('\n'))));
+        QString message;
+        QVERIFY(!DemoMapData::getInstance()->addPointFile(map()->getScene().getId(), samples, &message));
+        alarm(0);
+        QVERIFY2(message.contains(QStringLiteral("not a regular file")), qPrintable(message));
+    }
+};
+
+QTEST_MAIN(TestDemoProject)
+#include "tst_gl_demoproject.moc"
