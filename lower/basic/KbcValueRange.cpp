@@ -50,10 +50,11 @@ bool bulkFences(const double* values, qint64 count, qint64 defined, double& low,
     const double p98 = sample[hi];
     // An overflowing spread makes the fences infinite: nothing is then far outside.
     double spread = p98 - p2;
-    // A bulk of one value has no spread: its own size is the yardstick (a northing among
-    // northings, not a zero among zeros).
+    // A bulk of one value has no spread: a value is then far outside only when it differs
+    // from it by orders of magnitude (1e30 among northings of 431000, not -500 among
+    // depths of 10); a bulk of zeros has nothing far outside.
     if (spread == 0.0)
-        spread = std::abs(p2);
+        spread = 1000.0 * std::abs(p2);
     low = p2 - KbcValueRange::FAR_FACTOR * spread;
     high = p98 + KbcValueRange::FAR_FACTOR * spread;
     return spread > 0.0;

@@ -11,8 +11,9 @@
 // data, not with a few extremes; the wide margin keeps every value of ordinary data (a
 // normal distribution would need a value 40 standard deviations out) and all but the
 // thinnest tail of skewed data, while values wrong by orders of magnitude always fall out.
-// A bulk of one value is measured by its own size instead (a northing among northings); a
-// bulk of zeros, or two values alone, have nothing far outside.
+// A bulk of one value is measured by its own size instead: a value is far outside it when
+// it differs by orders of magnitude. A bulk of zeros, or two values alone, have nothing far
+// outside.
 
 #include <velmora_basic_export.h>
 

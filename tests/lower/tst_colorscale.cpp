@@ -297,7 +297,8 @@ void TestColorScale::valueRange_data()
     QTest::newRow("NaN and infinities counted") << r + V{NaN, INF, -INF} << 0.0 << 1.0 << 3;
     QTest::newRow("undefined left out silently") << r + V{KbbGlobal::D_FFFF} << 0.0 << 1.0 << 0;
     QTest::newRow("one value and 1e30") << V(99, 431e3) + V{1e30} << 431e3 << 431e3 << 10;
-    QTest::newRow("one value and another far") << V(99, 1.0) + V{100} << 1.0 << 1.0 << 10;
+    QTest::newRow("one value and another far") << V(99, 1.0) + V{1e5} << 1.0 << 1.0 << 10;
+    QTest::newRow("one value and another near") << V(99, 10.0) + V{-500} << -500.0 << 10.0 << 0;
     QTest::newRow("width clamped finite") << V{-1e308, 1e308} << -MAX / 2 << MAX / 2 << 0;
     QTest::newRow("nothing defined") << V{NaN, KbbGlobal::D_FFFF} << 0.0 << 0.0 << 1;
 }
