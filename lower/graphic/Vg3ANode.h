@@ -16,6 +16,8 @@
 
 #include <QString>
 
+#include <cmath>
+
 class SoScale;
 class SoSeparator;
 
@@ -57,10 +59,20 @@ public:
 protected:
     // Adds the drawing under `parent`, which is inside the vertical scale.
     virtual void _build(SoSeparator* parent) = 0;
-    // A data point in the sub-graph's single-precision coordinates.
-    SbVec3f _toLocal(double x, double y, double z) const
+    // Coin squares single-precision coordinates for bounding spheres and clipping planes;
+    // beyond this they overflow, and a view framing an infinite box shows nothing.
+    static constexpr double MAX_LOCAL_COORDINATE = 1.0e18;
+    // A data point in the sub-graph's single-precision coordinates, when it is finite and,
+    // offset, within MAX_LOCAL_COORDINATE: what a node may hand to Coin. Checked before the
+    // conversion, which is undefined for a double beyond what a float holds.
+    bool _toDrawable(double x, double y, double z, SbVec3f& local) const
     {
-        return SbVec3f(float(x - _offset.x()), float(y - _offset.y()), float(z - _offset.z()));
+        const double d[3] = {x - _offset.x(), y - _offset.y(), z - _offset.z()};
+        for (const double v : d)
+            if (!(std::fabs(v) <= MAX_LOCAL_COORDINATE))
+                return false;
+        local.setValue(float(d[0]), float(d[1]), float(d[2]));
+        return true;
     }
 
 private:

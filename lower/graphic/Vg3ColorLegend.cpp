@@ -20,6 +20,8 @@
 #include <Inventor/nodes/SoText2.h>
 #include <Inventor/nodes/SoTranslation.h>
 
+#include <QSet>
+
 #include <cmath>
 
 namespace {
@@ -56,6 +58,38 @@ double niceStep(double rough)
         if (m * power >= rough * (1.0 - 1e-9))
             return m * power;
     return 10.0 * power;
+}
+
+// The labels in the variable's format while they stay short and tell the ticks apart;
+// otherwise in scientific notation with as few digits as do, so that 1e30 reads "1.0e+30"
+// rather than thirty-one digits, and 2e-7 no longer rounds to "0.000".
+QStringList readableLabels(const QVector<double>& values, const KbbStringFormat& format)
+{
+    constexpr int MAX_LENGTH = 14;
+    const auto labelled = [&values](const KbbStringFormat& f) {
+        QStringList labels;
+        for (const double v : values)
+            labels.append(f.valueToString(v));
+        return labels;
+    };
+    const auto readable = [](const QStringList& labels) {
+        for (const QString& label : labels)
+            if (label.size() > MAX_LENGTH)
+                return false;
+        return QSet<QString>(labels.cbegin(), labels.cend()).size() == labels.size();
+    };
+    QStringList labels = labelled(format);
+    if (readable(labels))
+        return labels;
+    KbbStringFormat scientific(format);
+    scientific.setNotation(KbbStringFormat::SCIENTIFIC);
+    for (int digits = 1; digits <= KbbStringFormat::MAX_DIGITS; ++digits) {
+        scientific.setDigits(digits);
+        labels = labelled(scientific);
+        if (readable(labels))
+            break;
+    }
+    return labels;
 }
 
 bool isUsable(const VugColorScale& scale)
@@ -121,13 +155,19 @@ void Vg3ColorLegendPrivate::computeTicks()
     } else {
         const double step = niceStep((hi - lo) / 4.0);
         const double eps = step * 1e-9;
-        for (double k = std::ceil((lo - eps) / step); k * step <= hi + eps; k += 1.0)
-            tickValues.append(std::abs(k * step) < eps ? 0.0 : k * step);
+        // Counted, not stepped: far from zero (1e21 to 1e21 + 131072, say) adding one to a
+        // multiple of the step beyond 2^53 would change nothing.
+        const double first = std::ceil((lo - eps) / step);
+        const double count = std::floor((hi + eps) / step) - first + 1.0;
+        for (int k = 0; std::isfinite(count) && k < std::min(count, 2.0 * MAX_LABELS); ++k) {
+            const double v = (first + k) * step;
+            if (v >= lo - eps && v <= hi + eps) // the product may round beyond the range
+                tickValues.append(std::abs(v) < eps ? 0.0 : v);
+        }
         if (tickValues.size() < 2)
             tickValues = {lo, hi};
     }
-    for (const double v : qAsConst(tickValues))
-        tickLabels.append(format->valueToString(v));
+    tickLabels = readableLabels(tickValues, *format);
 }
 
 void Vg3ColorLegendPrivate::build()

@@ -1,5 +1,6 @@
 #include <Vg3GridSurfaceNode.h>
 
+#include <KbcValueRange.h>
 #include <VsdGrid.h>
 #include <VugColorScale.h>
 #include <VupPreferencesGraphic.h>
@@ -61,6 +62,8 @@ public:
     VsdGrid grid;
     VsdGrid colorGrid;
     bool ownColors = true;
+    // Of the grid's values at setData().
+    KbcValueRange zRange;
     VugColorScale colorScale;
     float transparency = VupPreferencesGraphic::getSurfaceTransparency();
     int cellCount = 0;
@@ -77,6 +80,7 @@ Vg3GridSurfaceNode::~Vg3GridSurfaceNode() = default;
 void Vg3GridSurfaceNode::setData(const VsdGrid& grid, const VugColorScale& colorScale)
 {
     _d->grid = grid;
+    _d->zRange = KbcValueRange::of(grid.values());
     _d->colorGrid = VsdGrid();
     _d->ownColors = true;
     _d->colorScale = colorScale;
@@ -91,6 +95,7 @@ void Vg3GridSurfaceNode::setData(const VsdGrid& grid, const VsdGrid& colorGrid, 
                  "own values colour it",
                  qPrintable(getName()), colorGrid.nx(), colorGrid.ny(), grid.nx(), grid.ny());
     _d->grid = grid;
+    _d->zRange = KbcValueRange::of(grid.values());
     _d->colorGrid = matches ? colorGrid : VsdGrid();
     _d->ownColors = !matches;
     _d->colorScale = colorScale;
@@ -133,17 +138,18 @@ void Vg3GridSurfaceNode::_build(SoSeparator* parent)
 
     // A node is usable when it has a depth, and a colour or a visible undefined colour.
     const int count = nx * ny;
-    QVector<SbVec3f> points(count);
+    QVector<SbVec3f> points(count, SbVec3f(0, 0, 0));
     QVector<SbColor> colors(count);
     QVector<bool> usable(count);
     for (int j = 0; j < ny; ++j) {
         for (int i = 0; i < nx; ++i) {
             const int k = j * nx + i;
-            const bool hasZ = !VugColorScale::isUndefinedValue(z[k]);
+            const bool hasZ = _d->zRange.contains(z[k]);
             const bool hasColor = !VugColorScale::isUndefinedValue(c[k]);
-            usable[k] = hasZ && (hasColor || undefinedShown);
             const QPointF p = grid.nodePosition(i, j);
-            points[k] = _toLocal(p.x(), p.y(), hasZ ? z[k] : 0.0);
+            // A node Coin cannot take stays at the offset, out of every face.
+            const bool drawable = _toDrawable(p.x(), p.y(), hasZ ? z[k] : 0.0, points[k]);
+            usable[k] = hasZ && (hasColor || undefinedShown) && drawable;
             colors[k] = toSbColor(hasColor ? scale.colorAt(c[k]) : scale.getUndefinedColor());
         }
     }

@@ -3,7 +3,9 @@
 // colour scale by the same values or by those of a second grid of the same lattice. A cell
 // with an undefined corner is left out, so holes in the data stay holes; a corner whose
 // colour value is undefined leaves its cell out too while the scale's undefined colour is
-// fully transparent. Normals are generated, smooth across gentle slopes.
+// fully transparent. A node whose value lies far outside the others (KbcValueRange: 1e30
+// written for "missing") counts as undefined: left in, it would stretch the view's frame
+// until the surface shows as a line. Normals are generated, smooth across gentle slopes.
 
 #include <velmora_graphic_export.h>
 

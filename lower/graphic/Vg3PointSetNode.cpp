@@ -1,5 +1,6 @@
 #include <Vg3PointSetNode.h>
 
+#include <KbcValueRange.h>
 #include <VsdPointSet.h>
 #include <VugColorScale.h>
 #include <VupPreferencesGraphic.h>
@@ -37,6 +38,10 @@ public:
     float pointSize = VupPreferencesGraphic::getPointSize();
     QColor uniformColor = QColor(0xd0, 0xd0, 0xd0);
     QVector<int> ranks;
+    // Of the coordinates the set had at setData().
+    KbcValueRange xRange;
+    KbcValueRange yRange;
+    KbcValueRange zRange;
 };
 
 Vg3PointSetNode::Vg3PointSetNode(const QString& name)
@@ -54,6 +59,9 @@ void Vg3PointSetNode::setData(const VsdPointSet& pointSet, const QString& variab
         qWarning("Vg3PointSetNode::setData: '%s' has no variable '%s', the points take one colour",
                  qPrintable(getName()), qPrintable(variableName));
     _d->pointSet = pointSet;
+    _d->xRange = KbcValueRange::of(pointSet.x());
+    _d->yRange = KbcValueRange::of(pointSet.y());
+    _d->zRange = KbcValueRange::of(pointSet.z());
     _d->variableName = variableName;
     _d->colorScale = colorScale;
     rebuild();
@@ -120,14 +128,18 @@ void Vg3PointSetNode::_build(SoSeparator* parent)
     for (int i = 0; i < set.size(); ++i) {
         if (!isDefined(xs[i]) || !isDefined(ys[i]) || !isDefined(zs[i]))
             continue;
+        // Single precision is enough once drawn; the view offsets large coordinates.
+        SbVec3f local;
+        if (!_d->xRange.contains(xs[i]) || !_d->yRange.contains(ys[i]) || !_d->zRange.contains(zs[i])
+            || !_toDrawable(xs[i], ys[i], zs[i], local))
+            continue;
         if (colored) {
             const bool defined = isDefined(values[i]);
             if (!defined && !undefinedShown)
                 continue;
             colors.append(toSbColor(defined ? scale.colorAt(values[i]) : scale.getUndefinedColor()));
         }
-        // Single precision is enough once drawn; the view offsets large coordinates.
-        points.append(_toLocal(xs[i], ys[i], zs[i]));
+        points.append(local);
         _d->ranks.append(i);
     }
     if (points.isEmpty())

@@ -1,9 +1,12 @@
 #pragma once
 // The samples of a point set drawn as points coloured by one of their variables through a
 // colour scale. Samples with an undefined x, y or z are not drawn (a point at a made-up
-// depth would mislead), nor are samples with an undefined value while the scale's
-// undefined colour is fully transparent; a half-transparent undefined colour is drawn
-// opaque. Without a variable, or with an unknown one, every point takes one colour.
+// depth would mislead), nor are samples with an undefined value (NaN and infinities
+// included) while the scale's undefined colour is fully transparent; a half-transparent
+// undefined colour is drawn opaque. Without a variable, or with an unknown one, every point
+// takes one colour. Samples with a coordinate far outside the others (KbcValueRange: 1e30
+// among UTM coordinates) are not drawn either: the frame of the view would hold them and
+// show the others as one dot.
 
 #include <velmora_graphic_export.h>
 

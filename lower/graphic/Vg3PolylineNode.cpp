@@ -1,5 +1,6 @@
 #include <Vg3PolylineNode.h>
 
+#include <KbcValueRange.h>
 #include <VsdPolylineSet.h>
 #include <VugColorScale.h>
 #include <VupPreferencesGraphic.h>
@@ -78,14 +79,41 @@ void Vg3PolylineNode::_build(SoSeparator* parent)
     const QVector<QPolygonF>& lines = _d->lines.polylines();
     if (lines.isEmpty())
         return;
+    QVector<double> xs;
+    QVector<double> ys;
+    for (const QPolygonF& line : lines)
+        for (const QPointF& p : line) {
+            xs.append(p.x());
+            ys.append(p.y());
+        }
+    const KbcValueRange xRange = KbcValueRange::of(xs);
+    const KbcValueRange yRange = KbcValueRange::of(ys);
     QVector<SbVec3f> points;
     QVector<int32_t> counts;
     counts.reserve(lines.size());
+    // The parts of two vertices or more between the vertices left out.
+    const auto endPart = [&points, &counts](int32_t& run) {
+        if (run == 1)
+            points.removeLast();
+        else if (run > 1)
+            counts.append(run);
+        run = 0;
+    };
     for (const QPolygonF& line : lines) {
-        for (const QPointF& p : line)
-            points.append(_toLocal(p.x(), p.y(), _d->z));
-        counts.append(line.size());
+        int32_t run = 0;
+        for (const QPointF& p : line) {
+            SbVec3f local;
+            if (xRange.contains(p.x()) && yRange.contains(p.y()) && _toDrawable(p.x(), p.y(), _d->z, local)) {
+                points.append(local);
+                ++run;
+            } else {
+                endPart(run);
+            }
+        }
+        endPart(run);
     }
+    if (counts.isEmpty())
+        return;
     auto lightModel = new SoLightModel;
     lightModel->model = SoLightModel::BASE_COLOR;
     parent->addChild(lightModel);

@@ -1,6 +1,8 @@
 #pragma once
 // The lines of a polyline set (faults, contours) drawn in one colour at one depth: the
-// lines are 2D, so they lie flat at the z given with them.
+// lines are 2D, so they lie flat at the z given with them. A vertex far outside the others
+// (KbcValueRange) is left out and its line drawn in the parts around it, so that the
+// view's frame keeps to the lines.
 
 #include <velmora_graphic_export.h>
 

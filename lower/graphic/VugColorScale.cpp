@@ -1,6 +1,7 @@
 #include "VugColorScale.h"
 
 #include <algorithm>
+#include <limits>
 
 namespace {
 
@@ -94,6 +95,12 @@ bool VugColorScale::_isAscending(const QVector<double>& values, const char* oper
             return false;
         }
     }
+    // Every colour is found by dividing by the width: an infinite one would give NaN.
+    if (!std::isfinite(values.last() - values.first())) {
+        qWarning("VugColorScale::%s: %s from %g to %g span more than a double holds", operation, what,
+                 values.first(), values.last());
+        return false;
+    }
     return true;
 }
 
@@ -161,6 +168,19 @@ bool VugColorScale::setRange(double min, double max)
     _min = min;
     _max = max;
     return true;
+}
+
+KbcValueRange VugColorScale::fitTo(const QVector<double>& values)
+{
+    const KbcValueRange range = KbcValueRange::of(values);
+    if (range.isSpan()) {
+        setRange(range.getMin(), range.getMax());
+    } else if (range.getLowest() < range.getHighest()) {
+        // All but the far ones are one value: only the whole range tells them apart.
+        const double limit = std::numeric_limits<double>::max() / 2.0;
+        setRange(std::max(range.getLowest(), -limit), std::min(range.getHighest(), limit));
+    }
+    return range;
 }
 
 QRgb VugColorScale::colorAt(double value) const

@@ -7,6 +7,7 @@
 #include <velmora_graphic_export.h>
 
 #include <KbbGlobal.h>
+#include <KbcValueRange.h>
 
 #include <QMetaType>
 #include <QRgb>
@@ -54,8 +55,9 @@ public:
 
     // Empty for a classed scale.
     const QVector<Stop>& getStops() const { return _stops; }
-    // At least two stops with finite, defined values in strictly ascending order; otherwise
-    // refused with a qWarning and false, the scale unchanged. Makes the scale continuous.
+    // At least two stops with finite, defined values in strictly ascending order, the last
+    // minus the first a finite number; otherwise refused with a qWarning and false, the
+    // scale unchanged. Makes the scale continuous.
     bool setStops(const QVector<Stop>& stops);
 
     // Class i holds the values from limits[i] (included) to limits[i + 1] (excluded; the
@@ -78,6 +80,14 @@ public:
     // qWarning and false, the scale unchanged.
     bool setRange(double min, double max);
 
+    // Stretches the scale over KbcValueRange::of(values), the range views show: NaN,
+    // infinities and the few values far outside the others are left out of it, and those
+    // take the end colours, so that one wrong value cannot paint every other one alike.
+    // Where all but those are one value, the whole range (within ±DBL_MAX / 2) is used
+    // instead, as nothing else tells them apart. Returns that range, whose counts tell what
+    // was left out; values all alike leave the scale as it was.
+    KbcValueRange fitTo(const QVector<double>& values);
+
     // Transparent unless set.
     QRgb getUndefinedColor() const { return _undefinedColor; }
     void setUndefinedColor(QRgb color) { _undefinedColor = color; }
@@ -99,9 +109,10 @@ public:
         if (isUndefinedValue(value))
             return -1;
         const double t = (value - _min) / (_max - _min);
-        if (t <= 0.0)
+        // Written so that a NaN (an infinite quotient over an infinite width) lands on an end.
+        if (!(t > 0.0))
             return 0;
-        if (t >= 1.0)
+        if (!(t < 1.0))
             return size - 1;
         return int(t * (size - 1) + 0.5);
     }

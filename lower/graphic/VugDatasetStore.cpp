@@ -2,6 +2,8 @@
 
 #include "VugSceneItem.h"
 
+#include <KbbDebug.h>
+#include <KbcValueRange.h>
 #include <KbeError.h>
 #include <VsdGrid.h>
 #include <VsdPointSet.h>
@@ -11,10 +13,13 @@
 #include <VssProject.h>
 #include <VusFileUtils.h>
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QSet>
 #include <QUrl>
+#include <algorithm>
+#include <cstring>
 #include <map>
 #include <type_traits>
 
@@ -57,6 +62,56 @@ auto& slot(E& e)
         return e.grid;
 }
 
+// A dataset's columns of values by the names the user knows them by. Polyline and
+// polygon sets refuse non-finite vertices when they are made: they have none to check.
+using Columns = QVector<QPair<QString, QVector<double>>>;
+
+Columns columnsOf(const VsdPointSet& set)
+{
+    Columns columns{{QStringLiteral("x"), set.x()}, {QStringLiteral("y"), set.y()}, {QStringLiteral("z"), set.z()}};
+    for (const QString& name : set.variableNames())
+        columns.append({name, set.variable(name)});
+    return columns;
+}
+
+Columns columnsOf(const VsdGrid& grid)
+{
+    return {{QString(), grid.values()}};
+}
+
+template <class T>
+Columns columnsOf(const T&)
+{
+    return {};
+}
+
+// Tells the user once, as a dataset comes in, of the values that views leave out of their
+// colour scales and frames (KbcValueRange), so that a map that looks wrong can be traced
+// to its data. Columns the key held before unchanged (a new selection shares them, a
+// reload reads them again) are not told twice.
+void reportLeftOut(const QString& key, const Columns& columns, const Columns& before)
+{
+    QStringList found;
+    for (const auto& column : columns) {
+        // Bit for bit: a NaN read back equals the NaN written, though not by ==.
+        const bool told = std::any_of(before.cbegin(), before.cend(), [&column](const auto& b) {
+            return b.first == column.first && b.second.size() == column.second.size()
+                && (b.second.constData() == column.second.constData()
+                    || std::memcmp(b.second.constData(), column.second.constData(),
+                                   size_t(b.second.size()) * sizeof(double)) == 0);
+        });
+        const KbcValueRange range = told ? KbcValueRange() : KbcValueRange::of(column.second);
+        if (range.hasLeftOut())
+            found << (columns.size() == 1 ? range.describeLeftOut()
+                                          : QCoreApplication::translate("VugDatasetStore", "in %1, %2")
+                                                .arg(column.first, range.describeLeftOut()));
+    }
+    if (!found.isEmpty())
+        KbbDebug::printWarning(QCoreApplication::translate("VugDatasetStore", "Dataset '%1': %2. Colour scales and "
+                                                                              "the views' frames leave them out.")
+                                   .arg(key, found.join(QLatin1String("; "))));
+}
+
 } // namespace
 
 class VugDatasetStorePrivate
@@ -78,7 +133,8 @@ public:
     }
 
     template <class T>
-    bool set(VugDatasetStore* q, const QString& key, VugDatasetStore::Kind kind, const T& value, const char* operation)
+    bool set(VugDatasetStore* q, const QString& key, VugDatasetStore::Kind kind, const T& value, const char* operation,
+             bool fromOutside = true)
     {
         QString why = VugSceneItem::textProblem(key, true);
         if (why.isEmpty() && key.size() > VugDatasetStore::MAX_KEY_LENGTH)
@@ -91,10 +147,13 @@ public:
                      qUtf8Printable(why));
             return false;
         }
+        const Columns before = old ? columnsOf(*slot<T>(*old)) : Columns();
         Entry entry;
         entry.kind = kind;
         slot<T>(entry) = std::make_unique<T>(value);
         entries[key] = std::move(entry);
+        if (fromOutside)
+            reportLeftOut(key, columnsOf(value), before);
         if (kind == VugDatasetStore::Kind::POINT_SET) {
             dirty.insert(key);
             stale.remove(key);
@@ -133,7 +192,9 @@ QString VugDatasetStore::fileName(const QString& key)
 
 bool VugDatasetStore::setPointSet(const QString& key, const VsdPointSet& set, Storage storage)
 {
-    if (!_d->set(this, key, Kind::POINT_SET, set, "setPointSet"))
+    // What lives in memory only is made by the program, not read from outside: it is not
+    // checked, which spares generated millions of samples a few passes.
+    if (!_d->set(this, key, Kind::POINT_SET, set, "setPointSet", storage == Storage::ON_DISK))
         return false;
     if (storage == Storage::IN_MEMORY) {
         // Any file of an earlier set under the key would come back at the next load.
@@ -282,6 +343,10 @@ void VugDatasetStore::load()
                                             : tr("%1 It is kept as '%2'.").arg(e.getMessage(), QDir::toNativeSeparators(kept)));
             }
         }
+    }
+    for (const auto& l : loaded) {
+        const VsdPointSet* before = pointSet(l.first);
+        reportLeftOut(l.first, columnsOf(l.second), before ? columnsOf(*before) : Columns());
     }
     for (auto it = _d->entries.begin(); it != _d->entries.end();)
         it = it->second.kind == Kind::POINT_SET ? _d->entries.erase(it) : std::next(it);

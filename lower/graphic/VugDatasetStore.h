@@ -7,6 +7,11 @@
 // "<database>/datasets/<key>.vpts" (the key percent-encoded where a file name could not
 // hold it). Polyline sets, polygon sets and grids are kept in memory only for now: they
 // are gone when the project is reopened.
+//
+// A point set (kept on disk) or grid that comes in holding values the views leave out of
+// their colour scales and frames (NaN, infinities, values far outside the others: see
+// KbcValueRange) is reported once with KbbDebug::printWarning, naming the key and the
+// columns; columns that come back unchanged are not reported again.
 
 #include <velmora_graphic_export.h>
 

@@ -255,7 +255,12 @@ void SoCameraInteractor::lookAt(const SbVec3f& center, const SbVec3f& halfSize, 
         qWarning("SoCameraInteractor::lookAt: the box is not finite, ignored");
         return;
     }
+    // The length squares each half size in single precision: beyond 1e19 it overflows.
     float radius = halfSize.length();
+    if (!std::isfinite(radius)) {
+        qWarning("SoCameraInteractor::lookAt: the box is too large to frame, ignored");
+        return;
+    }
     if (radius <= 0.0f)
         radius = 1.0f;
     const float aspect = region.getViewportAspectRatio();

@@ -1,5 +1,6 @@
 #include "VsdPointSet.h"
 
+#include <KbcValueRange.h>
 #include <VsdGeometry.h>
 
 #include <QSharedData>
@@ -340,6 +341,11 @@ QRectF VsdPointSet::boundingRect() const
     if (minX > maxX)
         return QRectF();
     return QRectF(QPointF(minX, minY), QPointF(maxX, maxY));
+}
+
+QRectF VsdPointSet::framingRect() const
+{
+    return KbcValueRange::framingRect(_d->x, _d->y);
 }
 
 int VsdPointSet::nearestRank(const QPointF& p, double tolerance) const

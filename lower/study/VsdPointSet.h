@@ -72,6 +72,10 @@ public:
 
     // Over the samples whose x and y are finite and defined; QRectF() when there is none.
     QRectF boundingRect() const;
+    // What a view frames: boundingRect() without the samples whose x or y lies far outside
+    // the others (KbcValueRange), so that one sample at 1e30 does not shrink the rest to a
+    // dot.
+    QRectF framingRect() const;
     // The nearest sample within tolerance (inclusive), the lowest rank among equals; -1 when
     // none. A negative or NaN tolerance is refused with a qWarning.
     int nearestRank(const QPointF& p, double tolerance) const;

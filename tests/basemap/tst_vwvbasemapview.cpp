@@ -1,6 +1,7 @@
 // The map view of a scene: a layer per item in z order that follows the scene's changes,
 // the message for an item it cannot draw, zooming to all, to a layer and to a rectangle of
-// the project's system, centring with its quarter-view rule, the last zoom kept in the
+// the project's system (keeping to the finite data when a sample lies at 1e30 or NaN),
+// centring with its quarter-view rule, the last zoom kept in the
 // scene, the decoration switches, GPS following, axis titles, pictures of the map in
 // pixmaps, SVG and PDF, and Escape back to panning.
 
@@ -24,10 +25,12 @@
 
 #include <QAction>
 #include <QMimeData>
+#include <QSet>
 #include <QPrinter>
 #include "MapTestData.h"
 
 #include <QtTest>
+#include <limits>
 #include <qwt_plot_grid.h>
 #include <qwt_scale_widget.h>
 #include <memory>
@@ -295,6 +298,49 @@ private Q_SLOTS:
         scene.setSelectedItem(QString());
         view.zoomToCurrentLayer(); // no current layer: nothing moves
         QCOMPARE(view.getCurrentZoom(), shown);
+    }
+
+    // Samples valued 0 to 99 on a 10 x 10 lattice over 0..90, and one more at a bad place or
+    // with a bad value: view all shows the lattice, coloured apart.
+    void viewAllKeepsToTheFiniteData_data()
+    {
+        QTest::addColumn<QPointF>("at");
+        QTest::addColumn<double>("value");
+        const double MAX = std::numeric_limits<double>::max();
+        QTest::newRow("x 1e30") << QPointF(1e30, 5) << 5.0;
+        QTest::newRow("y -DBL_MAX") << QPointF(5, -MAX) << 5.0;
+        QTest::newRow("x NaN, y infinite") << QPointF(qQNaN(), qInf()) << 5.0;
+        QTest::newRow("value infinite, x 1e308") << QPointF(1e308, 5) << qInf();
+        QTest::newRow("value 1e30") << QPointF(5, 5) << 1e30;
+        QTest::newRow("value -DBL_MAX") << QPointF(5, 5) << -MAX;
+    }
+    void viewAllKeepsToTheFiniteData()
+    {
+        QFETCH(QPointF, at);
+        QFETCH(double, value);
+        VsdPointSet set;
+        QVERIFY(set.addVariable(QStringLiteral("v")));
+        for (int i = 0; i < 100; ++i)
+            set.append(10.0 * (i % 10), 10.0 * (i / 10), 0.0, {double(i)});
+        set.append(at.x(), at.y(), 0.0, {value});
+        QVERIFY(_datasets->setPointSet(QStringLiteral("far"), set));
+        VugScene scene(1);
+        scene.appendItem(VugSceneItem(QStringLiteral("s"), QStringLiteral("S"), VugERendering::POINT_SYMBOLS,
+                                      QStringLiteral("far"), QStringLiteral("v")));
+        VwvBasemapView view;
+        QVERIFY(showAt(view, QSize(400, 400)));
+        view.setScene(&scene, _datasets.get());
+        view.zoomTo(QRectF(1000, 1000, 10, 10));
+        view.viewAll();
+        const QRectF shown = view.getCurrentZoom();
+        QVERIFY2(shown.contains(QRectF(0, 0, 90, 90)) && shown.width() < 200 && shown.height() < 200,
+                 qPrintable(QStringLiteral("%1 %2 %3 %4").arg(shown.x()).arg(shown.y()).arg(shown.width()).arg(shown.height())));
+        const QImage image = view.getPixmapFromArea(shown, 200, 200, Qt::white).toImage();
+        QSet<QRgb> colors; // near colours as one
+        for (int y = 0; y < image.height(); ++y)
+            for (int x = 0; x < image.width(); ++x)
+                colors.insert(image.pixel(x, y) & 0xf0f0f0);
+        QVERIFY2(colors.size() >= 20, qPrintable(QString::number(colors.size())));
     }
 
     void gpsFollowing_data()

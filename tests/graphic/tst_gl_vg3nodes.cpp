@@ -2,13 +2,18 @@
 // above shows the colour scale across the cells and the background through its holes; the
 // legend's bar sits in the corner it is aligned to, takes the same share of the window's
 // height whatever the window's shape, and shows the scale's colours from bottom to top; an
-// annotation lands in its place along the window's edge.
+// annotation lands in its place along the window's edge; samples, grids and lines framed,
+// and samples coloured apart, whatever huge or non-finite value one of them holds.
 
 #include <Vg3Annotation.h>
 #include <Vg3ColorLegend.h>
 #include <Vg3GridSurfaceNode.h>
 #include <Vg3OpenInventor.h>
+#include <Vg3PointSetNode.h>
+#include <Vg3PolylineNode.h>
 #include <VsdGrid.h>
+#include <VsdPointSet.h>
+#include <VsdPolylineSet.h>
 #include <VugColorScale.h>
 #include <VupPreferenceRegistry.h>
 
@@ -23,8 +28,10 @@
 #include <Inventor/nodes/SoSeparator.h>
 
 #include <QImage>
+#include <QSet>
 #include <QTemporaryDir>
 #include <QtTest>
+#include <limits>
 
 namespace {
 
@@ -188,6 +195,66 @@ private Q_SLOTS:
         QVERIFY2(!image.isNull(), "offscreen rendering failed");
         const QRgb seen = image.pixel(100, 100);
         QVERIFY2(qGreen(seen) > 180, qPrintable(QColor(seen).name()));
+    }
+
+    // Samples valued 0 to 99 on a 10 x 10 lattice, a grid under them and a line across, one
+    // of them given a bad value or coordinate, framed as a view frames (the camera's
+    // viewAll): the bad one is left out of the frame, the samples' colours stay apart.
+    void outliersStayFramedAndApart_data()
+    {
+        QTest::addColumn<int>("column"); // a sample's x, y, z or value; 4: a grid node; 5: a line vertex
+        QTest::addColumn<double>("bad");
+        QTest::newRow("sample value 1e30") << 3 << 1e30;
+        QTest::newRow("sample value NaN") << 3 << qQNaN();
+        QTest::newRow("sample x 1e30") << 0 << 1e30;
+        QTest::newRow("sample z 1e308") << 2 << 1e308;
+        QTest::newRow("grid node -1e30") << 4 << -1e30;
+        QTest::newRow("line vertex y -DBL_MAX") << 5 << -std::numeric_limits<double>::max();
+    }
+    void outliersStayFramedAndApart()
+    {
+        QFETCH(int, column);
+        QFETCH(double, bad);
+        VsdPointSet set;
+        QVector<double> values;
+        for (int i = 0; i <= 100; ++i) {
+            QVector<double> sample{double(i % 10), double(i / 10), 0.0, double(i % 100)};
+            sample[column % 4] = i == 100 && column < 4 ? bad : sample[column % 4];
+            set.append(sample[0], sample[1], sample[2]);
+            values << sample[3];
+        }
+        QVERIFY(set.addVariable(QStringLiteral("v"), values));
+        VugColorScale scale = VugColorScale::viridis();
+        scale.fitTo(values);
+        Vg3PointSetNode points(QStringLiteral("samples"));
+        points.setPointSize(4.0f);
+        points.setData(set, QStringLiteral("v"), scale);
+        VsdGrid depths(QPointF(0, 0), 1.0, 1.0, 10, 10);
+        depths.setValues(QVector<double>(100, -1.0));
+        depths.setValue(5, 5, column == 4 ? bad : -1.0);
+        Vg3GridSurfaceNode surface(QStringLiteral("base"));
+        surface.setData(depths, VugColorScale()); // one grey: the samples' colours stand out
+        VsdPolylineSet lines;
+        QVERIFY(lines.append(QPolygonF(QVector<QPointF>{{0, 0}, {5, column == 5 ? bad : 5}, {9, 9}})));
+        Vg3PolylineNode line(QStringLiteral("fault"));
+        line.setData(lines, -0.5);
+
+        SoSeparator* scene = new SoSeparator;
+        scene->ref();
+        auto camera = new SoOrthographicCamera;
+        for (SoNode* node : std::initializer_list<SoNode*>{camera, points.getRoot(), surface.getRoot(), line.getRoot()})
+            scene->addChild(node);
+        camera->viewAll(scene, SbViewportRegion(200, 200));
+        const QImage image = render(scene, 200, 200);
+        scene->unref();
+        QSet<QRgb> colors; // near colours as one
+        int lit = 0;
+        for (int row = 0; row < image.height(); ++row)
+            for (int col = 0; col < image.width(); ++col)
+                if (image.pixel(col, row) != qRgb(0, 0, 0) && ++lit)
+                    colors.insert(image.pixel(col, row) & 0xf0f0f0);
+        // The lattice fills a good part of the picture, in the scale's colours.
+        QVERIFY2(lit >= 10000 && colors.size() >= 20, qPrintable(QStringLiteral("%1 %2").arg(lit).arg(colors.size())));
     }
 
     void legendBarInItsCorner_data()

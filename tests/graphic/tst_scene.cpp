@@ -1,10 +1,12 @@
 // Scenes as a view sees them: insert, move and remove sequences with the ranks, ids and
 // signals they give, refusals that change nothing, the last zoom; scenes and datasets
 // kept in a project across closing and reopening; damaged files refused with a message
-// that names the file.
+// that names the file; values views leave out told once per dataset.
 
+#include <KbbDebug.h>
 #include <KbeError.h>
 #include <KbeProgrammingError.h>
+#include <VsdGrid.h>
 #include <VsdPointSet.h>
 #include <VsdPointSetFile.h>
 #include <VsdPolygonSet.h>
@@ -545,6 +547,36 @@ private Q_SLOTS:
         QFile kept(bad + QStringLiteral(".bad"));
         QVERIFY(kept.open(QIODevice::ReadOnly));
         QCOMPARE(kept.readAll(), QByteArray("VPTS\x01\x00\x00\x00truncated"));
+    }
+
+    // What views leave out of their scales and frames is told once, as a dataset comes in;
+    // a new selection or a reload of the same values does not tell it again.
+    void leftOutValuesAreToldOnce()
+    {
+        QStringList told;
+        const int sink = KbbDebug::addSink([&told](KbbDebug::Level level, const QString& text) {
+            if (level == KbbDebug::Level::Warning)
+                told << text;
+        });
+        QTemporaryDir dir;
+        const auto project = VssProject::create(dir.filePath(QStringLiteral("p")), QStringLiteral("P"));
+        VugDatasetStore store(*project);
+        VsdPointSet set = VsdPointSet::generate(100, 1, QRectF(0, 0, 100, 100));
+        set.append(1e30, 50, 0, {qQNaN(), 1e308});
+        QVERIFY(store.setPointSet(QStringLiteral("wells"), set));
+        set.select(3);
+        QVERIFY(store.setPointSet(QStringLiteral("wells"), set));
+        store.save();
+        store.load();
+        VsdGrid grid(QPointF(0, 0), 1, 1, 2, 2);
+        grid.setValues({1, 2, 3, qInf()});
+        QVERIFY(store.setGrid(QStringLiteral("top"), grid));
+        KbbDebug::removeSink(sink);
+        const QString end = QStringLiteral(". Colour scales and the views' frames leave them out.");
+        QCOMPARE(told, (QStringList{"Dataset 'wells': in x, 1 value far outside the others (1e+30); in Porosity, 1 "
+                                    "value that is not a number (NaN or infinite); in Thickness, 1 value far outside "
+                                    "the others (1e+308)" + end,
+                                    "Dataset 'top': 1 value that is not a number (NaN or infinite)" + end}));
     }
 };
 

@@ -1,8 +1,8 @@
 // The graphic nodes as a 3D view receives them: a named sub-graph root that stays the same
 // object across rebuilds, bounding boxes that follow the vertical scale, the colours and
 // shapes Inventor actually generates from the data (read back with a callback action, as a
-// renderer would see them), holes in grids, and bad data refused with a warning. Also the
-// legend's ticks and the overlays' visibility.
+// renderer would see them), holes in grids, and bad data refused with a warning. Also the legend's ticks and readable labels, and the
+// overlays' visibility.
 
 #include <Vg3Annotation.h>
 #include <Vg3ColorLegend.h>
@@ -465,6 +465,16 @@ private Q_SLOTS:
             << QStringList{"0.0", "5.0", "20.0"};
         QTest::newRow("discrete codes") << VugColorScale({1, 2, 3, 4}, {qRgb(1, 2, 3), qRgb(4, 5, 6), qRgb(7, 8, 9)})
                                         << true << QVector<double>{1, 2, 3} << QStringList{"1.0", "2.0", "3.0"};
+        QTest::newRow("huge values, short labels") << rainbow(0.1, 1e30) << false
+                                                   << QVector<double>{0, 2.5e29, 5e29, 7.5e29, 1e30}
+                                                   << QStringList{"0.0e+00", "2.5e+29", "5.0e+29", "7.5e+29", "1.0e+30"};
+        QTest::newRow("tiny values told apart") << rainbow(1e-7, 3e-7) << false << QVector<double>{1e-7, 1.5e-7, 2e-7,
+                                                   2.5e-7, 3e-7} << QStringList{"1.0e-07", "1.5e-07", "2.0e-07",
+                                                                                "2.5e-07", "3.0e-07"};
+        // Stepping a double by one far from zero would never reach the end.
+        QTest::newRow("narrow range far from zero, labels unchecked")
+            << VugColorScale(QVector<VugColorScale::Stop>{{1e21, 0}, {1e21 + 131072, 0}}) << false << QVector<double>{1e21, 1e21, 1e21}
+            << QStringList();
     }
     void legendTicksAndLabels()
     {
@@ -477,7 +487,7 @@ private Q_SLOTS:
         QVERIFY(legend.isShown());
         QCOMPARE(legend.getTickValues().size(), ticks.size());
         for (int i = 0; i < ticks.size(); ++i)
-            QVERIFY(qAbs(legend.getTickValues()[i] - ticks[i]) < 1e-9);
+            QVERIFY(qAbs(legend.getTickValues()[i] - ticks[i]) < 1e-9 * qMax(1.0, qAbs(ticks[i])));
         // The labels a user reads are the ones drawn.
         QStringList drawnTexts;
         SoSearchAction search;
@@ -488,7 +498,8 @@ private Q_SLOTS:
         for (int i = 0; i < search.getPaths().getLength(); ++i)
             drawnTexts << QString::fromUtf8(
                 static_cast<SoText2*>(search.getPaths()[i]->getTail())->string[0].getString());
-        QCOMPARE(drawnTexts, labels + QStringList{"Porosity"});
+        if (!labels.isEmpty())
+            QCOMPARE(drawnTexts, labels + QStringList{"Porosity"});
     }
 
     void legendRefusesBadInputKeepingItsState()

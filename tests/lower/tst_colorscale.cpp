@@ -1,6 +1,9 @@
 // Colour scales: interpolation and clamping, class boundaries, undefined values, rescaling,
 // the lookup table renderers use, and refused input that must leave the scale as it was.
+// Also the range views fit scales to: NaN, infinities and far outliers left out and counted,
+// and colours that stay apart and defined whatever huge values come.
 
+#include <KbcValueRange.h>
 #include <VugColorScale.h>
 
 #include <QRegularExpression>
@@ -64,6 +67,8 @@ private Q_SLOTS:
     void namedScales_data();
     void namedScales();
     void standardScalesGrowInLightness();
+    void valueRange_data();
+    void valueRange();
 };
 
 void TestColorScale::colorAt_data()
@@ -211,6 +216,7 @@ void TestColorScale::refusals_data()
     QTest::newRow("one limit") << QVector<double>{0} << 0;
     QTest::newRow("descending limits") << QVector<double>{5, 0, 10} << 2;
     QTest::newRow("infinite limit") << QVector<double>{0, INF} << 1;
+    QTest::newRow("stops wider than a double") << QVector<double>{-1e308, 1e308} << -1;
     QTest::newRow("a colour too many") << QVector<double>{0, 1, 2} << 3;
     QTest::newRow("a colour short") << QVector<double>{0, 1, 2} << 1;
 }
@@ -269,6 +275,64 @@ void TestColorScale::standardScalesGrowInLightness()
     }
     QCOMPARE(hex(Scale::grayscale().colorAt(1.0)), hex(qRgb(255, 255, 255)));
     QVERIFY(Scale::rainbow() != Scale::viridis());
+}
+
+void TestColorScale::valueRange_data()
+{
+    QTest::addColumn<QVector<double>>("values");
+    QTest::addColumn<double>("min");
+    QTest::addColumn<double>("max");
+    QTest::addColumn<int>("leftOut"); // far outside, then not finite: 10 for one far, 1 for one NaN
+
+    const double MAX = std::numeric_limits<double>::max();
+    QVector<double> r; // 0 to 1 in 201 steps, descending and skewed
+    for (int i = 200; i >= 0; --i)
+        r << (i % 3 ? i : i / 4) / 200.0;
+    using V = QVector<double>;
+    QTest::newRow("ordinary values") << r << 0.0 << 1.0 << 0;
+    QTest::newRow("a long tail stays") << r + V{6.0} << 0.0 << 6.0 << 0;
+    QTest::newRow("1e30, +-1e308, DBL_MAX left out") << V{1e30, 1e308, -1e308} + r + V{MAX} << 0.0 << 1.0 << 40;
+    QTest::newRow("1e30 among ten left out") << V{0, 10, 20, 30, 40, 50, 60, 70, 80, 90, 1e30} << 0.0 << 90.0 << 10;
+    QTest::newRow("two values: neither left out") << V{0, 1e30} << 0.0 << 1e30 << 0;
+    QTest::newRow("NaN and infinities counted") << r + V{NaN, INF, -INF} << 0.0 << 1.0 << 3;
+    QTest::newRow("undefined left out silently") << r + V{KbbGlobal::D_FFFF} << 0.0 << 1.0 << 0;
+    QTest::newRow("one value and 1e30") << V(99, 431e3) + V{1e30} << 431e3 << 431e3 << 10;
+    QTest::newRow("one value and another far") << V(99, 1.0) + V{1e5} << 1.0 << 1.0 << 10;
+    QTest::newRow("one value and another near") << V(99, 10.0) + V{-500} << -500.0 << 10.0 << 0;
+    QTest::newRow("width clamped finite") << V{-1e308, 1e308} << -MAX / 2 << MAX / 2 << 0;
+    QTest::newRow("nothing defined") << V{NaN, KbbGlobal::D_FFFF} << 0.0 << 0.0 << 1;
+}
+
+void TestColorScale::valueRange()
+{
+    QFETCH(QVector<double>, values);
+    QFETCH(double, min);
+    QFETCH(double, max);
+    QFETCH(int, leftOut);
+    // A column larger than the sample gives the same range (where the outliers stay few).
+    const int many = values.size() > 200 ? 2 * KbcValueRange::SAMPLE_SIZE / int(values.size()) + 1 : 1;
+    for (const int copies : {1, many}) {
+        QVector<double> column;
+        for (int i = 0; i < copies; ++i)
+            column += values;
+        const KbcValueRange range = KbcValueRange::of(column);
+        QCOMPARE(range.getMin(), min);
+        QCOMPARE(range.getMax(), max);
+        QCOMPARE(range.getOutsideCount() * 10 + range.getNonFiniteCount(), qint64(leftOut) * copies);
+        QCOMPARE(range.describeLeftOut().isEmpty(), leftOut == 0);
+        // A scale fitted to values that differ spans them, even when only the far ones do.
+        Scale scale = Scale::rainbow();
+        scale.setRange(-7.0, -6.0);
+        scale.setUndefinedColor(GREY);
+        scale.fitTo(column);
+        QCOMPARE(scale.getMin() != -7.0 && scale.getMin() < scale.getMax(), range.getLowest() < range.getHighest());
+        // Far values take an end colour, the others the undefined one: no colour made of NaN.
+        for (const double v : values) {
+            const double end = std::max(scale.getMin(), std::min(v, scale.getMax()));
+            QCOMPARE(hex(scale.colorAt(v)), hex(Scale::isUndefinedValue(v) ? GREY : scale.colorAt(end)));
+            QCOMPARE(scale.getLookupIndex(v, 256), Scale::isUndefinedValue(v) ? -1 : scale.getLookupIndex(end, 256));
+        }
+    }
 }
 
 QTEST_APPLESS_MAIN(TestColorScale)

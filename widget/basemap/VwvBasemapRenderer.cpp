@@ -28,7 +28,7 @@ VwvBasemapRenderer::VwvBasemapRenderer(const VsdPointSet& points, const QString&
     , _values(variable.isEmpty() ? QVector<double>() : points.variable(variable))
     , _scale(scale)
     , _style(style)
-    , _bounds(points.boundingRect())
+    , _bounds(points.framingRect())
 {
 }
 

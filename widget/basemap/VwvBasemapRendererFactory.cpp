@@ -24,22 +24,12 @@ namespace {
                             item.getDatasetKey()));
 }
 
-// The scale over the values the renderer will colour, so that the whole range shows.
+// The scale over the values the renderer will colour, so that the whole range shows; the
+// few far outside the others take its end colours (the store reported them).
 VugColorScale scaleOver(const QVector<double>& values)
 {
     VugColorScale scale = VugColorScale::rainbow();
-    double lo = 0.0;
-    double hi = 0.0;
-    bool any = false;
-    for (double v : values) {
-        if (VugColorScale::isUndefinedValue(v))
-            continue;
-        lo = any ? std::min(lo, v) : v;
-        hi = any ? std::max(hi, v) : v;
-        any = true;
-    }
-    if (any && hi > lo)
-        scale.setRange(lo, hi);
+    scale.fitTo(values);
     return scale;
 }
 

@@ -17,6 +17,16 @@ VwvBasemapRendererPolygon::Style checked(const VwvBasemapRendererPolygon::Style&
     return VwvBasemapRendererPolygon::Style();
 }
 
+// Holes lie inside their outer ring: the outer rings bound the set.
+QVector<QPolygonF> outerRings(const VsdPolygonSet& polygons)
+{
+    QVector<QPolygonF> rings;
+    rings.reserve(polygons.size());
+    for (const VsdPolygon& polygon : polygons.polygons())
+        rings.append(polygon.outer);
+    return rings;
+}
+
 QVector<QRectF> boxesOf(const VsdPolygonSet& polygons)
 {
     QVector<QRectF> boxes;
@@ -68,7 +78,7 @@ VwvBasemapRendererPolygon::VwvBasemapRendererPolygon(const VsdPolygonSet& polygo
     , _selection(selection)
     , _style(checked(style))
     , _boxes(boxesOf(polygons))
-    , _bounds(polygons.boundingRect())
+    , _bounds(VwvBasemapRendererSupport::framingRect(outerRings(polygons)))
     , _vertexCount(vertexCountOf(polygons))
 {
 }

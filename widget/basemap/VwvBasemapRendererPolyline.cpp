@@ -47,7 +47,7 @@ VwvBasemapRendererPolyline::VwvBasemapRendererPolyline(const VsdPolylineSet& pol
     , _selection(selection)
     , _style(checked(style))
     , _boxes(boxesOf(polylines))
-    , _bounds(polylines.boundingRect())
+    , _bounds(VwvBasemapRendererSupport::framingRect(polylines.polylines()))
     , _vertexCount(vertexCountOf(polylines))
 {
 }

@@ -1,5 +1,6 @@
 #include "VwvBasemapRendererSupport.h"
 
+#include <KbcValueRange.h>
 #include <VsdGeometry.h>
 
 #include <algorithm>
@@ -92,6 +93,18 @@ QPolygonF toPixels(const QwtScaleMap& xMap, const QwtScaleMap& yMap, const QPoly
     for (int k = 0; k < points.size(); ++k)
         pixels[k] = QPointF(xMap.transform(points.at(k).x()), yMap.transform(points.at(k).y()));
     return pixels;
+}
+
+QRectF framingRect(const QVector<QPolygonF>& lines)
+{
+    QVector<double> xs;
+    QVector<double> ys;
+    for (const QPolygonF& line : lines)
+        for (const QPointF& p : line) {
+            xs.append(p.x());
+            ys.append(p.y());
+        }
+    return KbcValueRange::framingRect(xs, ys);
 }
 
 bool isWidth(double width, double minimum)

@@ -22,6 +22,9 @@ bool canDraw(const QImage& image, const QwtScaleMap& xMap, const QwtScaleMap& yM
 QRectF visibleRect(const QImage& image, const QwtScaleMap& xMap, const QwtScaleMap& yMap);
 // Each vertex through the maps.
 QPolygonF toPixels(const QwtScaleMap& xMap, const QwtScaleMap& yMap, const QPolygonF& points);
+// The extent a view frames of these lines or rings: their vertices' bounds without the
+// vertices far outside the others (KbcValueRange), as a point set's framingRect().
+QRectF framingRect(const QVector<QPolygonF>& lines);
 // Finite and within [minimum, MAX_WIDTH].
 bool isWidth(double width, double minimum);
 

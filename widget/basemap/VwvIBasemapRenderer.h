@@ -19,7 +19,10 @@ class VELMORA_WIDGET_EXPORT VwvIBasemapRenderer
 public:
     virtual ~VwvIBasemapRenderer();
 
-    // The extent of what it draws, in map coordinates; empty when there is nothing.
+    // The extent of what it draws, in map coordinates, for views to frame: samples or
+    // vertices far outside the others (KbcValueRange) are left out of it, so that one wrong
+    // coordinate cannot make "view all" show everything else as a dot. Empty when there is
+    // nothing.
     virtual QRectF boundingRect() const = 0;
     // Draws into a transparent ARGB32_Premultiplied image through the maps (map to image
     // pixels). May run on a worker thread: it reads only its own data.

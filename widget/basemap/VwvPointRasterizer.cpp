@@ -79,6 +79,8 @@ void VwvPointRasterizer::setValues(const double* values, const VugColorScale& sc
     _valueMin = scale.getMin();
     const double range = scale.getMax() - scale.getMin();
     _valueScale = range > 0.0 ? (LOOKUP_SIZE - 1) / range : 0.0;
+    if (!std::isfinite(_valueScale)) // a range narrower than a double's step over its size
+        _valueScale = 0.0;
     // Premultiplied, as the image stores it.
     for (QRgb& c : _lookup)
         c = qPremultiply(c);
@@ -145,7 +147,8 @@ void VwvPointRasterizer::draw(QImage& image, const QwtScaleMap& xMap, const QwtS
         if (v == KbbGlobal::D_FFFF || !std::isfinite(v))
             return _undefinedColor;
         const double t = (v - _valueMin) * _valueScale;
-        const int index = t <= 0.0 ? 0 : t >= LOOKUP_SIZE - 1 ? LOOKUP_SIZE - 1 : int(t + 0.5);
+        // NaN (an overflowing difference times a zero scale) lands on the first entry.
+        const int index = !(t > 0.0) ? 0 : t >= LOOKUP_SIZE - 1 ? LOOKUP_SIZE - 1 : int(t + 0.5);
         return _lookup[index];
     };
 

@@ -185,27 +185,14 @@ void Demo3DWindow::_sceneChanged()
         std::unique_ptr<Vg3ANode> node;
         if (name == kSurfaceItem && thickness) {
             VugColorScale scale = VugColorScale::rainbow();
-            const auto range = thickness->valueRange();
-            if (range.first < range.second)
-                scale.setRange(range.first, range.second);
+            scale.fitTo(thickness->values());
             auto surface = std::make_unique<Vg3GridSurfaceNode>(tr("Thickness surface"));
             surface->setData(baseSurface(*thickness), *thickness, scale);
             node = std::move(surface);
         } else if (name == kSamplesItem && samples) {
             const QString variable = QStringLiteral("porosity");
             VugColorScale scale = VugColorScale::viridis();
-            const QVector<double> values = samples->variable(variable);
-            double low = 0, high = 0;
-            bool any = false;
-            for (double v : values) {
-                if (VugColorScale::isUndefinedValue(v))
-                    continue;
-                low = any ? std::min(low, v) : v;
-                high = any ? std::max(high, v) : v;
-                any = true;
-            }
-            if (any && low < high)
-                scale.setRange(low, high);
+            scale.fitTo(samples->variable(variable));
             auto points = std::make_unique<Vg3PointSetNode>(tr("Samples (porosity)"));
             points->setData(*samples, variable, scale);
             node = std::move(points);
