@@ -21,6 +21,13 @@ namespace {
 // each render and gives the previous context back afterwards.
 struct OffscreenCanvas
 {
+    // Coin's size-limit query (cc_glglue_context_max_dimensions, on the first offscreen
+    // rendering of a process) passes its probe canvas to its own GLX code even with these
+    // hooks installed, which reads it as its GLX context record (88 bytes in Coin 4.0): a
+    // non-zero int at byte 64 sends the pointers at bytes 72 and 80 to glXGetFBConfigAttrib,
+    // which Coin binds once a view has drawn. These zeros read as "not a pbuffer"; without
+    // them those bytes lay past the canvas, in whatever the heap held, and crashed.
+    unsigned char coinGlxRecord[128] = {};
     QSize size;
     QOffscreenSurface* surface = nullptr;
     QOpenGLContext* context = nullptr;

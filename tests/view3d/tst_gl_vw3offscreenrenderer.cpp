@@ -1,6 +1,7 @@
 #include <Vw3OffscreenRenderer.h>
 
 #include <Vg3OpenInventor.h>
+#include <Vw3RenderAreaQWindow.h>
 
 #include <Inventor/nodes/SoBaseColor.h>
 #include <Inventor/nodes/SoCoordinate3.h>
@@ -9,7 +10,10 @@
 #include <Inventor/nodes/SoOrthographicCamera.h>
 #include <Inventor/nodes/SoSeparator.h>
 
+#include <QHBoxLayout>
+#include <QProcess>
 #include <QRegularExpression>
+#include <QScreen>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -32,8 +36,9 @@ void addQuad(SoSeparator* root, float x0, float y0, float x1, float y1, const Sb
     root->addChild(part);
 }
 
-// Red above y = 0, blue below, seen from +z by an orthographic camera 2 units high.
-SoSeparator* redTopBlueBottom()
+// Red above y = 0, blue below, seen from +z by an orthographic camera 2 units high; `top`
+// receives the upper quad's colour node.
+SoSeparator* redTopBlueBottom(SoBaseColor** top = nullptr)
 {
     auto root = new SoSeparator;
     auto camera = new SoOrthographicCamera;
@@ -45,6 +50,8 @@ SoSeparator* redTopBlueBottom()
     root->addChild(light);
     addQuad(root, -10, 0, 10, 10, SbColor(1, 0, 0));
     addQuad(root, -10, -10, 10, 0, SbColor(0, 0, 1));
+    if (top)
+        *top = static_cast<SoBaseColor*>(static_cast<SoSeparator*>(root->getChild(2))->getChild(0));
     return root;
 }
 
@@ -53,6 +60,43 @@ bool near(QRgb actual, QRgb expected, int tolerance = 8)
     return qAbs(qRed(actual) - qRed(expected)) <= tolerance && qAbs(qGreen(actual) - qGreen(expected)) <= tolerance
            && qAbs(qBlue(actual) - qBlue(expected)) <= tolerance;
 }
+
+// The upper and lower middle of an image are `top` and `bottom`.
+bool showsTopAndBottom(const QImage& image, QRgb top, QRgb bottom)
+{
+    return !image.isNull() && near(image.pixel(image.width() / 2, image.height() / 8), top)
+           && near(image.pixel(image.width() / 2, image.height() * 7 / 8), bottom);
+}
+
+// What the screen shows of a render area.
+QImage onScreen(QWindow* area)
+{
+    return area->screen()->grabWindow(area->winId()).toImage();
+}
+
+// Render areas of the kind the 3D views draw in, side by side in one shown window.
+struct ShownAreas
+{
+    QWidget host;
+    QHBoxLayout* layout = new QHBoxLayout(&host);
+    QList<Vw3RenderAreaQWindow*> areas;
+
+    bool add(int count, SoNode* scene)
+    {
+        for (int i = 0; i < count; ++i) {
+            auto area = new Vw3RenderAreaQWindow(&host);
+            area->setSceneGraph(scene);
+            layout->addWidget(area->getContainerWidget());
+            areas << area;
+        }
+        host.resize(120 * areas.size(), 90);
+        host.show();
+        for (Vw3RenderAreaQWindow* area : qAsConst(areas))
+            if (!QTest::qWaitForWindowExposed(area) || !QTest::qWaitFor([area] { return area->isInitialized(); }))
+                return false;
+        return true;
+    }
+};
 
 // A bottom-up buffer of width x height pixels with the colour of each row given.
 std::vector<unsigned char> rowsBuffer(int width, const QList<QRgb>& rowsBottomUp, int components)
@@ -79,6 +123,56 @@ class TestVw3OffscreenRenderer : public QObject
 
 private Q_SLOTS:
     void initTestCase() { Vg3OpenInventor::getInstance()->init(); }
+
+    void renderingBesideShownViews_data()
+    {
+        QTest::addColumn<int>("views");
+        QTest::newRow("before any view is shown") << 0;
+        QTest::newRow("beside one view") << 1;
+        QTest::newRow("beside three views") << 3;
+    }
+
+    // Offscreen renderings made between the frames of shown views; then the views, and one
+    // shown only now, draw the scene's next state on screen.
+    void renderingBesideShownViews()
+    {
+        QFETCH(int, views);
+        SoBaseColor* top = nullptr;
+        SoSeparator* scene = redTopBlueBottom(&top);
+        scene->ref();
+        ShownAreas shown;
+        QVERIFY(shown.add(views, scene));
+        for (int i = 0; i < 50; ++i) {
+            Vw3OffscreenRenderer renderer(64, 48);
+            renderer.setSceneGraph(scene);
+            QVERIFY2(showsTopAndBottom(renderer.getImage(), qRgb(255, 0, 0), qRgb(0, 0, 255)),
+                     qPrintable(QStringLiteral("rendering %1").arg(i)));
+            for (Vw3RenderAreaQWindow* area : qAsConst(shown.areas))
+                QCOMPARE(area->render(), SiRenderArea::RENDERED);
+        }
+
+        QVERIFY(shown.add(1, scene));
+        top->rgb.setValue(0, 1, 0);
+        for (Vw3RenderAreaQWindow* area : qAsConst(shown.areas)) {
+            QTRY_VERIFY(showsTopAndBottom(onScreen(area), qRgb(0, 255, 0), qRgb(0, 0, 255)));
+            QVERIFY(showsTopAndBottom(area->getImage(64, 48), qRgb(0, 255, 0), qRgb(0, 0, 255)));
+        }
+        scene->unref();
+    }
+
+    // Coin measures its offscreen limits once per process, on the first rendering, which is
+    // where views shown before used to crash it: each order in a fresh process.
+    void firstRenderingOfAProcess_data() { renderingBesideShownViews_data(); }
+
+    void firstRenderingOfAProcess()
+    {
+        QProcess child;
+        child.setProcessChannelMode(QProcess::MergedChannels);
+        child.start(QCoreApplication::applicationFilePath(),
+                    {QStringLiteral("renderingBesideShownViews:%1").arg(QLatin1String(QTest::currentDataTag()))});
+        QVERIFY(child.waitForFinished(120000));
+        QVERIFY2(child.exitStatus() == QProcess::NormalExit && child.exitCode() == 0, child.readAll().constData());
+    }
 
     void renderedSceneIsUpright()
     {
