@@ -1,6 +1,7 @@
 #include <Vg3PolylineNode.h>
 
 #include <KbcValueRange.h>
+#include <VsdGeometry.h>
 #include <VsdPolylineSet.h>
 #include <VugColorScale.h>
 #include <VupPreferencesGraphic.h>
@@ -81,11 +82,7 @@ void Vg3PolylineNode::_build(SoSeparator* parent)
         return;
     QVector<double> xs;
     QVector<double> ys;
-    for (const QPolygonF& line : lines)
-        for (const QPointF& p : line) {
-            xs.append(p.x());
-            ys.append(p.y());
-        }
+    VsdGeometry::coordinates(lines, xs, ys);
     const KbcValueRange xRange = KbcValueRange::of(xs);
     const KbcValueRange yRange = KbcValueRange::of(ys);
     QVector<SbVec3f> points;

@@ -133,6 +133,17 @@ bool VsdGeometry::pathMeetsRegion(const QPolygonF& path, const QPolygonF& region
     return edgesCross(path, false, region);
 }
 
+void VsdGeometry::coordinates(const QVector<QPolygonF>& lines, QVector<double>& x, QVector<double>& y)
+{
+    x.clear();
+    y.clear();
+    for (const QPolygonF& line : lines)
+        for (const QPointF& p : line) {
+            x.append(p.x());
+            y.append(p.y());
+        }
+}
+
 QRectF VsdGeometry::finiteBounds(const QPolygonF& points)
 {
     double minX = HUGE_VAL, minY = HUGE_VAL, maxX = -HUGE_VAL, maxY = -HUGE_VAL;

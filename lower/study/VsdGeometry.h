@@ -30,6 +30,9 @@ public:
     static bool pathMeetsRegion(const QPolygonF& path, const QPolygonF& region);
     // The smallest rectangle holding the finite points; an empty QRectF when there is none.
     static QRectF finiteBounds(const QPolygonF& points);
+    // The x and the y of every vertex of the lines, in order: what a range over the
+    // coordinates (KbcValueRange) takes.
+    static void coordinates(const QVector<QPolygonF>& lines, QVector<double>& x, QVector<double>& y);
     static bool isFinite(const QPointF& p);
     // Every vertex finite and none undefined (KbbGlobal::D_FFFF).
     static bool isDefined(const QPolygonF& points);

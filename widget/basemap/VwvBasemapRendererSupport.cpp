@@ -99,11 +99,7 @@ QRectF framingRect(const QVector<QPolygonF>& lines)
 {
     QVector<double> xs;
     QVector<double> ys;
-    for (const QPolygonF& line : lines)
-        for (const QPointF& p : line) {
-            xs.append(p.x());
-            ys.append(p.y());
-        }
+    VsdGeometry::coordinates(lines, xs, ys);
     return KbcValueRange::framingRect(xs, ys);
 }
 
