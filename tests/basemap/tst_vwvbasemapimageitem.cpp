@@ -2,6 +2,7 @@
 // large (the kept image shown moved until the new one comes), at full quality for exports,
 // and never delivered to an item that is gone. The point renderer's picks go to its set.
 
+#include "MessageCatcher.h"
 #include <VsdPointSet.h>
 #include <VwqBasemapPlot.h>
 #include <VwqPlotZoomer.h>
@@ -201,11 +202,8 @@ private Q_SLOTS:
         QFETCH(qint64, cost);
         QFETCH(bool, standard);
         QFETCH(QString, message);
-        QStringList warnings;
-        const int sink = KbbDebug::addSink([&warnings](KbbDebug::Level level, const QString& text) {
-            if (level == KbbDebug::Level::Warning)
-                warnings << text;
-        });
+        MessageCatcher caught;
+        QStringList& warnings = caught.warnings;
         Map map;
         auto failing = std::make_shared<FailingRenderer>(cost, standard);
         map.item->setRenderer(failing);
@@ -224,7 +222,7 @@ private Q_SLOTS:
         map.item->setRenderer(std::make_shared<SquareRenderer>(qRgb(0, 0, 255)));
         map.plot.replot();
         QTRY_COMPARE(map.at(QPointF(50, 50)), qRgb(0, 0, 255));
-        KbbDebug::removeSink(sink);
+        caught.stop();
         QCOMPARE(warnings, QStringList{message});
     }
 

@@ -5,6 +5,7 @@
 // scene, the decoration switches, GPS following, axis titles, pictures of the map in
 // pixmaps, SVG and PDF, and Escape back to panning.
 
+#include "MessageCatcher.h"
 #include <KbbDebug.h>
 #include <VsdPointSet.h>
 #include <VssProject.h>
@@ -116,18 +117,15 @@ private Q_SLOTS:
 
     void anItemItCannotDrawIsReported()
     {
-        QStringList warnings;
-        const int sink = KbbDebug::addSink([&warnings](KbbDebug::Level level, const QString& text) {
-            if (level == KbbDebug::Level::Warning)
-                warnings << text;
-        });
+        MessageCatcher caught;
+        QStringList& warnings = caught.warnings;
         VugScene scene(1);
         scene.appendItem(pointsItem(QStringLiteral("x")));
         scene.appendItem(VugSceneItem(QStringLiteral("s"), QStringLiteral("Surface"), VugERendering::SURFACE));
         scene.appendItem(pointsItem(QStringLiteral("y"), QStringLiteral("missing")));
         VwvBasemapView view;
         view.setScene(&scene, _datasets.get());
-        KbbDebug::removeSink(sink);
+        caught.stop();
         QCOMPARE(titles(view), (QStringList{"X", "-", "-"}));
         QCOMPARE(warnings.size(), 2);
         QCOMPARE(warnings.first(),

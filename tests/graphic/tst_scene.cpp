@@ -3,6 +3,7 @@
 // kept in a project across closing and reopening; damaged files refused with a message
 // that names the file; values views leave out told once per dataset.
 
+#include "MessageCatcher.h"
 #include <KbbDebug.h>
 #include <KbeError.h>
 #include <KbeProgrammingError.h>
@@ -553,11 +554,8 @@ private Q_SLOTS:
     // a new selection or a reload of the same values does not tell it again.
     void leftOutValuesAreToldOnce()
     {
-        QStringList told;
-        const int sink = KbbDebug::addSink([&told](KbbDebug::Level level, const QString& text) {
-            if (level == KbbDebug::Level::Warning)
-                told << text;
-        });
+        MessageCatcher caught;
+        QStringList& told = caught.warnings;
         QTemporaryDir dir;
         const auto project = VssProject::create(dir.filePath(QStringLiteral("p")), QStringLiteral("P"));
         VugDatasetStore store(*project);
@@ -571,7 +569,7 @@ private Q_SLOTS:
         VsdGrid grid(QPointF(0, 0), 1, 1, 2, 2);
         grid.setValues({1, 2, 3, qInf()});
         QVERIFY(store.setGrid(QStringLiteral("top"), grid));
-        KbbDebug::removeSink(sink);
+        caught.stop();
         const QString end = QStringLiteral(". Colour scales and the views' frames leave them out.");
         QCOMPARE(told, (QStringList{"Dataset 'wells': in x, 1 value far outside the others (1e+30); in Porosity, 1 "
                                     "value that is not a number (NaN or infinite); in Thickness, 1 value far outside "

@@ -1,3 +1,4 @@
+#include "MessageCatcher.h"
 #include <KbbDebug.h>
 #include <KbbOrderedMap.h>
 #include <VsmModelScene.h>
@@ -126,17 +127,14 @@ private Q_SLOTS:
         collection->addObserver(&a);
         collection->addObserver(&b);
         a.throwOnSave = true;
-        QStringList errors;
-        const int sink = KbbDebug::addSink([&errors](KbbDebug::Level level, const QString& text) {
-            if (level == KbbDebug::Level::Error)
-                errors << text;
-        });
+        MessageCatcher caught;
+        QStringList& errors = caught.errors;
         QVERIFY(collection->createProject(_dir.filePath(QStringLiteral("throw")), QStringLiteral("Throw")));
         _log.clear();
         // The others save all the same, and the one who saves learns what failed.
         QString message;
         const bool saved = collection->saveProject(&message);
-        KbbDebug::removeSink(sink);
+        caught.stop();
         collection->removeObserver(&a);
         collection->removeObserver(&b);
         QVERIFY(!saved);
@@ -212,13 +210,10 @@ private Q_SLOTS:
         QVERIFY(f.open(QIODevice::WriteOnly) && f.write(bytes) == bytes.size());
         f.close();
 
-        QStringList warnings;
-        const int sink = KbbDebug::addSink([&warnings](KbbDebug::Level level, const QString& text) {
-            if (level >= KbbDebug::Level::Warning)
-                warnings << text;
-        });
+        MessageCatcher caught;
+        QStringList& warnings = caught.told;
         const bool opened = collection->openProject(folder);
-        KbbDebug::removeSink(sink);
+        caught.stop();
         QVERIFY(opened);
         QCOMPARE(warnings.size(), 1);
         QVERIFY2(warnings.first().contains(QDir::toNativeSeparators(path + ".bad")), qPrintable(warnings.first()));

@@ -4,6 +4,7 @@
 // project reopens (never written to disk), point files dropped on the map, pictures
 // exported, and damaged sample files reported while the rest of the map is drawn.
 
+#include "MessageCatcher.h"
 #include "DemoMapData.h"
 #include "DemoMapWindow.h"
 #include "DemoSession.h"
@@ -146,11 +147,8 @@ private Q_SLOTS:
         file.write(content);
         file.close();
 
-        QStringList warnings;
-        const int sink = KbbDebug::addSink([&warnings](KbbDebug::Level level, const QString& text) {
-            if (level == KbbDebug::Level::Warning)
-                warnings << text;
-        });
+        MessageCatcher caught;
+        QStringList& warnings = caught.warnings;
         VwvBasemapView* view = map()->getView();
         QMimeData data;
         data.setUrls({QUrl::fromLocalFile(path)});
@@ -162,7 +160,7 @@ private Q_SLOTS:
             QDropEvent drop(at, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
             QApplication::sendEvent(view, &drop);
         }
-        KbbDebug::removeSink(sink);
+        caught.stop();
         QCOMPARE(view->getLayerCount(), item.isEmpty() ? 3 : 4);
         if (!item.isEmpty()) {
             QCOMPARE(map()->shownItems().first(), item);
@@ -223,13 +221,10 @@ private Q_SLOTS:
         QVERIFY(damaged.open(QIODevice::WriteOnly | QIODevice::Truncate));
         damaged.write(content);
         damaged.close();
-        QStringList warnings;
-        const int sink = KbbDebug::addSink([&warnings](KbbDebug::Level level, const QString& text) {
-            if (level == KbbDebug::Level::Warning)
-                warnings << text;
-        });
+        MessageCatcher caught;
+        QStringList& warnings = caught.warnings;
         const bool opened = _demo.open();
-        KbbDebug::removeSink(sink);
+        caught.stop();
         QVERIFY(opened);
         QVERIFY2(warnings.join(QLatin1Char('\n')).contains(message), qPrintable(warnings.join(QLatin1Char('\n'))));
         // The item goes without a layer; the others are drawn.

@@ -3,6 +3,7 @@
 // system's reason) and asked about before closing, and nothing that is not a regular
 // file is ever opened.
 
+#include "MessageCatcher.h"
 #include "DemoMapData.h"
 #include "DemoMapWindow.h"
 #include "DemoSession.h"
@@ -29,8 +30,7 @@ class TestDemoProject : public QObject
 {
     Q_OBJECT
     DemoSession _demo;
-    QStringList _warnings;
-    int _sink = 0;
+    std::unique_ptr<MessageCatcher> _caught;
 
     static DemoMapWindow* map() { return DemoSession::window<DemoMapWindow>(); }
 
@@ -91,16 +91,12 @@ private Q_SLOTS:
     void init()
     {
         QVERIFY(_demo.start());
-        _warnings.clear();
-        _sink = KbbDebug::addSink([this](KbbDebug::Level level, const QString& text) {
-            if (level >= KbbDebug::Level::Warning)
-                _warnings << text;
-        });
+        _caught = std::make_unique<MessageCatcher>();
     }
 
     void cleanup()
     {
-        KbbDebug::removeSink(_sink);
+        _caught.reset();
         _demo.stop();
     }
 
@@ -120,10 +116,10 @@ private Q_SLOTS:
         bytes.replace(at, 13, "active=\"yes\"");
         write(path, bytes);
 
-        _warnings.clear();
+        _caught->clear();
         QVERIFY(_demo.open());
         QCOMPARE(map()->getView()->getLayerCount(), 2);
-        const QStringList told = _warnings.filter(QDir::toNativeSeparators(path + ".bad"));
+        const QStringList told = _caught->told.filter(QDir::toNativeSeparators(path + ".bad"));
         QCOMPARE(told.size(), 1);
         QVERIFY2(told.first().contains(QStringLiteral("neither 'true' nor 'false'")), qPrintable(told.first()));
         QVERIFY(_demo.main->closeProject());
@@ -148,8 +144,8 @@ private Q_SLOTS:
               "<windows><window-list><window class-id=\"Spreadsheet9\"/><window class-id=\"Spreadsheet9\"/>"
               "<window class-id=\"Display2D\"><field name=\"scene-id\">99</field></window></window-list></windows>");
         QVERIFY(_demo.open());
-        QCOMPARE(_warnings.filter(QStringLiteral("'Spreadsheet9'")).size(), 1);
-        QCOMPARE(_warnings.filter(QStringLiteral("'99'")).size(), 1);
+        QCOMPARE(_caught->told.filter(QStringLiteral("'Spreadsheet9'")).size(), 1);
+        QCOMPARE(_caught->told.filter(QStringLiteral("'99'")).size(), 1);
     }
 
     // Ctrl+S writes the window list too, not only closing.
@@ -220,8 +216,8 @@ private Q_SLOTS:
         QCOMPARE(mkfifo(QFile::encodeName(samples).constData(), 0600), 0);
         alarm(20);
         QVERIFY(_demo.open());
-        QVERIFY2(_warnings.join(QLatin1Char('\n')).contains(QStringLiteral("not a regular file")),
-                 qPrintable(_warnings.join(QLatin1Char('\n'))));
+        QVERIFY2(_caught->told.join(QLatin1Char('\n')).contains(QStringLiteral("not a regular file")),
+                 qPrintable(_caught->told.join(QLatin1Char('\n'))));
         QString message;
         QVERIFY(!DemoMapData::getInstance()->addPointFile(map()->getScene().getId(), samples, &message));
         alarm(0);

@@ -1,3 +1,4 @@
+#include "MessageCatcher.h"
 #include "TestWindows.h"
 
 #include <KbbDebug.h>
@@ -247,15 +248,12 @@ private Q_SLOTS:
         file.close();
         const QByteArray onDisk = readAll(path);
 
-        QStringList warnings;
-        const int sink = KbbDebug::addSink([&warnings](KbbDebug::Level level, const QString& text) {
-            if (level == KbbDebug::Level::Warning)
-                warnings << text;
-        });
+        MessageCatcher caught;
+        QStringList& warnings = caught.warnings;
         VwwReporterWindow window;
         window.appendText(QStringLiteral("left from before"));
         window.projectOpened(*project);
-        KbbDebug::removeSink(sink);
+        caught.stop();
         QVERIFY(window.isEmpty());
         QCOMPARE(warnings.size(), 1);
         QVERIFY2(warnings.first().contains(QDir::toNativeSeparators(path)), qPrintable(warnings.first()));

@@ -1,4 +1,5 @@
 #include "FakeMainWindow.h"
+#include "MessageCatcher.h"
 #include "TestWindows.h"
 
 #include <KbbDebug.h>
@@ -14,27 +15,6 @@
 #include <QLabel>
 #include <QtTest>
 #include <typeinfo>
-
-// Collects what KbbDebug prints while it lives.
-class MessageCatcher
-{
-public:
-    MessageCatcher()
-    {
-        _handle = KbbDebug::addSink([this](KbbDebug::Level level, const QString& text) {
-            if (level == KbbDebug::Level::Warning)
-                warnings << text;
-            else if (level == KbbDebug::Level::Error)
-                errors << text;
-        });
-    }
-    ~MessageCatcher() { KbbDebug::removeSink(_handle); }
-    QStringList warnings;
-    QStringList errors;
-
-private:
-    int _handle;
-};
 
 class TestWindowRegistry : public QObject
 {

@@ -1,3 +1,4 @@
+#include "MessageCatcher.h"
 #include "FakeMainWindow.h"
 #include "TestWindows.h"
 
@@ -17,8 +18,7 @@ class TestWindowsFile : public QObject
 
     QTemporaryDir _dir;
     int _count = 0;
-    QStringList _warnings;
-    int _sink = 0;
+    std::unique_ptr<MessageCatcher> _caught;
 
     QString newProject()
     {
@@ -44,15 +44,11 @@ private Q_SLOTS:
     void init()
     {
         resetWindowFramework();
-        _warnings.clear();
-        _sink = KbbDebug::addSink([this](KbbDebug::Level level, const QString& text) {
-            if (level >= KbbDebug::Level::Warning)
-                _warnings << text;
-        });
+        _caught = std::make_unique<MessageCatcher>();
     }
     void cleanup()
     {
-        KbbDebug::removeSink(_sink);
+        _caught.reset();
         resetWindowFramework();
     }
 
@@ -132,15 +128,15 @@ private Q_SLOTS:
         QVERIFY(factory->calls.contains(QStringLiteral("create3DDisplay:0")));
         QCOMPARE(main.calls.count(QStringLiteral("restore")), 1);
         if (warns) {
-            QCOMPARE(_warnings.size(), 1);
-            QVERIFY2(_warnings.first().contains(QStringLiteral("cannot be restored")), qPrintable(_warnings.first()));
-            QVERIFY(_warnings.first().contains(QStringLiteral("Field ")));
+            QCOMPARE(_caught->told.size(), 1);
+            QVERIFY2(_caught->told.first().contains(QStringLiteral("cannot be restored")), qPrintable(_caught->told.first()));
+            QVERIFY(_caught->told.first().contains(QStringLiteral("Field ")));
             QCOMPARE(readAll(windowsFile(folder) + QStringLiteral(".bad")), content);
         } else if (!dropped.isEmpty()) {
-            QCOMPARE(_warnings.size(), 1);
-            QVERIFY2(_warnings.first().contains(dropped), qPrintable(_warnings.first()));
+            QCOMPARE(_caught->told.size(), 1);
+            QVERIFY2(_caught->told.first().contains(dropped), qPrintable(_caught->told.first()));
         } else {
-            QVERIFY2(_warnings.isEmpty(), qPrintable(_warnings.join('\n')));
+            QVERIFY2(_caught->told.isEmpty(), qPrintable(_caught->told.join('\n')));
         }
 
         // Closing writes a good file in its place.
@@ -183,13 +179,13 @@ private Q_SLOTS:
         }
         VwwWindowRegistry::setWindowFactory(new TestFactory);
         QVERIFY(VssProjectCollection::getInstance()->openProject(folder));
-        QCOMPARE(_warnings.size(), 1);
+        QCOMPARE(_caught->told.size(), 1);
         if (besideBad)
-            QVERIFY2(_warnings.first().contains(QStringLiteral("windows.xml.bad.2")), qPrintable(_warnings.first()));
+            QVERIFY2(_caught->told.first().contains(QStringLiteral("windows.xml.bad.2")), qPrintable(_caught->told.first()));
         VssProject* project = VssProjectCollection::getInstance()->getCurrentProject();
         auto* map = new TestSceneWindow(VugESceneType::MAP);
         map->setScene(project->getModelScene().getIdentifier(1));
-        _warnings.clear();
+        _caught->clear();
         QVERIFY(VssProjectCollection::getInstance()->closeProject());
 
         if (fifo) {
@@ -202,8 +198,8 @@ private Q_SLOTS:
             QCOMPARE(readAll(windowsFile(folder) + QStringLiteral(".bad.2")), QByteArray("<windows><window-list>"));
             QVERIFY(readAll(windowsFile(folder)).contains("window-list"));
         } else {
-            QVERIFY2(_warnings.size() == 1 && _warnings.first().contains(QDir::toNativeSeparators(path)),
-                     qPrintable(_warnings.join('\n')));
+            QVERIFY2(_caught->told.size() == 1 && _caught->told.first().contains(QDir::toNativeSeparators(path)),
+                     qPrintable(_caught->told.join('\n')));
         }
     }
 
@@ -226,8 +222,8 @@ private Q_SLOTS:
             if (auto* display = qobject_cast<TestSceneWindow*>(entry.second.data()))
                 maps += display->getSceneType() == VugESceneType::MAP ? 1 : 0;
         QCOMPARE(maps, VwwWindowRegistry::MAX_RESTORED_WINDOWS);
-        QCOMPARE(_warnings.size(), 1);
-        QVERIFY2(_warnings.first().contains(QStringLiteral("1000")), qPrintable(_warnings.first()));
+        QCOMPARE(_caught->told.size(), 1);
+        QVERIFY2(_caught->told.first().contains(QStringLiteral("1000")), qPrintable(_caught->told.first()));
     }
 
     void aFactoryThatThrowsSkipsOnlyThatWindow()
@@ -243,7 +239,7 @@ private Q_SLOTS:
         auto* factory = new TestFactory;
         VwwWindowRegistry::setWindowFactory(factory);
         QVERIFY(VssProjectCollection::getInstance()->openProject(folder));
-        QCOMPARE(_warnings, QStringList({"Restoring window 'Throwing' failed: std::exception: cannot make it"}));
+        QCOMPARE(_caught->told, QStringList({"Restoring window 'Throwing' failed: std::exception: cannot make it"}));
         // The map after it is restored; the defaults it stands for are not made again.
         QVERIFY(!factory->calls.contains(QStringLiteral("create2DDisplay:0")));
         QVERIFY(factory->calls.contains(QStringLiteral("createReporterWindow")));
@@ -302,9 +298,9 @@ private Q_SLOTS:
         QVERIFY(closed);
         QCOMPARE(readAll(windowsFile(folder)), before);
         // The system's own reason is given.
-        QVERIFY2(!_warnings.isEmpty() && _warnings.last().contains(QStringLiteral("could not be saved"))
-                     && _warnings.last().contains(QString::fromLocal8Bit(strerror(EFBIG))),
-                 qPrintable(_warnings.join('\n')));
+        QVERIFY2(!_caught->told.isEmpty() && _caught->told.last().contains(QStringLiteral("could not be saved"))
+                     && _caught->told.last().contains(QString::fromLocal8Bit(strerror(EFBIG))),
+                 qPrintable(_caught->told.join('\n')));
         // No half-written temporary file is left beside it.
         QCOMPARE(QDir(folder + QStringLiteral("/database")).entryList(QDir::Files).filter(QStringLiteral("windows")),
                  QStringList({"windows.xml"}));
