@@ -201,6 +201,8 @@ private Q_SLOTS:
         QTest::newRow("boundary, a word") << "boundary.csv" << QByteArray("x,y\n1,2\nthree,4\n5,6\n") << 1
                                           << "boundary.csv', line 3: 'three' is not a number";
         QTest::newRow("boundary, empty") << "boundary.csv" << QByteArray() << 1 << "holds no polygon";
+        QTest::newRow("boundary, a vertex at infinity") << "boundary.csv" << QByteArray("x,y\n1,2\n3,inf\n5,6\n") << 1
+                                                        << "line 3: 'inf' is not a finite coordinate";
         QTest::newRow("grid, no header") << "thickness-grid.csv" << QByteArray("1,2\n3,4\n") << 0
                                          << "line 1: the grid header is missing";
         QTest::newRow("grid, short row")

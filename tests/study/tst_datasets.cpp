@@ -6,6 +6,7 @@
 #include <KbeError.h>
 #include <VsdGrid.h>
 #include <VsdPointSet.h>
+#include <VsdCsv.h>
 #include <VsdPointSetFile.h>
 #include <VsdPolygonSet.h>
 #include <VsdPolylineSet.h>
@@ -122,6 +123,8 @@ private Q_SLOTS:
     void gridCellsAndRefusals();
     void fileRoundTrip_data();
     void fileRoundTrip();
+    void csvNumbers_data();
+    void csvNumbers();
     void hostileFiles_data();
     void hostileFiles();
     void everyTruncationRefused();
@@ -525,6 +528,37 @@ void TestDatasets::fileRoundTrip()
     QVERIFY_EXCEPTION_THROWN(VsdPointSetFile::write(set, dir.filePath(QStringLiteral("no/such/folder")), format),
                              KbeError);
     QCOMPARE(VsdPointSetFile::read(path).variableNames(), set.variableNames());
+}
+
+// Every CSV reader reads a field so: what is no finite double is undefined, text is refused.
+void TestDatasets::csvNumbers_data()
+{
+    QTest::addColumn<QByteArray>("field");
+    QTest::addColumn<bool>("number");
+    QTest::addColumn<double>("value");
+    QTest::newRow("blanks and a plus") << QByteArray(" +2.5\t") << true << 2.5;
+    QTest::newRow("exponent") << QByteArray("-1.25e3") << true << -1250.0;
+    QTest::newRow("empty") << QByteArray("") << true << U;
+    QTest::newRow("nan") << QByteArray("nan") << true << U;
+    QTest::newRow("NaN") << QByteArray("NaN") << true << U;
+    QTest::newRow("-inf") << QByteArray("-inf") << true << U;
+    QTest::newRow("Infinity") << QByteArray("Infinity") << true << U;
+    QTest::newRow("beyond the largest double") << QByteArray("1e400") << true << U;
+    QTest::newRow("below the smallest double") << QByteArray("1e-400") << true << 0.0;
+    QTest::newRow("largest double") << QByteArray("1.7976931348623157e308") << true << 1.7976931348623157e308;
+    QTest::newRow("decimal comma") << QByteArray("1,5") << false << 0.0;
+    QTest::newRow("hexadecimal") << QByteArray("0x10") << false << 0.0;
+    QTest::newRow("word") << QByteArray("missing") << false << 0.0;
+}
+
+void TestDatasets::csvNumbers()
+{
+    QFETCH(QByteArray, field);
+    QFETCH(bool, number);
+    QFETCH(double, value);
+    double read = -7;
+    QCOMPARE(VsdCsv::parseNumber(field, read), number);
+    QCOMPARE(read, number ? value : -7.0);
 }
 
 void TestDatasets::hostileFiles_data()
