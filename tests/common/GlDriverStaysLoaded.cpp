@@ -1,9 +1,10 @@
 // Linked into every test of a sanitizer build: keeps the GL driver loaded until the process
-// ends. The driver is unloaded when the X display closes, before the leak check runs at exit;
-// what it still held then is reported as leaked from an unmapped address, which the report
-// pins on whichever library now lies near it (one of ours, as often as not), so that no
-// suppression can name it. Kept loaded, its allocations stay reachable, and the ones it really
-// loses name the driver, which tests/lsan.supp suppresses.
+// ends. Not only the GL suites load it: with a display at hand, Qt's offscreen platform makes
+// its GL contexts through GLX too. The driver is unloaded when the X display closes, before
+// the leak check runs at exit; what it still held then is reported as leaked from an unmapped
+// address, which the report pins on whichever library now lies near it (one of ours, as often
+// as not), so that no suppression can name it. Kept loaded, its allocations stay reachable,
+// and the ones it really loses name the driver, which tests/lsan.supp suppresses.
 
 #include <QCoreApplication>
 
