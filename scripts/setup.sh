@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Installs the Debian packages the library, its tests, benchmarks and demo need.
+# Installs the Debian packages the library, its tests, benchmarks, demo and CI lanes need
+# (clang and its libFuzzer runtime for the fuzz targets, llvm-symbolizer for sanitizer stacks).
 # Idempotent and non-interactive: packages already present are left alone.
 set -euo pipefail
 
@@ -10,6 +11,7 @@ packages=(
   libgl1-mesa-dri libgl1-mesa-dev libglu1-mesa-dev
   xvfb xauth x11-utils
   libbenchmark-dev
+  clang libclang-rt-14-dev llvm
   fonts-dejavu-core
 )
 

@@ -9,8 +9,4 @@ configure "$build" -DCMAKE_BUILD_TYPE=RelWithDebInfo -DVELMORA_BUILD_TESTS=ON -D
 cmake --build "$build" -j"$(nproc)"
 start_xvfb
 cd "$build"
-status=0
-# A failed test runs once more before it counts: the GL tests share a private X server,
-# which has refused a connection once mid-run. A real fault fails both times.
-ctest --output-on-failure --repeat until-pass:2 -j"$(nproc)" "$@" || status=$?
-exit $status
+run_ctest "$@"
