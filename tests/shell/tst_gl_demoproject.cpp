@@ -214,7 +214,7 @@ private Q_SLOTS:
         const QString samples = QDir(_demo.folder).filePath(QStringLiteral("data/samples.csv"));
         QVERIFY(QFile::remove(samples));
         QCOMPARE(mkfifo(QFile::encodeName(samples).constData(), 0600), 0);
-        alarm(20);
+        alarm(60);
         QVERIFY(_demo.open());
         QVERIFY2(_caught->told.join(QLatin1Char('\n')).contains(QStringLiteral("not a regular file")),
                  qPrintable(_caught->told.join(QLatin1Char('\n'))));
