@@ -25,6 +25,12 @@ inline bool near(QRgb actual, const QColor& expected, int tolerance = kTolerance
     return near(actual, expected.rgb(), tolerance);
 }
 
+// Qt::white would otherwise convert to the QRgb 3, not to white.
+inline bool near(QRgb actual, Qt::GlobalColor expected, int tolerance = kTolerance)
+{
+    return near(actual, QColor(expected).rgb(), tolerance);
+}
+
 // How many pixels satisfy the test.
 inline int count(const QImage& image, const std::function<bool(QRgb)>& test)
 {
