@@ -4,6 +4,8 @@
 // renderer would see them), holes in grids, and bad data refused with a warning. Also the legend's ticks and readable labels, and the
 // overlays' visibility.
 
+#include "ImageChecks.h"
+#include "InventorScenes.h"
 #include <Vg3Annotation.h>
 #include <Vg3ColorLegend.h>
 #include <Vg3GridSurfaceNode.h>
@@ -22,15 +24,13 @@
 #include <Inventor/SoPrimitiveVertex.h>
 #include <Inventor/actions/SoCallbackAction.h>
 #include <Inventor/nodes/SoNormal.h>
-#include <Inventor/nodes/SoScale.h>
-#include <Inventor/nodes/SoSeparator.h>
 #include <Inventor/nodes/SoSwitch.h>
-#include <Inventor/nodes/SoText2.h>
-#include <Inventor/actions/SoSearchAction.h>
 
-#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QtTest>
+
+using InventorScenes::find;
+using InventorScenes::texts;
 
 namespace {
 
@@ -97,10 +97,10 @@ Drawn draw(SoNode* root)
     return drawn;
 }
 
-bool near(QRgb a, QRgb b, int tolerance = 1)
+// Colours as the callback action reads them back: rounded once.
+bool near(QRgb a, QRgb b)
 {
-    return qAbs(qRed(a) - qRed(b)) <= tolerance && qAbs(qGreen(a) - qGreen(b)) <= tolerance &&
-           qAbs(qBlue(a) - qBlue(b)) <= tolerance;
+    return ImageChecks::near(a, b, 1);
 }
 
 VugColorScale rainbow(double min, double max)
@@ -120,15 +120,6 @@ VsdGrid smallGrid(const QVector<QPoint>& undefinedNodes)
     for (const QPoint& p : undefinedNodes)
         grid.setValue(p.x(), p.y(), U);
     return grid;
-}
-
-SoNode* find(SoNode* root, SoType type)
-{
-    SoSearchAction search;
-    search.setType(type);
-    search.setInterest(SoSearchAction::FIRST);
-    search.apply(root);
-    return search.getPath() ? search.getPath()->getTail() : nullptr;
 }
 
 } // namespace
@@ -382,7 +373,7 @@ private Q_SLOTS:
             grid.setValue(1, 1, KbbGlobal::D_FFFF);
         Vg3GridSurfaceNode surface(QStringLiteral("slope"));
         surface.setData(grid, rainbow(0, 3));
-        auto* normal = static_cast<SoNormal*>(find(surface.getRoot(), SoNormal::getClassTypeId()));
+        auto* normal = find<SoNormal>(surface.getRoot());
         QVERIFY(normal);
         QCOMPARE(normal->vector.getNum(), 12);
         const SbVec3f expected(-float(M_SQRT1_2), 0.0f, float(M_SQRT1_2));
@@ -489,23 +480,14 @@ private Q_SLOTS:
         for (int i = 0; i < ticks.size(); ++i)
             QVERIFY(qAbs(legend.getTickValues()[i] - ticks[i]) < 1e-9 * qMax(1.0, qAbs(ticks[i])));
         // The labels a user reads are the ones drawn.
-        QStringList drawnTexts;
-        SoSearchAction search;
-        search.setType(SoText2::getClassTypeId());
-        search.setInterest(SoSearchAction::ALL);
-        search.setSearchingAll(true);
-        search.apply(legend.getRoot());
-        for (int i = 0; i < search.getPaths().getLength(); ++i)
-            drawnTexts << QString::fromUtf8(
-                static_cast<SoText2*>(search.getPaths()[i]->getTail())->string[0].getString());
         if (!labels.isEmpty())
-            QCOMPARE(drawnTexts, labels + QStringList{"Porosity"});
+            QCOMPARE(texts(legend.getRoot()), labels + QStringList{"Porosity"});
     }
 
     void legendRefusesBadInputKeepingItsState()
     {
         Vg3ColorLegend legend(Qt::black, Qt::white);
-        auto visibility = static_cast<SoSwitch*>(find(legend.getRoot(), SoSwitch::getClassTypeId()));
+        auto visibility = find<SoSwitch>(legend.getRoot());
         QVERIFY(visibility);
         QCOMPARE(visibility->whichChild.getValue(), SO_SWITCH_NONE);
         legend.setColorScale(rainbow(0, 1), QStringLiteral("Net to gross"), KbbStringFormat(), false);
@@ -556,19 +538,9 @@ private Q_SLOTS:
         annotation.setText(text);
         annotation.setPosition(Vg3Annotation::AnnotationPosition(position));
         annotation.setVisible(visible);
-        auto visibility = static_cast<SoSwitch*>(find(annotation.getRoot(), SoSwitch::getClassTypeId()));
-        QCOMPARE(visibility->whichChild.getValue(), shown ? 0 : SO_SWITCH_NONE);
-        SoSearchAction search;
-        search.setType(SoText2::getClassTypeId());
-        search.setSearchingAll(true);
-        search.apply(annotation.getRoot());
-        QVERIFY(search.getPath());
-        auto text2 = static_cast<SoText2*>(search.getPath()->getTail());
-        QStringList drawnLines;
-        for (int i = 0; i < text2->string.getNum(); ++i)
-            drawnLines << QString::fromUtf8(text2->string[i].getString());
-        QCOMPARE(drawnLines, lines);
-        QCOMPARE(int(text2->justification.getValue()), justification);
+        QCOMPARE(texts(annotation.getRoot()), shown ? lines : QStringList());
+        QCOMPARE(texts(annotation.getRoot(), true), lines);
+        QCOMPARE(int(find<SoText2>(annotation.getRoot())->justification.getValue()), justification);
 
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression("Vg3Annotation::setPosition: 9 is not a position"));
         annotation.setPosition(Vg3Annotation::AnnotationPosition(9));

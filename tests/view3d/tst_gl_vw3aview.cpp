@@ -2,6 +2,8 @@
 // camera moves by keys and look-at, activation among views, image and file export, and
 // the render-format check.
 
+#include "ImageChecks.h"
+#include "InventorScenes.h"
 #include <KbbGlobal.h>
 #include <KbbStringFormat.h>
 #include <KbdVariable.h>
@@ -17,21 +19,12 @@
 
 #include <Inventor/SoDB.h>
 #include <Inventor/SoInput.h>
-#include <Inventor/events/SoMouseButtonEvent.h>
-#include <Inventor/events/SoLocation2Event.h>
 #include <Inventor/events/SoKeyboardEvent.h>
-#include <Inventor/actions/SoSearchAction.h>
-#include <Inventor/nodes/SoBaseColor.h>
-#include <Inventor/nodes/SoCamera.h>
-#include <Inventor/nodes/SoCube.h>
+#include <Inventor/events/SoLocation2Event.h>
+#include <Inventor/events/SoMouseButtonEvent.h>
 #include <Inventor/nodes/SoEventCallback.h>
-#include <Inventor/nodes/SoLightModel.h>
-#include <Inventor/nodes/SoOrthographicCamera.h>
 #include <Inventor/nodes/SoPerspectiveCamera.h>
-#include <Inventor/nodes/SoSeparator.h>
 #include <Inventor/nodes/SoSwitch.h>
-#include <Inventor/nodes/SoText2.h>
-#include <Inventor/nodes/SoTranslation.h>
 
 #include <QAction>
 #include <QApplication>
@@ -47,53 +40,25 @@ Q_DECLARE_METATYPE(Vg3ANode*)
 
 namespace {
 
+using namespace InventorScenes;
+
 // A cube of one flat colour (no lighting), so that pixels can be compared.
 class CubeNode : public Vg3ANode
 {
 public:
     CubeNode(const QString& name, const SbVec3f& center, float size, const QColor& color)
         : Vg3ANode(name)
-        , _center(center)
-        , _size(size)
-        , _color(color)
+        , _cube(hold(separator({unlit(), flatBox(center, SbVec3f(size, size, size), sb(color))})))
     {
         rebuild();
     }
 
 protected:
-    void _build(SoSeparator* parent) override
-    {
-        auto light = new SoLightModel;
-        light->model = SoLightModel::BASE_COLOR;
-        parent->addChild(light);
-        auto color = new SoBaseColor;
-        color->rgb.setValue(float(_color.redF()), float(_color.greenF()), float(_color.blueF()));
-        parent->addChild(color);
-        auto translation = new SoTranslation;
-        translation->translation = _center;
-        parent->addChild(translation);
-        auto cube = new SoCube;
-        cube->width = cube->height = cube->depth = _size;
-        parent->addChild(cube);
-    }
+    void _build(SoSeparator* parent) override { parent->addChild(_cube.get()); }
 
 private:
-    SbVec3f _center;
-    float _size;
-    QColor _color;
+    Held<SoSeparator> _cube;
 };
-
-SoNode* findByName(SoNode* root, const char* name)
-{
-    SoSearchAction search;
-    search.setName(SbName(name));
-    search.setInterest(SoSearchAction::FIRST);
-    search.setSearchingAll(true);
-    search.apply(root);
-    return search.getPath() ? search.getPath()->getTail() : nullptr;
-}
-
-SoNode* findByName(SoNode* root, const QByteArray& name) { return findByName(root, name.constData()); }
 
 SbVec3f viewDirection(const Vw3AView& view)
 {
@@ -110,589 +75,7 @@ SbVec3f focalPoint(const Vw3AView& view)
     return camera->position.getValue() + direction * camera->focalDistance.getValue();
 }
 
-bool closeColor(QRgb a, const QColor& b, int tolerance = 6)
-{
-    return std::abs(qRed(a) - b.red()) <= tolerance && std::abs(qGreen(a) - b.green()) <= tolerance &&
-           std::abs(qBlue(a) - b.blue()) <= tolerance;
-}
-
 } // namespace
-
-class TestVw3AView : public QObject
-{
-    Q_OBJECT
-
-private:
-    std::unique_ptr<Vw3ExaminerView> makeView()
-    {
-        std::unique_ptr<Vw3ExaminerView> view(new Vw3ExaminerView);
-        view->resize(240, 200);
-        return view;
-    }
-    static bool showAndWait(Vw3AView& view)
-    {
-        view.show();
-        if (!QTest::qWaitForWindowExposed(&view))
-            return false;
-        Vw3RenderAreaQWindow* area = view.getViewer()->getRenderArea();
-        return QTest::qWaitFor([area] { return area->isInitialized(); });
-    }
-
-private Q_SLOTS:
-    void initTestCase() { qRegisterMetaType<Vg3ANode*>(); }
-    void sceneGraphNames_data();
-    void sceneGraphNames();
-    void notificationShowsOnlyInFullScreen();
-    void nodesAreWrappedHiddenAndRemoved();
-    void lookAtBeforeShowIsPerformedOnceShown();
-    void cameraStateBeforeShowIsKept();
-    void activation_data();
-    void activation();
-    void keyShortcutsMoveTheCamera_data();
-    void keyShortcutsMoveTheCamera();
-    void projectionKeys();
-    void actionTexts_data();
-    void actionTexts();
-    void savedImageShowsTheScene();
-    void clipboardGetsTheImage();
-    void ivFileReadsBack();
-    void imageFailures();
-    void renderFormatCheck_data();
-    void renderFormatCheck();
-    void legendFollowsAvailabilityAndAction();
-    void decorationsShowInTheirCorners_data();
-    void decorationsShowInTheirCorners();
-    void legendFromAVariable_data();
-    void legendFromAVariable();
-    void pickHandlerTakesInputWhileOnTop();
-};
-
-void TestVw3AView::sceneGraphNames_data()
-{
-    QTest::addColumn<QByteArray>("name");
-    QTest::addColumn<QByteArray>("parent");
-    QTest::addColumn<int>("index");
-
-    QTest::newRow("shortcuts first under the root") << QByteArray("vw3aview_shortcuts") << QByteArray("vw3aview_root") << 0;
-    QTest::newRow("slots second") << QByteArray("vw3aview_inventor_slots") << QByteArray("vw3aview_root") << 1;
-    QTest::newRow("bbox caching after the legend") << QByteArray("vw3aview_bbox_caching") << QByteArray("vw3aview_root")
-                                                  << 3;
-    QTest::newRow("traversal callback first in the caching")
-        << QByteArray("vw3aview_traversable_callback") << QByteArray("vw3aview_bbox_caching") << 0;
-    QTest::newRow("scene root after the callback")
-        << QByteArray("vw3aview_scene_root") << QByteArray("vw3aview_bbox_caching") << 1;
-    QTest::newRow("tools root under the root") << QByteArray("vw3aview_tools_root") << QByteArray("vw3aview_root") << -2;
-    QTest::newRow("view root under the viewer root")
-        << QByteArray("vw3aview_root") << QByteArray("vw3_oiv_viewer_root") << -2;
-    QTest::newRow("notification switch under the viewer root")
-        << QByteArray("notification_message_switch") << QByteArray("vw3_oiv_viewer_root") << -2;
-    QTest::newRow("notification sep under its switch")
-        << QByteArray("notification_message_sep") << QByteArray("notification_message_switch") << 0;
-}
-
-void TestVw3AView::sceneGraphNames()
-{
-    QFETCH(QByteArray, name);
-    QFETCH(QByteArray, parent);
-    QFETCH(int, index);
-    auto view = makeView();
-    SoNode* viewerRoot = view->getViewer()->getRoot();
-    QCOMPARE(viewerRoot->getName().getString(), "vw3_oiv_viewer_root");
-    SoNode* node = findByName(viewerRoot, name.constData());
-    QVERIFY2(node, name.constData());
-    auto group = dynamic_cast<SoGroup*>(findByName(viewerRoot, parent.constData()));
-    QVERIFY2(group, parent.constData());
-    const int found = group->findChild(node);
-    QVERIFY(found >= 0);
-    if (index >= 0)
-        QCOMPARE(found, index);
-
-    // The seek target always closes the view's root; the event callback listens to keys.
-    SoSeparator* root = view->getRoot();
-    QCOMPARE(root->getNumChildren() > 5, true);
-    QCOMPARE(root->getChild(root->getNumChildren() - 1)->getName().getString(), "vw3seekinfo_target");
-    QVERIFY(root->getChild(0)->isOfType(SoEventCallback::getClassTypeId()));
-}
-
-void TestVw3AView::notificationShowsOnlyInFullScreen()
-{
-    auto view = makeView();
-    auto notification = static_cast<SoSwitch*>(findByName(view->getViewer()->getRoot(), "notification_message_switch"));
-    QVERIFY(notification);
-    QCOMPARE(notification->whichChild.getValue(), SO_SWITCH_NONE);
-    SoSearchAction search;
-    search.setType(SoText2::getClassTypeId());
-    search.setSearchingAll(true);
-    search.apply(notification);
-    QVERIFY(search.getPath());
-    auto text2 = static_cast<SoText2*>(search.getPath()->getTail());
-    QCOMPARE(QString::fromUtf8(text2->string[0].getString()),
-             QStringLiteral("Press \"Alt + Return\" to exit fullscreen mode"));
-
-    view->setFullScreen(true);
-    QCOMPARE(notification->whichChild.getValue(), 0);
-    QVERIFY(view->getAction(Vw3AView::FULLSCREEN)->isChecked());
-    view->setFullScreen(false);
-    QCOMPARE(notification->whichChild.getValue(), SO_SWITCH_NONE);
-    QVERIFY(!view->getAction(Vw3AView::FULLSCREEN)->isChecked());
-}
-
-void TestVw3AView::nodesAreWrappedHiddenAndRemoved()
-{
-    auto view = makeView();
-    CubeNode cube(QStringLiteral("Red cube"), SbVec3f(0, 0, 0), 1.0f, Qt::red);
-    const QByteArray inv = cube.getInventorName().toLatin1();
-    QSignalSpy added(view.get(), &Vw3AView::nodeAdded);
-    QSignalSpy removed(view.get(), &Vw3AView::nodeRemoved);
-
-    view->addNode(&cube);
-    QCOMPARE(added.count(), 1);
-    QCOMPARE(added.at(0).at(1).value<Vg3ANode*>(), static_cast<Vg3ANode*>(&cube));
-    SoSeparator* root = view->getRoot();
-    auto visibility = dynamic_cast<SoSwitch*>(findByName(root, "visibility_switch_for_" + inv));
-    QVERIFY(visibility);
-    QVERIFY(findByName(root, "pick_style_sep_for_" + inv));
-    auto pickable = dynamic_cast<SoSwitch*>(findByName(root, "pickable_switch_for_" + inv));
-    QVERIFY(pickable);
-    QVERIFY(findByName(findByName(root, "vw3aview_scene_root"), "visibility_switch_for_" + inv));
-    QCOMPARE(visibility->whichChild.getValue(), 0);
-    QVERIFY(!view->getBoundingBox().isEmpty());
-
-    view->setNodeVisibility(&cube, false);
-    QCOMPARE(visibility->whichChild.getValue(), SO_SWITCH_NONE);
-    QVERIFY(!view->isNodeVisible(&cube));
-    QCOMPARE(view->getVisibleNodesCount(), 0);
-    QCOMPARE(findByName(root, "visibility_switch_for_" + inv), static_cast<SoNode*>(visibility));
-    QVERIFY(view->getBoundingBox().isEmpty());
-    view->setNodeVisibility(&cube, true);
-    QCOMPARE(visibility->whichChild.getValue(), 0);
-    QCOMPARE(view->getVisibleNodesCount(), 1);
-
-    view->setNodePickable(&cube, false);
-    QCOMPARE(pickable->whichChild.getValue(), 1);
-    view->setNodePickable(&cube, true);
-    QCOMPARE(pickable->whichChild.getValue(), 0);
-
-    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("Vw3AView::addNode: .*already"));
-    view->addNode(&cube);
-    QCOMPARE(added.count(), 1);
-
-    view->removeNode(&cube);
-    QCOMPARE(removed.count(), 1);
-    QVERIFY(!findByName(root, "visibility_switch_for_" + inv));
-    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("Vw3AView::removeNode: "));
-    view->removeNode(&cube);
-    QCOMPARE(removed.count(), 1);
-}
-
-void TestVw3AView::lookAtBeforeShowIsPerformedOnceShown()
-{
-    auto view = makeView();
-    CubeNode far(QStringLiteral("far"), SbVec3f(100, 200, 50), 10.0f, Qt::green);
-    CubeNode origin(QStringLiteral("origin"), SbVec3f(0, 0, 0), 10.0f, Qt::blue);
-    view->addNode(&far);
-    view->addNode(&origin);
-    view->lookAt(KbgBox(KbgVector3D(95, 195, 45), KbgVector3D(105, 205, 55)), 0.0f);
-    QVERIFY(showAndWait(*view));
-    QTRY_VERIFY((focalPoint(*view) - SbVec3f(100, 200, 50)).length() < 0.5f);
-    // Framed: the box fills a good part of the view but is not cut.
-    const float distance = (view->getSceneInteractor()->getCamera()->position.getValue() - SbVec3f(100, 200, 50)).length();
-    QVERIFY2(distance > 8.0f && distance < 60.0f, qPrintable(QString::number(distance)));
-}
-
-// A window restored with its project sets the camera before its view is first shown: the
-// first show's framing must not replace it.
-void TestVw3AView::cameraStateBeforeShowIsKept()
-{
-    auto view = makeView();
-    CubeNode cube(QStringLiteral("cube"), SbVec3f(0, 0, 0), 10.0f, Qt::blue);
-    view->addNode(&cube);
-    Vug::CameraState state;
-    QVERIFY(Vug::CameraState::fromString(QStringLiteral("300 -40 25 0 0 1 0 250 0.785398 persp"), state));
-    view->setCameraState(state);
-    QVERIFY(showAndWait(*view));
-    QTRY_VERIFY(view->isInitialized());
-    const Vug::CameraState shown = view->getCameraState();
-    QVERIFY2(std::abs(shown.position[0] - 300) < 1e-3 && std::abs(shown.position[2] - 25) < 1e-3,
-             qPrintable(shown.toString()));
-}
-
-void TestVw3AView::activation_data()
-{
-    QTest::addColumn<bool>("always");
-    QTest::addColumn<int>("clicks");
-    QTest::addColumn<int>("expectedSignals");
-
-    QTest::newRow("first click activates") << false << 1 << 1;
-    QTest::newRow("second click emits nothing more") << false << 2 << 1;
-    QTest::newRow("always activated emits nothing") << true << 2 << 0;
-}
-
-void TestVw3AView::activation()
-{
-    QFETCH(bool, always);
-    QFETCH(int, clicks);
-    QFETCH(int, expectedSignals);
-    auto view = makeView();
-    view->setViewRef(QStringLiteral("view-7"));
-    view->setAlwaysActivated(always);
-    QVERIFY(showAndWait(*view));
-    QSignalSpy spy(view.get(), &Vw3AView::viewActivated);
-    Vw3RenderAreaQWindow* area = view->getViewer()->getRenderArea();
-    for (int i = 0; i < clicks; ++i)
-        QTest::mouseClick(area, Qt::LeftButton, Qt::NoModifier, QPoint(50, 50));
-    QCOMPARE(spy.count(), expectedSignals);
-    if (expectedSignals > 0) {
-        QCOMPARE(spy.at(0).at(0).toBool(), true);
-        QCOMPARE(spy.at(0).at(1).toString(), QStringLiteral("view-7"));
-        QVERIFY(view->isActivated());
-    }
-    QVERIFY(area->isActivated());
-
-    // The same state twice: nothing the second time.
-    spy.clear();
-    view->setActivated(false);
-    view->setActivated(false);
-    QCOMPARE(spy.count(), always ? 0 : 1);
-}
-
-void TestVw3AView::keyShortcutsMoveTheCamera_data()
-{
-    QTest::addColumn<int>("key");
-    QTest::addColumn<float>("dx");
-    QTest::addColumn<float>("dy");
-    QTest::addColumn<float>("dz");
-
-    QTest::newRow("U looks down") << int(Qt::Key_U) << 0.f << 0.f << -1.f;
-    QTest::newRow("D looks up") << int(Qt::Key_D) << 0.f << 0.f << 1.f;
-    QTest::newRow("E looks west from the east") << int(Qt::Key_E) << -1.f << 0.f << 0.f;
-    QTest::newRow("W looks east from the west") << int(Qt::Key_W) << 1.f << 0.f << 0.f;
-    QTest::newRow("N looks south from the north") << int(Qt::Key_N) << 0.f << -1.f << 0.f;
-    QTest::newRow("S looks north from the south") << int(Qt::Key_S) << 0.f << 1.f << 0.f;
-}
-
-void TestVw3AView::keyShortcutsMoveTheCamera()
-{
-    QFETCH(int, key);
-    QFETCH(float, dx);
-    QFETCH(float, dy);
-    QFETCH(float, dz);
-    auto view = makeView();
-    CubeNode cube(QStringLiteral("cube"), SbVec3f(10, 20, 30), 4.0f, Qt::red);
-    view->addNode(&cube);
-    view->setAlwaysActivated(true);
-    QVERIFY(showAndWait(*view));
-    // Start from an oblique camera, so every preset is a real move.
-    Vug::CameraState oblique = view->getCameraState();
-    oblique.axis[0] = 1.0;
-    oblique.axis[1] = 1.0;
-    oblique.axis[2] = 0.3;
-    oblique.angle = 0.7;
-    view->setCameraState(oblique);
-    QSignalSpy changed(view.get(), &Vw3AView::cameraChanged);
-
-    QTest::keyClick(view->getViewer()->getRenderArea(), Qt::Key(key));
-    const SbVec3f direction = viewDirection(*view);
-    QVERIFY2((direction - SbVec3f(dx, dy, dz)).length() < 1e-3f,
-             qPrintable(QStringLiteral("%1 %2 %3").arg(direction[0]).arg(direction[1]).arg(direction[2])));
-    QVERIFY(changed.count() >= 1);
-
-    // Home frames the scene from there.
-    QTest::keyClick(view->getViewer()->getRenderArea(), Qt::Key_Home);
-    QVERIFY((focalPoint(*view) - SbVec3f(10, 20, 30)).length() < 0.5f);
-}
-
-void TestVw3AView::projectionKeys()
-{
-    auto view = makeView();
-    view->setAlwaysActivated(true);
-    QVERIFY(showAndWait(*view));
-    Vw3RenderAreaQWindow* area = view->getViewer()->getRenderArea();
-    QTest::keyClick(area, Qt::Key_O);
-    QCOMPARE(view->getSceneInteractor()->getProjectionType(), Vg3SceneInteractor::ORTHOGRAPHIC);
-    QVERIFY(view->getSceneInteractor()->getCamera()->isOfType(SoOrthographicCamera::getClassTypeId()));
-    QTest::keyClick(area, Qt::Key_P);
-    QCOMPARE(view->getSceneInteractor()->getProjectionType(), Vg3SceneInteractor::PERSPECTIVE);
-    view->getAction(Vw3AView::PROJECTION)->trigger();
-    QCOMPARE(view->getSceneInteractor()->getProjectionType(), Vg3SceneInteractor::ORTHOGRAPHIC);
-}
-
-void TestVw3AView::actionTexts_data()
-{
-    QTest::addColumn<int>("action");
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("toolTip");
-
-    QTest::newRow("view all") << int(Vw3AView::VIEW_ALL) << "View all" << "View all (Home)";
-    QTest::newRow("top") << int(Vw3AView::VIEW_TOP) << "View from top (U)" << "";
-    QTest::newRow("south") << int(Vw3AView::VIEW_SOUTH) << "View from south (S)" << "";
-    QTest::newRow("projection") << int(Vw3AView::PROJECTION) << "Perspective / Orthographic Projection"
-                                << "Perspective / Orthographic Projection (P / O)";
-    QTest::newRow("fullscreen") << int(Vw3AView::FULLSCREEN) << "Fullscreen"
-                                << "Toggle between windowed and fullscreen modes";
-    QTest::newRow("section view") << int(Vw3AView::SECTION_VIEW) << "View from section" << "View from section (L)";
-    QTest::newRow("iv file") << int(Vw3AView::SAVE_IV_FILE) << "Save scene as an IV file" << "";
-    QTest::newRow("report") << int(Vw3AView::REPORT) << "Send to report." << "Send 3D view to report";
-    QTest::newRow("image") << int(Vw3AView::IMAGE) << "Save as image" << "Save the scene into an image file";
-    QTest::newRow("legend") << int(Vw3AView::LEGEND) << "Show/hide colormap legend" << "Show/hide colormap legend...";
-    QTest::newRow("knife") << int(Vw3AView::KNIFE) << "Knife mode" << "Knife mode (C)";
-    QTest::newRow("points from picking") << int(Vw3AView::POINTS_FROM_PICKING) << "Set points from picking"
-                                         << "Set points from picking.";
-}
-
-void TestVw3AView::actionTexts()
-{
-    QFETCH(int, action);
-    QFETCH(QString, text);
-    QFETCH(QString, toolTip);
-    auto view = makeView();
-    QAction* a = view->getAction(Vw3AView::Action(action));
-    QVERIFY(a);
-    QCOMPARE(a->text(), text);
-    if (!toolTip.isEmpty())
-        QCOMPARE(a->toolTip(), toolTip);
-}
-
-void TestVw3AView::savedImageShowsTheScene()
-{
-    auto view = makeView();
-    view->setWhiteBackground(true);
-    CubeNode cube(QStringLiteral("cube"), SbVec3f(0, 0, 0), 2.0f, QColor(220, 30, 40));
-    view->addNode(&cube);
-    view->toggleAxes(false);
-    view->toggleGnomon(false);
-    view->toggleCompass(false);
-    QVERIFY(showAndWait(*view));
-    view->viewAll();
-    QTemporaryDir dir;
-    const QString path = dir.filePath(QStringLiteral("view.png"));
-    QVERIFY(view->saveImage(path));
-    QImage image(path);
-    QVERIFY(!image.isNull());
-    QVERIFY(image.width() > 100);
-    const QRgb centre = image.pixel(image.width() / 2, image.height() / 2);
-    QVERIFY2(closeColor(centre, QColor(220, 30, 40)), qPrintable(QColor(centre).name()));
-    QVERIFY(closeColor(image.pixel(2, 2), Qt::white));
-
-    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("File system full or write protected"));
-    QVERIFY(!view->saveImage(dir.filePath(QStringLiteral("missing/folder/view.png"))));
-}
-
-void TestVw3AView::clipboardGetsTheImage()
-{
-    auto view = makeView();
-    CubeNode cube(QStringLiteral("cube"), SbVec3f(0, 0, 0), 2.0f, QColor(30, 200, 40));
-    view->addNode(&cube);
-    QVERIFY(showAndWait(*view));
-    view->viewAll();
-    QVERIFY(view->copyToClipboard());
-    const QImage image = QApplication::clipboard()->image();
-    QVERIFY(!image.isNull());
-    QVERIFY(closeColor(image.pixel(image.width() / 2, image.height() / 2), QColor(30, 200, 40)));
-}
-
-void TestVw3AView::ivFileReadsBack()
-{
-    auto view = makeView();
-    CubeNode cube(QStringLiteral("cube"), SbVec3f(0, 0, 0), 2.0f, Qt::red);
-    view->addNode(&cube);
-    QTemporaryDir dir;
-    const QString path = dir.filePath(QStringLiteral("scene.iv"));
-    QVERIFY(view->saveToIvFile(path));
-    SoInput input;
-    QVERIFY(input.openFile(QFile::encodeName(path).constData()));
-    SoSeparator* read = SoDB::readAll(&input);
-    QVERIFY(read);
-    read->ref();
-    QVERIFY(findByName(read, "vw3aview_scene_root"));
-    QVERIFY(findByName(read, ("visibility_switch_for_" + cube.getInventorName()).toLatin1().constData()));
-    read->unref();
-
-    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("Vw3AView::saveToIvFile: cannot write"));
-    QVERIFY(!view->saveToIvFile(dir.filePath(QStringLiteral("no/such/dir/scene.iv"))));
-}
-
-void TestVw3AView::imageFailures()
-{
-    auto view = makeView();
-    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("Cannot get image, render area is not initialized\\."));
-    QVERIFY(view->getImage(64, 64).isNull());
-
-    QVERIFY(showAndWait(*view));
-    QVERIFY(!view->getImage(64, 48).isNull());
-    view->hide();
-    QTRY_VERIFY(!view->getViewer()->getRenderArea()->isExposed());
-    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("Viewer is not ready for offscreen rendering"));
-    QVERIFY(view->getImage(64, 48).isNull());
-    view->setupForOffscreenRendering(true);
-    const QImage image = view->getImage(64, 48);
-    QCOMPARE(image.size(), QSize(64, 48));
-
-    // A view never shown draws once set up for offscreen rendering.
-    auto offscreen = makeView();
-    offscreen->setupForOffscreenRendering(true);
-    QCOMPARE(offscreen->getImage(32, 32).size(), QSize(32, 32));
-}
-
-void TestVw3AView::renderFormatCheck_data()
-{
-    QTest::addColumn<QSurfaceFormat>("format");
-    QTest::addColumn<bool>("direct");
-    QTest::addColumn<QStringList>("failures");
-
-    const QSurfaceFormat good = Vw3OivViewer::requestedRenderFormat();
-    QTest::newRow("as requested") << good << true << QStringList();
-    QSurfaceFormat f = good;
-    f.setProfile(QSurfaceFormat::CoreProfile);
-    QTest::newRow("core profile") << f << true << QStringList{"Wrong profile"};
-    f = good;
-    f.setSwapBehavior(QSurfaceFormat::SingleBuffer);
-    QTest::newRow("single buffer") << f << true << QStringList{"No double buffer"};
-    f = good;
-    f.setAlphaBufferSize(0);
-    QTest::newRow("no alpha") << f << true << QStringList{"No alpha buffer", "Alpha buffer size < 8"};
-    f = good;
-    f.setDepthBufferSize(16);
-    QTest::newRow("shallow depth") << f << true << QStringList{"Depth buffer size < 24"};
-    f = good;
-    f.setDepthBufferSize(0);
-    QTest::newRow("no depth") << f << true << QStringList{"No depth buffer", "Depth buffer size < 24"};
-    QTest::newRow("indirect") << good << false << QStringList{"No direct rendering"};
-    f = good;
-    f.setStencilBufferSize(0);
-    QTest::newRow("no stencil") << f << true << QStringList{"No stencil buffer", "Stencil buffer size < 8"};
-    f = good;
-    f.setRedBufferSize(5);
-    f.setBlueBufferSize(5);
-    f.setGreenBufferSize(6);
-    QTest::newRow("16-bit colour") << f << true
-                                   << QStringList{"Red buffer size < 8", "Green buffer size < 8", "Blue buffer size < 8"};
-    f = good;
-    f.setSwapInterval(0);
-    QTest::newRow("no vsync") << f << true << QStringList{"No vertical synchronization"};
-    f = good;
-    f.setProfile(QSurfaceFormat::CoreProfile);
-    f.setSwapInterval(0);
-    QTest::newRow("two failures in order") << f << false
-                                           << QStringList{"Wrong profile", "No direct rendering",
-                                                          "No vertical synchronization"};
-}
-
-void TestVw3AView::renderFormatCheck()
-{
-    QFETCH(QSurfaceFormat, format);
-    QFETCH(bool, direct);
-    QFETCH(QStringList, failures);
-    const QStringList found = Vw3OivViewer::compareRenderFormat(format, direct);
-    QCOMPARE(found, failures);
-    const QString report = Vw3OivViewer::renderFormatReport(found);
-    QVERIFY(report.startsWith(QStringLiteral("OpenGL pixel format check : ")));
-    QCOMPARE(report.contains(QStringLiteral("OK")), failures.isEmpty());
-    QCOMPARE(report.contains(QStringLiteral("Failed")), !failures.isEmpty());
-    for (const QString& text : failures)
-        QVERIFY(report.contains(text));
-}
-
-void TestVw3AView::legendFollowsAvailabilityAndAction()
-{
-    auto view = makeView();
-    QAction* legend = view->getAction(Vw3AView::LEGEND);
-    QVERIFY(!legend->isEnabled());
-    QVERIFY(!view->isLegendShown());
-    VugColorScale scale;
-    view->setLegend(scale, QStringLiteral("Porosity"), KbbStringFormat());
-    view->setLegendEnabled(true);
-    QVERIFY(legend->isEnabled());
-    QVERIFY(legend->isChecked());
-    QVERIFY(view->isLegendShown());
-    legend->trigger();
-    QVERIFY(!view->isLegendShown());
-    legend->trigger();
-    QVERIFY(view->isLegendShown());
-    view->invalidateLegend();
-    QVERIFY(!view->isLegendShown());
-    QVERIFY(!legend->isEnabled());
-}
-
-
-void TestVw3AView::decorationsShowInTheirCorners_data()
-{
-    QTest::addColumn<bool>("gnomon");
-    QTest::addColumn<bool>("compass");
-    QTest::newRow("none") << false << false;
-    QTest::newRow("gnomon") << true << false;
-    QTest::newRow("compass") << false << true;
-    QTest::newRow("both") << true << true;
-}
-
-// Counts the pixels of a corner that are not the plain white background.
-static int markedPixels(const QImage& image, bool left, bool top)
-{
-    const int w = image.width() / 3;
-    const int h = image.height() / 3;
-    const int x0 = left ? 0 : image.width() - w;
-    const int y0 = top ? 0 : image.height() - h;
-    int count = 0;
-    for (int y = y0; y < y0 + h; ++y)
-        for (int x = x0; x < x0 + w; ++x)
-            count += closeColor(image.pixel(x, y), Qt::white, 24) ? 0 : 1;
-    return count;
-}
-
-void TestVw3AView::decorationsShowInTheirCorners()
-{
-    QFETCH(bool, gnomon);
-    QFETCH(bool, compass);
-    auto view = makeView();
-    view->resize(320, 320);
-    view->setWhiteBackground(true);
-    view->toggleAxes(false);
-    view->setLegendEnabled(false);
-    view->toggleGnomon(gnomon);
-    view->toggleCompass(compass);
-    QVERIFY(showAndWait(*view));
-    const QImage image = view->getImage(1.0);
-    QVERIFY(!image.isNull());
-    // The gnomon sits bottom left, the compass top right; nothing else is drawn.
-    QCOMPARE(markedPixels(image, true, false) > 20, gnomon);
-    QCOMPARE(markedPixels(image, false, true) > 20, compass);
-    QCOMPARE(markedPixels(image, true, true), 0);
-}
-
-// The legend of a variable is titled with its name and unit and spans its defined values.
-void TestVw3AView::legendFromAVariable_data()
-{
-    QTest::addColumn<QString>("unit");
-    QTest::addColumn<QString>("title");
-    QTest::newRow("without unit") << "" << "Porosity";
-    QTest::newRow("in metres") << "m" << "Porosity (m)";
-}
-
-void TestVw3AView::legendFromAVariable()
-{
-    QFETCH(QString, unit);
-    QFETCH(QString, title);
-    auto view = makeView();
-    const KbdVariable variable(QStringLiteral("Porosity"), {0.1, KbbGlobal::D_FFFF, 0.3, qQNaN(), 0.2},
-                               unit.isEmpty() ? KbuUnit() : KbuUnit::fromKey(unit));
-    view->setLegend(variable);
-    view->setLegendEnabled(true);
-    QVERIFY(view->isLegendShown());
-    QStringList texts;
-    SoSearchAction search;
-    search.setType(SoText2::getClassTypeId());
-    search.setInterest(SoSearchAction::ALL);
-    search.apply(view->getRoot());
-    for (int i = 0; i < search.getPaths().getLength(); ++i) {
-        const SoMFString& lines = static_cast<SoText2*>(search.getPaths()[i]->getTail())->string;
-        for (int k = 0; k < lines.getNum(); ++k)
-            texts << QString::fromUtf8(lines[k].getString());
-    }
-    QVERIFY2(texts.contains(title), qPrintable(texts.join(QStringLiteral(" | "))));
-    // Ticks run from the lowest to the highest defined value, the undefined ones left out.
-    QVERIFY2(texts.contains(QStringLiteral("0.1")) && texts.contains(QStringLiteral("0.3")),
-             qPrintable(texts.join(QStringLiteral(" | "))));
-}
 
 namespace {
 
@@ -724,81 +107,550 @@ public:
     QString getHelpText() const override { return QStringLiteral("Pick a point."); }
 };
 
+// The help of the picker on top, as drawn.
 QStringList shownTexts(Vw3AView& view)
 {
-    QStringList texts;
     SoSearchAction search;
     search.setName(SbName("pick_handler_help"));
     search.apply(view.getRoot());
-    if (!search.getPath())
-        return texts;
-    SoSearchAction text;
-    text.setType(SoText2::getClassTypeId());
-    text.apply(search.getPath()->getTail());
-    SoSwitch* shown = nullptr;
-    SoSearchAction hidden;
-    hidden.setType(SoSwitch::getClassTypeId());
-    hidden.apply(search.getPath()->getTail());
-    if (hidden.getPath())
-        shown = static_cast<SoSwitch*>(hidden.getPath()->getTail());
-    if (!text.getPath() || (shown && shown->whichChild.getValue() == SO_SWITCH_NONE))
-        return texts;
-    const SoMFString& lines = static_cast<SoText2*>(text.getPath()->getTail())->string;
-    for (int k = 0; k < lines.getNum(); ++k)
-        texts << QString::fromUtf8(lines[k].getString());
-    return texts;
+    return search.getPath() ? texts(search.getPath()->getTail()) : QStringList();
 }
 
 } // namespace
 
-// While a picker is on top of the stack it gets the mouse and keys before the camera and
-// the shortcuts, and its help shows; popped, everything goes back to the camera.
-void TestVw3AView::pickHandlerTakesInputWhileOnTop()
+class TestVw3AView : public QObject
 {
-    auto view = makeView();
-    CubeNode cube(QStringLiteral("cube"), SbVec3f(0, 0, 0), 4.0f, Qt::red);
-    view->addNode(&cube);
-    view->setAlwaysActivated(true);
-    QVERIFY(showAndWait(*view));
-    QWindow* area = view->getViewer()->getRenderArea();
-    QTest::mouseClick(area, Qt::LeftButton, Qt::NoModifier, QPoint(5, 5)); // activates the area
-    QVERIFY(shownTexts(*view).isEmpty());
+    Q_OBJECT
 
-    RecordingPicker picker;
-    view->pushPickHandler(&picker);
-    QCOMPARE(view->topPickHandler(), &picker);
-    QCOMPARE(shownTexts(*view), QStringList({"Picker", "Pick a point."}));
+private:
+    std::unique_ptr<Vw3ExaminerView> makeView()
+    {
+        std::unique_ptr<Vw3ExaminerView> view(new Vw3ExaminerView);
+        view->resize(240, 200);
+        return view;
+    }
+    static bool showAndWait(Vw3AView& view) { return InventorScenes::showAndWait(view, view.getViewer()->getRenderArea()); }
 
-    const Vug::CameraState before = view->getCameraState();
-    QTest::mousePress(area, Qt::LeftButton, Qt::NoModifier, QPoint(100, 100));
-    QTest::mouseMove(area, QPoint(160, 130));
-    QTest::mouseRelease(area, Qt::LeftButton, Qt::NoModifier, QPoint(160, 130));
-    QTest::keyClick(area, Qt::Key_Escape);
-    QCOMPARE(picker.presses, 1);
-    QVERIFY(picker.moves >= 1);
-    QCOMPARE(picker.keys, 1);
-    QCOMPARE(view->getCameraState(), before);
-    // A key the picker leaves goes on to the shortcuts.
-    QTest::keyClick(area, Qt::Key_U);
-    QCOMPARE(picker.keys, 2);
-    QVERIFY((viewDirection(*view) - SbVec3f(0, 0, -1)).length() < 1e-3f);
+private Q_SLOTS:
+    void initTestCase() { qRegisterMetaType<Vg3ANode*>(); }
+    void sceneGraphNames_data()
+    {
+        QTest::addColumn<QByteArray>("name");
+        QTest::addColumn<QByteArray>("parent");
+        QTest::addColumn<int>("index");
 
-    QCOMPARE(view->popPickHandler(), &picker);
-    QVERIFY(shownTexts(*view).isEmpty());
-    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("popPickHandler: the stack is empty"));
-    QVERIFY(!view->popPickHandler());
-    QVERIFY(view->topPickHandler());
+        const auto row = [](const char* name, const char* parent, int index) {
+            QTest::newRow(name) << QByteArray(name) << QByteArray(parent) << index;
+        };
+        // -2: anywhere under the parent.
+        row("vw3aview_shortcuts", "vw3aview_root", 0);
+        row("vw3aview_inventor_slots", "vw3aview_root", 1);
+        row("vw3aview_bbox_caching", "vw3aview_root", 3); // after the legend
+        row("vw3aview_traversable_callback", "vw3aview_bbox_caching", 0);
+        row("vw3aview_scene_root", "vw3aview_bbox_caching", 1);
+        row("vw3aview_tools_root", "vw3aview_root", -2);
+        row("vw3aview_root", "vw3_oiv_viewer_root", -2);
+        row("notification_message_switch", "vw3_oiv_viewer_root", -2);
+        row("notification_message_sep", "notification_message_switch", 0);
+    }
 
-    // Back with the camera: a left drag orbits, with the closed hand while it lasts.
-    const Vug::CameraState framed = view->getCameraState();
-    QTest::mousePress(area, Qt::LeftButton, Qt::NoModifier, QPoint(100, 100));
-    QTest::mouseMove(area, QPoint(160, 130));
-    QCOMPARE(area->cursor().shape(), Qt::ClosedHandCursor);
-    QTest::mouseRelease(area, Qt::LeftButton, Qt::NoModifier, QPoint(160, 130));
-    QCOMPARE(area->cursor().shape(), Qt::ArrowCursor);
-    QCOMPARE(picker.presses, 1);
-    QVERIFY(view->getCameraState() != framed);
-}
+    void sceneGraphNames()
+    {
+        QFETCH(QByteArray, name);
+        QFETCH(QByteArray, parent);
+        QFETCH(int, index);
+        auto view = makeView();
+        SoNode* viewerRoot = view->getViewer()->getRoot();
+        QCOMPARE(viewerRoot->getName().getString(), "vw3_oiv_viewer_root");
+        SoNode* node = find(viewerRoot, name);
+        QVERIFY2(node, name.constData());
+        auto group = find<SoGroup>(viewerRoot, parent);
+        QVERIFY2(group, parent.constData());
+        const int found = group->findChild(node);
+        QVERIFY(found >= 0);
+        if (index >= 0)
+            QCOMPARE(found, index);
+
+        // The seek target always closes the view's root; the event callback listens to keys.
+        SoSeparator* root = view->getRoot();
+        QCOMPARE(root->getNumChildren() > 5, true);
+        QCOMPARE(root->getChild(root->getNumChildren() - 1)->getName().getString(), "vw3seekinfo_target");
+        QVERIFY(root->getChild(0)->isOfType(SoEventCallback::getClassTypeId()));
+    }
+
+    void notificationShowsOnlyInFullScreen()
+    {
+        auto view = makeView();
+        auto notification = find<SoSwitch>(view->getViewer()->getRoot(), "notification_message_switch");
+        QVERIFY(notification);
+        QCOMPARE(notification->whichChild.getValue(), SO_SWITCH_NONE);
+        QCOMPARE(texts(notification, true), QStringList{"Press \"Alt + Return\" to exit fullscreen mode"});
+
+        view->setFullScreen(true);
+        QCOMPARE(notification->whichChild.getValue(), 0);
+        QVERIFY(view->getAction(Vw3AView::FULLSCREEN)->isChecked());
+        view->setFullScreen(false);
+        QCOMPARE(notification->whichChild.getValue(), SO_SWITCH_NONE);
+        QVERIFY(!view->getAction(Vw3AView::FULLSCREEN)->isChecked());
+    }
+
+    void nodesAreWrappedHiddenAndRemoved()
+    {
+        auto view = makeView();
+        CubeNode cube(QStringLiteral("Red cube"), SbVec3f(0, 0, 0), 1.0f, Qt::red);
+        const QByteArray inv = cube.getInventorName().toLatin1();
+        QSignalSpy added(view.get(), &Vw3AView::nodeAdded);
+        QSignalSpy removed(view.get(), &Vw3AView::nodeRemoved);
+
+        view->addNode(&cube);
+        QCOMPARE(added.count(), 1);
+        QCOMPARE(added.at(0).at(1).value<Vg3ANode*>(), static_cast<Vg3ANode*>(&cube));
+        SoSeparator* root = view->getRoot();
+        auto visibility = find<SoSwitch>(root, "visibility_switch_for_" + inv);
+        QVERIFY(visibility);
+        QVERIFY(find(root, "pick_style_sep_for_" + inv));
+        auto pickable = find<SoSwitch>(root, "pickable_switch_for_" + inv);
+        QVERIFY(pickable);
+        QVERIFY(find(find(root, "vw3aview_scene_root"), "visibility_switch_for_" + inv));
+        QCOMPARE(visibility->whichChild.getValue(), 0);
+        QVERIFY(!view->getBoundingBox().isEmpty());
+
+        view->setNodeVisibility(&cube, false);
+        QCOMPARE(visibility->whichChild.getValue(), SO_SWITCH_NONE);
+        QVERIFY(!view->isNodeVisible(&cube));
+        QCOMPARE(view->getVisibleNodesCount(), 0);
+        QCOMPARE(find(root, "visibility_switch_for_" + inv), static_cast<SoNode*>(visibility));
+        QVERIFY(view->getBoundingBox().isEmpty());
+        view->setNodeVisibility(&cube, true);
+        QCOMPARE(visibility->whichChild.getValue(), 0);
+        QCOMPARE(view->getVisibleNodesCount(), 1);
+
+        view->setNodePickable(&cube, false);
+        QCOMPARE(pickable->whichChild.getValue(), 1);
+        view->setNodePickable(&cube, true);
+        QCOMPARE(pickable->whichChild.getValue(), 0);
+
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("Vw3AView::addNode: .*already"));
+        view->addNode(&cube);
+        QCOMPARE(added.count(), 1);
+
+        view->removeNode(&cube);
+        QCOMPARE(removed.count(), 1);
+        QVERIFY(!find(root, "visibility_switch_for_" + inv));
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("Vw3AView::removeNode: "));
+        view->removeNode(&cube);
+        QCOMPARE(removed.count(), 1);
+    }
+
+    void lookAtBeforeShowIsPerformedOnceShown()
+    {
+        auto view = makeView();
+        CubeNode far(QStringLiteral("far"), SbVec3f(100, 200, 50), 10.0f, Qt::green);
+        CubeNode origin(QStringLiteral("origin"), SbVec3f(0, 0, 0), 10.0f, Qt::blue);
+        view->addNode(&far);
+        view->addNode(&origin);
+        view->lookAt(KbgBox(KbgVector3D(95, 195, 45), KbgVector3D(105, 205, 55)), 0.0f);
+        QVERIFY(showAndWait(*view));
+        QTRY_VERIFY((focalPoint(*view) - SbVec3f(100, 200, 50)).length() < 0.5f);
+        // Framed: the box fills a good part of the view but is not cut.
+        const float distance = (view->getSceneInteractor()->getCamera()->position.getValue() - SbVec3f(100, 200, 50)).length();
+        QVERIFY2(distance > 8.0f && distance < 60.0f, qPrintable(QString::number(distance)));
+    }
+
+    // A window restored with its project sets the camera before its view is first shown: the
+    // first show's framing must not replace it.
+    void cameraStateBeforeShowIsKept()
+    {
+        auto view = makeView();
+        CubeNode cube(QStringLiteral("cube"), SbVec3f(0, 0, 0), 10.0f, Qt::blue);
+        view->addNode(&cube);
+        Vug::CameraState state;
+        QVERIFY(Vug::CameraState::fromString(QStringLiteral("300 -40 25 0 0 1 0 250 0.785398 persp"), state));
+        view->setCameraState(state);
+        QVERIFY(showAndWait(*view));
+        QTRY_VERIFY(view->isInitialized());
+        const Vug::CameraState shown = view->getCameraState();
+        QVERIFY2(std::abs(shown.position[0] - 300) < 1e-3 && std::abs(shown.position[2] - 25) < 1e-3,
+                 qPrintable(shown.toString()));
+    }
+
+    void activation_data()
+    {
+        QTest::addColumn<bool>("always");
+        QTest::addColumn<int>("clicks");
+        QTest::addColumn<int>("expectedSignals");
+
+        QTest::newRow("first click activates") << false << 1 << 1;
+        QTest::newRow("second click emits nothing more") << false << 2 << 1;
+        QTest::newRow("always activated emits nothing") << true << 2 << 0;
+    }
+
+    void activation()
+    {
+        QFETCH(bool, always);
+        QFETCH(int, clicks);
+        QFETCH(int, expectedSignals);
+        auto view = makeView();
+        view->setViewRef(QStringLiteral("view-7"));
+        view->setAlwaysActivated(always);
+        QVERIFY(showAndWait(*view));
+        QSignalSpy spy(view.get(), &Vw3AView::viewActivated);
+        Vw3RenderAreaQWindow* area = view->getViewer()->getRenderArea();
+        for (int i = 0; i < clicks; ++i)
+            QTest::mouseClick(area, Qt::LeftButton, Qt::NoModifier, QPoint(50, 50));
+        QCOMPARE(spy.count(), expectedSignals);
+        if (expectedSignals > 0) {
+            QCOMPARE(spy.at(0).at(0).toBool(), true);
+            QCOMPARE(spy.at(0).at(1).toString(), QStringLiteral("view-7"));
+            QVERIFY(view->isActivated());
+        }
+        QVERIFY(area->isActivated());
+
+        // The same state twice: nothing the second time.
+        spy.clear();
+        view->setActivated(false);
+        view->setActivated(false);
+        QCOMPARE(spy.count(), always ? 0 : 1);
+    }
+
+    void keyShortcutsMoveTheCamera_data()
+    {
+        QTest::addColumn<int>("key");
+        QTest::addColumn<float>("dx");
+        QTest::addColumn<float>("dy");
+        QTest::addColumn<float>("dz");
+
+        QTest::newRow("U looks down") << int(Qt::Key_U) << 0.f << 0.f << -1.f;
+        QTest::newRow("D looks up") << int(Qt::Key_D) << 0.f << 0.f << 1.f;
+        QTest::newRow("E looks west from the east") << int(Qt::Key_E) << -1.f << 0.f << 0.f;
+        QTest::newRow("W looks east from the west") << int(Qt::Key_W) << 1.f << 0.f << 0.f;
+        QTest::newRow("N looks south from the north") << int(Qt::Key_N) << 0.f << -1.f << 0.f;
+        QTest::newRow("S looks north from the south") << int(Qt::Key_S) << 0.f << 1.f << 0.f;
+    }
+
+    void keyShortcutsMoveTheCamera()
+    {
+        QFETCH(int, key);
+        QFETCH(float, dx);
+        QFETCH(float, dy);
+        QFETCH(float, dz);
+        auto view = makeView();
+        CubeNode cube(QStringLiteral("cube"), SbVec3f(10, 20, 30), 4.0f, Qt::red);
+        view->addNode(&cube);
+        view->setAlwaysActivated(true);
+        QVERIFY(showAndWait(*view));
+        // Start from an oblique camera, so every preset is a real move.
+        Vug::CameraState oblique = view->getCameraState();
+        oblique.axis[0] = 1.0;
+        oblique.axis[1] = 1.0;
+        oblique.axis[2] = 0.3;
+        oblique.angle = 0.7;
+        view->setCameraState(oblique);
+        QSignalSpy changed(view.get(), &Vw3AView::cameraChanged);
+
+        QTest::keyClick(view->getViewer()->getRenderArea(), Qt::Key(key));
+        const SbVec3f direction = viewDirection(*view);
+        QVERIFY2((direction - SbVec3f(dx, dy, dz)).length() < 1e-3f,
+                 qPrintable(QStringLiteral("%1 %2 %3").arg(direction[0]).arg(direction[1]).arg(direction[2])));
+        QVERIFY(changed.count() >= 1);
+
+        // Home frames the scene from there.
+        QTest::keyClick(view->getViewer()->getRenderArea(), Qt::Key_Home);
+        QVERIFY((focalPoint(*view) - SbVec3f(10, 20, 30)).length() < 0.5f);
+    }
+
+    void projectionKeys()
+    {
+        auto view = makeView();
+        view->setAlwaysActivated(true);
+        QVERIFY(showAndWait(*view));
+        Vw3RenderAreaQWindow* area = view->getViewer()->getRenderArea();
+        QTest::keyClick(area, Qt::Key_O);
+        QCOMPARE(view->getSceneInteractor()->getProjectionType(), Vg3SceneInteractor::ORTHOGRAPHIC);
+        QVERIFY(view->getSceneInteractor()->getCamera()->isOfType(SoOrthographicCamera::getClassTypeId()));
+        QTest::keyClick(area, Qt::Key_P);
+        QCOMPARE(view->getSceneInteractor()->getProjectionType(), Vg3SceneInteractor::PERSPECTIVE);
+        view->getAction(Vw3AView::PROJECTION)->trigger();
+        QCOMPARE(view->getSceneInteractor()->getProjectionType(), Vg3SceneInteractor::ORTHOGRAPHIC);
+    }
+
+    // What a user reads on the actions the context menu does not list.
+    void actionToolTips()
+    {
+        auto view = makeView();
+        const struct
+        {
+            Vw3AView::Action action;
+            const char* text;
+            const char* toolTip;
+        } actions[] = {
+            {Vw3AView::VIEW_ALL, "View all", "View all (Home)"},
+            {Vw3AView::PROJECTION, "Perspective / Orthographic Projection", "Perspective / Orthographic Projection (P / O)"},
+            {Vw3AView::FULLSCREEN, "Fullscreen", "Toggle between windowed and fullscreen modes"},
+            {Vw3AView::SECTION_VIEW, "View from section", "View from section (L)"},
+            {Vw3AView::REPORT, "Send to report.", "Send 3D view to report"},
+            {Vw3AView::IMAGE, "Save as image", "Save the scene into an image file"},
+            {Vw3AView::LEGEND, "Show/hide colormap legend", "Show/hide colormap legend..."},
+            {Vw3AView::KNIFE, "Knife mode", "Knife mode (C)"},
+            {Vw3AView::POINTS_FROM_PICKING, "Set points from picking", "Set points from picking."},
+        };
+        for (const auto& a : actions) {
+            QCOMPARE(view->getAction(a.action)->text(), QString::fromUtf8(a.text));
+            QCOMPARE(view->getAction(a.action)->toolTip(), QString::fromUtf8(a.toolTip));
+        }
+    }
+
+    void savedAndCopiedImagesShowTheScene()
+    {
+        auto view = makeView();
+        view->setWhiteBackground(true);
+        CubeNode cube(QStringLiteral("cube"), SbVec3f(0, 0, 0), 2.0f, QColor(220, 30, 40));
+        view->addNode(&cube);
+        view->toggleAxes(false);
+        view->toggleGnomon(false);
+        view->toggleCompass(false);
+        QVERIFY(showAndWait(*view));
+        view->viewAll();
+        QTemporaryDir dir;
+        const QString path = dir.filePath(QStringLiteral("view.png"));
+        QVERIFY(view->saveImage(path));
+        QVERIFY(view->copyToClipboard());
+        for (const QImage& image : {QImage(path), QApplication::clipboard()->image()}) {
+            QVERIFY(image.width() > 100);
+            const QRgb centre = image.pixel(image.width() / 2, image.height() / 2);
+            QVERIFY2(ImageChecks::near(centre, QColor(220, 30, 40)), qPrintable(ImageChecks::toString(centre)));
+            QVERIFY2(ImageChecks::near(image.pixel(2, 2), QColor(Qt::white)), qPrintable(ImageChecks::toString(image.pixel(2, 2))));
+        }
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("File system full or write protected"));
+        QVERIFY(!view->saveImage(dir.filePath(QStringLiteral("missing/folder/view.png"))));
+    }
+
+    void ivFileReadsBack()
+    {
+        auto view = makeView();
+        CubeNode cube(QStringLiteral("cube"), SbVec3f(0, 0, 0), 2.0f, Qt::red);
+        view->addNode(&cube);
+        QTemporaryDir dir;
+        const QString path = dir.filePath(QStringLiteral("scene.iv"));
+        QVERIFY(view->saveToIvFile(path));
+        SoInput input;
+        QVERIFY(input.openFile(QFile::encodeName(path).constData()));
+        SoSeparator* read = SoDB::readAll(&input);
+        QVERIFY(read);
+        read->ref();
+        QVERIFY(find(read, "vw3aview_scene_root"));
+        QVERIFY(find(read, ("visibility_switch_for_" + cube.getInventorName()).toLatin1()));
+        read->unref();
+
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("Vw3AView::saveToIvFile: cannot write"));
+        QVERIFY(!view->saveToIvFile(dir.filePath(QStringLiteral("no/such/dir/scene.iv"))));
+    }
+
+    void imageFailures()
+    {
+        auto view = makeView();
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("Cannot get image, render area is not initialized\\."));
+        QVERIFY(view->getImage(64, 64).isNull());
+
+        QVERIFY(showAndWait(*view));
+        QVERIFY(!view->getImage(64, 48).isNull());
+        view->hide();
+        QTRY_VERIFY(!view->getViewer()->getRenderArea()->isExposed());
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("Viewer is not ready for offscreen rendering"));
+        QVERIFY(view->getImage(64, 48).isNull());
+        view->setupForOffscreenRendering(true);
+        const QImage image = view->getImage(64, 48);
+        QCOMPARE(image.size(), QSize(64, 48));
+
+        // A view never shown draws once set up for offscreen rendering.
+        auto offscreen = makeView();
+        offscreen->setupForOffscreenRendering(true);
+        QCOMPARE(offscreen->getImage(32, 32).size(), QSize(32, 32));
+    }
+
+    void renderFormatCheck_data()
+    {
+        QTest::addColumn<QSurfaceFormat>("format");
+        QTest::addColumn<bool>("direct");
+        QTest::addColumn<QStringList>("failures");
+
+        const QSurfaceFormat good = Vw3OivViewer::requestedRenderFormat();
+        using F = QSurfaceFormat&;
+        const auto with = [&](const std::function<void(F)>& change) {
+            QSurfaceFormat f = good;
+            change(f);
+            return f;
+        };
+        QTest::newRow("as requested") << good << true << QStringList();
+        QTest::newRow("core profile") << with([](F f) { f.setProfile(QSurfaceFormat::CoreProfile); }) << true
+                                      << QStringList{"Wrong profile"};
+        QTest::newRow("single buffer") << with([](F f) { f.setSwapBehavior(QSurfaceFormat::SingleBuffer); }) << true
+                                       << QStringList{"No double buffer"};
+        QTest::newRow("no alpha") << with([](F f) { f.setAlphaBufferSize(0); }) << true
+                                  << QStringList{"No alpha buffer", "Alpha buffer size < 8"};
+        QTest::newRow("shallow depth") << with([](F f) { f.setDepthBufferSize(16); }) << true
+                                       << QStringList{"Depth buffer size < 24"};
+        QTest::newRow("no depth") << with([](F f) { f.setDepthBufferSize(0); }) << true
+                                  << QStringList{"No depth buffer", "Depth buffer size < 24"};
+        QTest::newRow("indirect") << good << false << QStringList{"No direct rendering"};
+        QTest::newRow("no stencil") << with([](F f) { f.setStencilBufferSize(0); }) << true
+                                    << QStringList{"No stencil buffer", "Stencil buffer size < 8"};
+        QTest::newRow("16-bit colour") << with([](F f) { f.setRedBufferSize(5), f.setBlueBufferSize(5), f.setGreenBufferSize(6); })
+                                       << true << QStringList{"Red buffer size < 8", "Green buffer size < 8", "Blue buffer size < 8"};
+        QTest::newRow("no vsync") << with([](F f) { f.setSwapInterval(0); }) << true
+                                  << QStringList{"No vertical synchronization"};
+        QTest::newRow("two failures in order")
+            << with([](F f) { f.setProfile(QSurfaceFormat::CoreProfile), f.setSwapInterval(0); }) << false
+            << QStringList{"Wrong profile", "No direct rendering", "No vertical synchronization"};
+    }
+
+    void renderFormatCheck()
+    {
+        QFETCH(QSurfaceFormat, format);
+        QFETCH(bool, direct);
+        QFETCH(QStringList, failures);
+        const QStringList found = Vw3OivViewer::compareRenderFormat(format, direct);
+        QCOMPARE(found, failures);
+        const QString report = Vw3OivViewer::renderFormatReport(found);
+        QVERIFY(report.startsWith(QStringLiteral("OpenGL pixel format check : ")));
+        QCOMPARE(report.contains(QStringLiteral("OK")), failures.isEmpty());
+        QCOMPARE(report.contains(QStringLiteral("Failed")), !failures.isEmpty());
+        for (const QString& text : failures)
+            QVERIFY(report.contains(text));
+    }
+
+    void legendFollowsAvailabilityAndAction()
+    {
+        auto view = makeView();
+        QAction* legend = view->getAction(Vw3AView::LEGEND);
+        QVERIFY(!legend->isEnabled());
+        QVERIFY(!view->isLegendShown());
+        VugColorScale scale;
+        view->setLegend(scale, QStringLiteral("Porosity"), KbbStringFormat());
+        view->setLegendEnabled(true);
+        QVERIFY(legend->isEnabled());
+        QVERIFY(legend->isChecked());
+        QVERIFY(view->isLegendShown());
+        legend->trigger();
+        QVERIFY(!view->isLegendShown());
+        legend->trigger();
+        QVERIFY(view->isLegendShown());
+        view->invalidateLegend();
+        QVERIFY(!view->isLegendShown());
+        QVERIFY(!legend->isEnabled());
+    }
+
+    void decorationsShowInTheirCorners_data()
+    {
+        QTest::addColumn<bool>("gnomon");
+        QTest::addColumn<bool>("compass");
+        QTest::newRow("none") << false << false;
+        QTest::newRow("gnomon") << true << false;
+        QTest::newRow("compass") << false << true;
+        QTest::newRow("both") << true << true;
+    }
+
+    void decorationsShowInTheirCorners()
+    {
+        QFETCH(bool, gnomon);
+        QFETCH(bool, compass);
+        auto view = makeView();
+        view->resize(320, 320);
+        view->setWhiteBackground(true);
+        view->toggleAxes(false);
+        view->setLegendEnabled(false);
+        view->toggleGnomon(gnomon);
+        view->toggleCompass(compass);
+        QVERIFY(showAndWait(*view));
+        const QImage image = view->getImage(1.0);
+        QVERIFY(!image.isNull());
+        // The pixels of a corner that are not the plain white background.
+        const auto markedPixels = [&image](bool left, bool top) {
+            const QSize third = image.size() / 3;
+            const QPoint corner(left ? 0 : image.width() - third.width(), top ? 0 : image.height() - third.height());
+            return third.width() * third.height() - ImageChecks::countNear(image.copy(QRect(corner, third)), Qt::white, 24);
+        };
+        // The gnomon sits bottom left, the compass top right; nothing else is drawn.
+        QCOMPARE(markedPixels(true, false) > 20, gnomon);
+        QCOMPARE(markedPixels(false, true) > 20, compass);
+        QCOMPARE(markedPixels(true, true), 0);
+    }
+
+    // The legend of a variable is titled with its name and unit and spans its defined values.
+    void legendFromAVariable_data()
+    {
+        QTest::addColumn<QString>("unit");
+        QTest::addColumn<QString>("title");
+        QTest::newRow("without unit") << "" << "Porosity";
+        QTest::newRow("in metres") << "m" << "Porosity (m)";
+    }
+
+    void legendFromAVariable()
+    {
+        QFETCH(QString, unit);
+        QFETCH(QString, title);
+        auto view = makeView();
+        const KbdVariable variable(QStringLiteral("Porosity"), {0.1, KbbGlobal::D_FFFF, 0.3, qQNaN(), 0.2},
+                                   unit.isEmpty() ? KbuUnit() : KbuUnit::fromKey(unit));
+        view->setLegend(variable);
+        view->setLegendEnabled(true);
+        QVERIFY(view->isLegendShown());
+        const QStringList shown = texts(view->getRoot());
+        QVERIFY2(shown.contains(title), qPrintable(shown.join(QStringLiteral(" | "))));
+        // Ticks run from the lowest to the highest defined value, the undefined ones left out.
+        QVERIFY2(shown.contains(QStringLiteral("0.1")) && shown.contains(QStringLiteral("0.3")),
+                 qPrintable(shown.join(QStringLiteral(" | "))));
+    }
+
+    // While a picker is on top of the stack it gets the mouse and keys before the camera and
+    // the shortcuts, and its help shows; popped, everything goes back to the camera.
+    void pickHandlerTakesInputWhileOnTop()
+    {
+        auto view = makeView();
+        CubeNode cube(QStringLiteral("cube"), SbVec3f(0, 0, 0), 4.0f, Qt::red);
+        view->addNode(&cube);
+        view->setAlwaysActivated(true);
+        QVERIFY(showAndWait(*view));
+        QWindow* area = view->getViewer()->getRenderArea();
+        QTest::mouseClick(area, Qt::LeftButton, Qt::NoModifier, QPoint(5, 5)); // activates the area
+        QVERIFY(shownTexts(*view).isEmpty());
+
+        RecordingPicker picker;
+        view->pushPickHandler(&picker);
+        QCOMPARE(view->topPickHandler(), &picker);
+        QCOMPARE(shownTexts(*view), QStringList({"Picker", "Pick a point."}));
+
+        const Vug::CameraState before = view->getCameraState();
+        QTest::mousePress(area, Qt::LeftButton, Qt::NoModifier, QPoint(100, 100));
+        QTest::mouseMove(area, QPoint(160, 130));
+        QTest::mouseRelease(area, Qt::LeftButton, Qt::NoModifier, QPoint(160, 130));
+        QTest::keyClick(area, Qt::Key_Escape);
+        QCOMPARE(picker.presses, 1);
+        QVERIFY(picker.moves >= 1);
+        QCOMPARE(picker.keys, 1);
+        QCOMPARE(view->getCameraState(), before);
+        // A key the picker leaves goes on to the shortcuts.
+        QTest::keyClick(area, Qt::Key_U);
+        QCOMPARE(picker.keys, 2);
+        QVERIFY((viewDirection(*view) - SbVec3f(0, 0, -1)).length() < 1e-3f);
+
+        QCOMPARE(view->popPickHandler(), &picker);
+        QVERIFY(shownTexts(*view).isEmpty());
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("popPickHandler: the stack is empty"));
+        QVERIFY(!view->popPickHandler());
+        QVERIFY(view->topPickHandler());
+
+        // Back with the camera: a left drag orbits, with the closed hand while it lasts.
+        const Vug::CameraState framed = view->getCameraState();
+        QTest::mousePress(area, Qt::LeftButton, Qt::NoModifier, QPoint(100, 100));
+        QTest::mouseMove(area, QPoint(160, 130));
+        QCOMPARE(area->cursor().shape(), Qt::ClosedHandCursor);
+        QTest::mouseRelease(area, Qt::LeftButton, Qt::NoModifier, QPoint(160, 130));
+        QCOMPARE(area->cursor().shape(), Qt::ArrowCursor);
+        QCOMPARE(picker.presses, 1);
+        QVERIFY(view->getCameraState() != framed);
+    }
+};
 
 QTEST_MAIN(TestVw3AView)
 #include "tst_gl_vw3aview.moc"
