@@ -31,8 +31,7 @@ SoCamera* makeCamera(bool orthographic)
                                     : static_cast<SoCamera*>(new SoPerspectiveCamera);
     camera->position.setValue(0.0f, 0.0f, 10.0f);
     camera->focalDistance.setValue(10.0f);
-    if (orthographic)
-        static_cast<SoOrthographicCamera*>(camera)->height.setValue(8.0f);
+    if (orthographic) static_cast<SoOrthographicCamera*>(camera)->height.setValue(8.0f);
     return camera;
 }
 
@@ -40,8 +39,7 @@ SoCamera* makeCamera(bool orthographic)
 
 class TstCameraInteractor : public QObject
 {
-    Q_OBJECT
-private Q_SLOTS:
+    Q_OBJECT private Q_SLOTS:
     void initTestCase() { Vg3OpenInventor::getInstance()->init(); }
 
     void dolly_data()
@@ -68,8 +66,7 @@ private Q_SLOTS:
         SoCamera* camera = makeCamera(orthographic);
         SoCameraInteractor interactor(camera);
         const bool refused = !(factor > 0.0f) || !std::isfinite(factor);
-        if (refused)
-            QTest::ignoreMessage(QtWarningMsg, QRegularExpression("SoCameraInteractor::dolly: .*"));
+        if (refused) QTest::ignoreMessage(QtWarningMsg, QRegularExpression("SoCameraInteractor::dolly: .*"));
         interactor.dolly(factor);
 
         // The focal point stays where it was; the camera moves along its view direction.

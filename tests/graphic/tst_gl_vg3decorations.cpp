@@ -108,10 +108,8 @@ private slots:
         const int elsewhere = decorationPixels(image, QRect(QPoint(0, 0), size)) - inCorner;
         QCOMPARE(decorationPixels(image, cornerRect(size, opposite, side)), 0);
         QCOMPARE(elsewhere, 0);
-        if (visible)
-            QVERIFY2(inCorner >= 150 && inCorner <= side * side / 2, qPrintable(QString::number(inCorner)));
-        else
-            QCOMPARE(inCorner, 0);
+        if (visible) QVERIFY2(inCorner >= 150 && inCorner <= side * side / 2, qPrintable(QString::number(inCorner)));
+        else QCOMPARE(inCorner, 0);
     }
 };
 

@@ -38,10 +38,8 @@ const QSize kSquare(200, 200);
 template <class F> QRect boxOf(const QImage& image, F pick)
 {
     QRect box;
-    for (int row = 0; row < image.height(); ++row)
-        for (int col = 0; col < image.width(); ++col)
-            if (pick(image.pixel(col, row)))
-                box |= QRect(col, row, 1, 1);
+    for (int row = 0; row < image.height(); ++row) for (int col = 0; col < image.width(); ++col)
+            if (pick(image.pixel(col, row))) box |= QRect(col, row, 1, 1);
     return box;
 }
 
@@ -84,9 +82,7 @@ private Q_SLOTS:
         depths.setValues(QVector<double>(25, 0.0));
         depths.setValue(4, 4, KbbGlobal::D_FFFF);
         VsdGrid codes(QPointF(0, 0), 1.0, 1.0, 5, 5);
-        for (int j = 0; j < 5; ++j)
-            for (int i = 0; i < 5; ++i)
-                codes.setValue(i, j, i);
+        for (int j = 0; j < 5; ++j) for (int i = 0; i < 5; ++i) codes.setValue(i, j, i);
         VugColorScale scale = VugColorScale::grayscale();
         scale.setRange(0, 4);
         Vg3GridSurfaceNode node(QStringLiteral("horizon"));
@@ -120,11 +116,8 @@ private Q_SLOTS:
         QFETCH(bool, hole);
         QFETCH(bool, below);
         VsdGrid depths(QPointF(0, 0), 1.0, 1.0, 5, 5);
-        for (int j = 0; j < 5; ++j)
-            for (int i = 0; i < 5; ++i)
-                depths.setValue(i, j, 0.01 * i);
-        if (hole)
-            depths.setValue(4, 4, KbbGlobal::D_FFFF);
+        for (int j = 0; j < 5; ++j) for (int i = 0; i < 5; ++i) depths.setValue(i, j, 0.01 * i);
+        if (hole) depths.setValue(4, 4, KbbGlobal::D_FFFF);
         VugColorScale white;
         white.setStops({{0.0, qRgb(255, 255, 255)}, {1.0, qRgb(255, 255, 255)}});
         Vg3GridSurfaceNode node(QStringLiteral("horizon"));
@@ -135,8 +128,7 @@ private Q_SLOTS:
         auto light = new SoDirectionalLight;
         light->direction.setValue(0, 0, below ? 1 : -1);
         auto camera = orthoCamera(SbVec3f(2, 2, below ? -10 : 10), 4.0f);
-        if (below)
-            camera->orientation.setValue(SbRotation(SbVec3f(1, 0, 0), float(M_PI)));
+        if (below) camera->orientation.setValue(SbRotation(SbVec3f(1, 0, 0), float(M_PI)));
         const auto scene = hold(separator({camera, light, node.getRoot()}));
         const QImage image = render(scene.get(), kSquare);
         QVERIFY2(!image.isNull(), "offscreen rendering failed");
@@ -192,8 +184,7 @@ private Q_SLOTS:
         const QImage image = render(scene.get(), kSquare);
         const int lit = ImageChecks::count(image, drawn);
         QImage coarse = image; // near colours as one
-        for (int row = 0; row < image.height(); ++row)
-            for (int col = 0; col < image.width(); ++col)
+        for (int row = 0; row < image.height(); ++row) for (int col = 0; col < image.width(); ++col)
                 coarse.setPixel(col, row, image.pixel(col, row) & 0xf0f0f0);
         const int colors = ImageChecks::distinctColors(coarse) - 1;
         // The lattice fills a good part of the picture, in the scale's colours.

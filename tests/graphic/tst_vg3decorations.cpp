@@ -22,10 +22,7 @@
 
 #include <cmath>
 
-Q_DECLARE_METATYPE(SbBox3f)
-Q_DECLARE_METATYPE(SbVec3d)
-Q_DECLARE_METATYPE(SbVec3f)
-Q_DECLARE_METATYPE(SbVec2s)
+Q_DECLARE_METATYPE(SbBox3f) Q_DECLARE_METATYPE(SbVec3d) Q_DECLARE_METATYPE(SbVec3f) Q_DECLARE_METATYPE(SbVec2s)
 Q_DECLARE_METATYPE(SbRotation)
 
 using namespace InventorScenes;
@@ -110,12 +107,9 @@ private slots:
             QVERIFY2(qFuzzyCompare(1.0 + found, 1.0 + step) || std::abs(found - step) <= std::abs(step) * 1e-9,
                      qPrintable(QString::number(found)));
         QStringList shown;
-        for (double value : Vg3Axes::tickValues(min, max))
-            shown << Vg3Axes::formatTick(value, found);
-        if (step > 0.0)
-            QVERIFY2(shown.size() >= 4 && shown.size() <= 9, qPrintable(shown.join(' ')));
-        if (labels != QLatin1String("-"))
-            QCOMPARE(shown.join(' '), labels);
+        for (double value : Vg3Axes::tickValues(min, max)) shown << Vg3Axes::formatTick(value, found);
+        if (step > 0.0) QVERIFY2(shown.size() >= 4 && shown.size() <= 9, qPrintable(shown.join(' ')));
+        if (labels != QLatin1String("-")) QCOMPARE(shown.join(' '), labels);
     }
 
     void axisLabels_data()
@@ -127,18 +121,14 @@ private slots:
         QTest::addColumn<QStringList>("absent");
 
         const SbVec3d none(0.0, 0.0, 0.0);
-        QTest::newRow("titles and eastings")
-            << box(431000, 0, 0, 436000, 10, 10) << 1.0f << none
+        QTest::newRow("titles and eastings") << box(431000, 0, 0, 436000, 10, 10) << 1.0f << none
             << QStringList{"Easting", "Northing", "Elevation", "431000", "436000", "10"}
             << QStringList{"430000", "437000"};
-        QTest::newRow("heights shown unscaled")
-            << box(0, 0, 0, 10, 10, 2000) << 2.0f << none
+        QTest::newRow("heights shown unscaled") << box(0, 0, 0, 10, 10, 2000) << 2.0f << none
             << QStringList{"0", "200", "1000"} << QStringList{"2000", "1200"};
-        QTest::newRow("label offset")
-            << box(0, 0, 0, 5000, 10, 10) << 1.0f << SbVec3d(431000.0, 0.0, 0.0)
+        QTest::newRow("label offset") << box(0, 0, 0, 5000, 10, 10) << 1.0f << SbVec3d(431000.0, 0.0, 0.0)
             << QStringList{"431000", "436000"} << QStringList{"1000", "5000"};
-        QTest::newRow("offset height after scale")
-            << box(0, 0, 0, 10, 10, 100) << 10.0f << SbVec3d(0.0, 0.0, -500.0)
+        QTest::newRow("offset height after scale") << box(0, 0, 0, 10, 10, 100) << 10.0f << SbVec3d(0.0, 0.0, -500.0)
             << QStringList{"-500", "-490"} << QStringList{"-400", "100"};
         QTest::newRow("point box") << box(3, 4, 5, 3, 4, 5) << 1.0f << none
                                    << QStringList{"3", "4", "5", "Easting"} << QStringList{};
@@ -174,8 +164,7 @@ private slots:
         QTest::newRow("zero scale") << 0 << "Vg3Axes::setZScale: invalid vertical scale 0";
         QTest::newRow("nan scale") << 1 << "Vg3Axes::setZScale: invalid vertical scale nan";
         QTest::newRow("nan box") << 2 << "Vg3Axes::setBox: the box has a non-finite coordinate";
-        QTest::newRow("infinite offset")
-            << 3 << "Vg3Axes::setLabelOffset: the offset has a non-finite coordinate";
+        QTest::newRow("infinite offset") << 3 << "Vg3Axes::setLabelOffset: the offset has a non-finite coordinate";
         QTest::newRow("invalid colour") << 4 << "Vg3Axes::setColor: invalid colour";
     }
 
@@ -261,14 +250,11 @@ private slots:
         QTest::addColumn<SbVec3f>("zSeen");
 
         QTest::newRow("from top, north up")
-            << looking(SbVec3f(0, 0, -1), SbVec3f(0, 1, 0)) << SbVec3f(1, 0, 0) << SbVec3f(0, 1, 0)
-            << SbVec3f(0, 0, 1);
+            << looking(SbVec3f(0, 0, -1), SbVec3f(0, 1, 0)) << SbVec3f(1, 0, 0) << SbVec3f(0, 1, 0) << SbVec3f(0, 0, 1);
         QTest::newRow("from south")
-            << looking(SbVec3f(0, 1, 0), SbVec3f(0, 0, 1)) << SbVec3f(1, 0, 0) << SbVec3f(0, 0, -1)
-            << SbVec3f(0, 1, 0);
+            << looking(SbVec3f(0, 1, 0), SbVec3f(0, 0, 1)) << SbVec3f(1, 0, 0) << SbVec3f(0, 0, -1) << SbVec3f(0, 1, 0);
         QTest::newRow("from east")
-            << looking(SbVec3f(-1, 0, 0), SbVec3f(0, 0, 1)) << SbVec3f(0, 0, 1) << SbVec3f(1, 0, 0)
-            << SbVec3f(0, 1, 0);
+            << looking(SbVec3f(-1, 0, 0), SbVec3f(0, 0, 1)) << SbVec3f(0, 0, 1) << SbVec3f(1, 0, 0) << SbVec3f(0, 1, 0);
         QTest::newRow("from top, east up")
             << looking(SbVec3f(0, 0, -1), SbVec3f(1, 0, 0)) << SbVec3f(0, 1, 0) << SbVec3f(-1, 0, 0)
             << SbVec3f(0, 0, 1);
@@ -420,8 +406,7 @@ private slots:
             << SbVec2s(300, 200) << QRect(0, 0, 300, 200) << int(Vu::RIGHT | Vu::TOP) << 100
             << QRect(200, 100, 100, 100);
         QTest::newRow("window smaller than the square")
-            << SbVec2s(50, 40) << QRect(0, 0, 50, 40) << int(Vu::RIGHT | Vu::TOP) << 100
-            << QRect(10, 0, 40, 40);
+            << SbVec2s(50, 40) << QRect(0, 0, 50, 40) << int(Vu::RIGHT | Vu::TOP) << 100 << QRect(10, 0, 40, 40);
         QTest::newRow("inside a sub-viewport")
             << SbVec2s(800, 600) << QRect(100, 50, 400, 300) << int(Vu::RIGHT | Vu::BOTTOM) << 100
             << QRect(400, 50, 100, 100);
@@ -452,15 +437,13 @@ private slots:
         QTest::addColumn<int>("size");
         QTest::addColumn<QString>("warning");
 
-        QTest::newRow("gnomon, two horizontal flags")
-            << false << int(Vu::LEFT | Vu::RIGHT | Vu::TOP) << 100
+        QTest::newRow("gnomon, two horizontal flags") << false << int(Vu::LEFT | Vu::RIGHT | Vu::TOP) << 100
             << "Vg3Gnomon::setPosition: invalid position 37";
         QTest::newRow("gnomon, no vertical flag")
             << false << int(Vu::LEFT) << 100 << "Vg3Gnomon::setPosition: invalid position 1";
         QTest::newRow("gnomon, tiny") << false << int(Vu::RIGHT | Vu::TOP) << 3
                                       << "Vg3Gnomon::setSize: size 3 below 16 pixels";
-        QTest::newRow("compass, unknown bit")
-            << true << 0x100 << 80 << "Vg3Compass::setPosition: invalid position 256";
+        QTest::newRow("compass, unknown bit") << true << 0x100 << 80 << "Vg3Compass::setPosition: invalid position 256";
         QTest::newRow("compass, negative size") << true << int(Vu::LEFT | Vu::BOTTOM) << -5
                                                 << "Vg3Compass::setSize: size -5 below 16 pixels";
     }

@@ -66,16 +66,14 @@ Drawn draw(SoNode* root)
 {
     Drawn drawn;
     SoCallbackAction action;
-    action.addPointCallback(
-        SoShape::getClassTypeId(),
+    action.addPointCallback(SoShape::getClassTypeId(),
         [](void* data, SoCallbackAction* a, const SoPrimitiveVertex* v) {
             auto d = static_cast<Drawn*>(data);
             d->points << worldOf(a, v);
             d->pointColors << colorOf(a, v);
         },
         &drawn);
-    action.addTriangleCallback(
-        SoShape::getClassTypeId(),
+    action.addTriangleCallback(SoShape::getClassTypeId(),
         [](void* data, SoCallbackAction* a, const SoPrimitiveVertex* v1, const SoPrimitiveVertex* v2,
            const SoPrimitiveVertex* v3) {
             auto d = static_cast<Drawn*>(data);
@@ -85,8 +83,7 @@ Drawn draw(SoNode* root)
             }
         },
         &drawn);
-    action.addLineSegmentCallback(
-        SoShape::getClassTypeId(),
+    action.addLineSegmentCallback(SoShape::getClassTypeId(),
         [](void* data, SoCallbackAction* a, const SoPrimitiveVertex* v1, const SoPrimitiveVertex* v2) {
             auto d = static_cast<Drawn*>(data);
             ++d->lineSegments;
@@ -114,11 +111,8 @@ VugColorScale rainbow(double min, double max)
 VsdGrid smallGrid(const QVector<QPoint>& undefinedNodes)
 {
     VsdGrid grid(QPointF(0, 0), 1.0, 1.0, 4, 3);
-    for (int j = 0; j < 3; ++j)
-        for (int i = 0; i < 4; ++i)
-            grid.setValue(i, j, 10.0 * i + j);
-    for (const QPoint& p : undefinedNodes)
-        grid.setValue(p.x(), p.y(), U);
+    for (int j = 0; j < 3; ++j) for (int i = 0; i < 4; ++i) grid.setValue(i, j, 10.0 * i + j);
+    for (const QPoint& p : undefinedNodes) grid.setValue(p.x(), p.y(), U);
     return grid;
 }
 
@@ -211,8 +205,7 @@ private Q_SLOTS:
             const Drawn d = draw(node->getRoot());
             const QVector<SbVec3f>& corners = d.points.isEmpty() ? d.triangleCorners : d.points;
             float lowest = 0;
-            for (const SbVec3f& p : corners)
-                lowest = qMin(lowest, p[2]);
+            for (const SbVec3f& p : corners) lowest = qMin(lowest, p[2]);
             QCOMPARE(lowest, -1000.0f * expectedScale);
         }
     }
@@ -232,11 +225,9 @@ private Q_SLOTS:
         set.append(431000.1, 6541000.1, -1200.1);
         Vg3PointSetNode points(QStringLiteral("points"));
         const KbgVector3D offset(431000.0, 6541000.0, -1200.0);
-        if (!built)
-            points.setOffset(offset);
+        if (!built) points.setOffset(offset);
         points.setData(set, QString(), VugColorScale());
-        if (built)
-            points.setOffset(offset);
+        if (built) points.setOffset(offset);
         points.setZScale(10.0f);
         const Drawn d = draw(points.getRoot());
         QCOMPARE(d.points.size(), 2);
@@ -283,8 +274,7 @@ private Q_SLOTS:
                                       : rainbow(0, 10);
         scale.setUndefinedColor(undefinedColor);
         VsdPointSet set;
-        for (int i = 0; i < values.size(); ++i)
-            set.append(i, 2 * i, depths[i]);
+        for (int i = 0; i < values.size(); ++i) set.append(i, 2 * i, depths[i]);
         QVERIFY(set.addVariable(QStringLiteral("Porosity"), values));
 
         Vg3PointSetNode node(QStringLiteral("wells"));
@@ -298,8 +288,7 @@ private Q_SLOTS:
             const QRgb expected =
                 VugColorScale::isUndefinedValue(values[rank]) ? undefinedColor : scale.colorAt(values[rank]);
             QVERIFY2(near(d.pointColors[v], expected),
-                     qPrintable(QStringLiteral("rank %1: %2 instead of %3")
-                                    .arg(rank)
+                     qPrintable(QStringLiteral("rank %1: %2 instead of %3") .arg(rank)
                                     .arg(QColor(d.pointColors[v]).name(), QColor(expected).name())));
         }
     }
@@ -314,8 +303,7 @@ private Q_SLOTS:
         node.setData(set, QStringLiteral("Permeability"), rainbow(0, 1));
         const Drawn d = draw(node.getRoot());
         QCOMPARE(d.points.size(), 50);
-        for (const QRgb c : d.pointColors)
-            QVERIFY(near(c, qRgb(10, 20, 30)));
+        for (const QRgb c : d.pointColors) QVERIFY(near(c, qRgb(10, 20, 30)));
         // The last good point size stays when a bad one is given.
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression("Vg3PointSetNode::setPointSize"));
         node.setPointSize(-1);
@@ -366,11 +354,8 @@ private Q_SLOTS:
     {
         QFETCH(bool, hole);
         VsdGrid grid(QPointF(0, 0), 1.0, 1.0, 4, 3);
-        for (int j = 0; j < 3; ++j)
-            for (int i = 0; i < 4; ++i)
-                grid.setValue(i, j, double(i));
-        if (hole)
-            grid.setValue(1, 1, KbbGlobal::D_FFFF);
+        for (int j = 0; j < 3; ++j) for (int i = 0; i < 4; ++i) grid.setValue(i, j, double(i));
+        if (hole) grid.setValue(1, 1, KbbGlobal::D_FFFF);
         Vg3GridSurfaceNode surface(QStringLiteral("slope"));
         surface.setData(grid, rainbow(0, 3));
         auto* normal = find<SoNormal>(surface.getRoot());
@@ -380,8 +365,7 @@ private Q_SLOTS:
         if (hole) // (0, 1) between the west edge and the hole is taken as level.
             QVERIFY((normal->vector[4] - SbVec3f(0, 0, 1)).length() < 1e-5f);
         for (int k = 0; k < 12; ++k) {
-            if (hole && (k == 5 || k == 4))
-                continue;
+            if (hole && (k == 5 || k == 4)) continue;
             QVERIFY2((normal->vector[k] - expected).length() < 1e-5f, qPrintable(QString::number(k)));
         }
     }
@@ -391,8 +375,7 @@ private Q_SLOTS:
         const VsdGrid depths = smallGrid({});
         VsdGrid colors(QPointF(0, 0), 1.0, 1.0, 4, 3);
         QVector<double> codes(12);
-        for (int k = 0; k < 12; ++k)
-            codes[k] = k % 3;
+        for (int k = 0; k < 12; ++k) codes[k] = k % 3;
         colors.setValues(codes);
         const VugColorScale scale({0, 1, 2, 3}, {qRgb(255, 0, 0), qRgb(0, 255, 0), qRgb(0, 0, 255)});
         Vg3GridSurfaceNode node(QStringLiteral("facies on top"));
@@ -437,8 +420,7 @@ private Q_SLOTS:
         node.setData(lines, z);
         const Drawn d = draw(node.getRoot());
         QCOMPARE(d.lineSegments, 3);
-        for (const float lz : d.lineZ)
-            QCOMPARE(lz, expectedZ);
+        for (const float lz : d.lineZ) QCOMPARE(lz, expectedZ);
     }
 
     void legendTicksAndLabels_data()
@@ -480,8 +462,7 @@ private Q_SLOTS:
         for (int i = 0; i < ticks.size(); ++i)
             QVERIFY(qAbs(legend.getTickValues()[i] - ticks[i]) < 1e-9 * qMax(1.0, qAbs(ticks[i])));
         // The labels a user reads are the ones drawn.
-        if (!labels.isEmpty())
-            QCOMPARE(texts(legend.getRoot()), labels + QStringList{"Porosity"});
+        if (!labels.isEmpty()) QCOMPARE(texts(legend.getRoot()), labels + QStringList{"Porosity"});
     }
 
     void legendRefusesBadInputKeepingItsState()

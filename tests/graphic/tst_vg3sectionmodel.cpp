@@ -36,8 +36,7 @@ bool passesClipNode(const Vg3SectionModel& model, const KbgVector3D& p)
     const SbVec3f point(float(p.x()), float(p.y()), float(p.z()));
     for (int i = 0; i < group->getNumChildren(); ++i) {
         auto* clip = static_cast<SoClipPlane*>(group->getChild(i));
-        if (clip->on.getValue() && !clip->plane.getValue().isInHalfSpace(point))
-            return false;
+        if (clip->on.getValue() && !clip->plane.getValue().isInHalfSpace(point)) return false;
     }
     return true;
 }
@@ -106,8 +105,7 @@ private slots:
         Vg3SectionModel model;
         const VugSectionDefinition before = model.getSectionDefinition();
         QSignalSpy spy(&model, &Vg3SectionModel::sectionDefinitionChanged);
-        if (!warning.isEmpty())
-            QTest::ignoreMessage(QtWarningMsg, QRegularExpression(warning));
+        if (!warning.isEmpty()) QTest::ignoreMessage(QtWarningMsg, QRegularExpression(warning));
         operation(model);
         QCOMPARE(spy.count(), emissions);
         if (emissions == 0) {
@@ -125,8 +123,7 @@ private slots:
         QTest::addColumn<KbgVector3D>("normal");
         QTest::addColumn<int>("mode");
         QTest::newRow("north, half-space") << KbgVector3D(0, 1, 0) << int(KbgClipPlaneDefinition::HALF_SPACE);
-        QTest::newRow("oblique, half-space") << KbgVector3D(0.6, 0, -0.8)
-                                             << int(KbgClipPlaneDefinition::HALF_SPACE);
+        QTest::newRow("oblique, half-space") << KbgVector3D(0.6, 0, -0.8) << int(KbgClipPlaneDefinition::HALF_SPACE);
         QTest::newRow("oblique, slice") << KbgVector3D(0.6, 0, -0.8) << int(KbgClipPlaneDefinition::SLICE);
     }
 
@@ -300,8 +297,7 @@ private slots:
             m.setClippingEnabled(true);
             m.setClippingEnabled(false);
         };
-        QTest::newRow("off: behind kept") << Operation([](M) {}) << KbgVector3D(0, 0, 0)
-                                          << true << 0;
+        QTest::newRow("off: behind kept") << Operation([](M) {}) << KbgVector3D(0, 0, 0) << true << 0;
         QTest::newRow("half: ahead kept") << halfSpace << KbgVector3D(11, 0, 0) << true << 1;
         QTest::newRow("half: behind cut") << halfSpace << KbgVector3D(9, 99, -99) << false << 1;
         QTest::newRow("flipped: behind kept") << flippedHalf << KbgVector3D(9, 0, 0) << true << 1;
@@ -330,8 +326,7 @@ private slots:
         QCOMPARE(planesOn(model), planes);
         QCOMPARE(passesClipNode(model, point), kept);
         // The Inventor planes and the definition agree whenever clipping applies.
-        if (planes > 0)
-            QCOMPARE(model.getClipPlaneDefinition().isKept(point), kept);
+        if (planes > 0) QCOMPARE(model.getClipPlaneDefinition().isKept(point), kept);
     }
 
     void resetCentresOnTheScene()

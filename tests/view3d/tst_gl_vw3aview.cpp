@@ -35,8 +35,7 @@
 #include <QtTest>
 #include <memory>
 
-Q_DECLARE_METATYPE(QSurfaceFormat)
-Q_DECLARE_METATYPE(Vg3ANode*)
+Q_DECLARE_METATYPE(QSurfaceFormat) Q_DECLARE_METATYPE(Vg3ANode*)
 
 namespace {
 
@@ -46,8 +45,7 @@ using namespace InventorScenes;
 class CubeNode : public Vg3ANode
 {
 public:
-    CubeNode(const QString& name, const SbVec3f& center, float size, const QColor& color)
-        : Vg3ANode(name)
+    CubeNode(const QString& name, const SbVec3f& center, float size, const QColor& color) : Vg3ANode(name)
         , _cube(hold(separator({unlit(), flatBox(center, SbVec3f(size, size, size), sb(color))})))
     {
         rebuild();
@@ -168,8 +166,7 @@ private Q_SLOTS:
         QVERIFY2(group, parent.constData());
         const int found = group->findChild(node);
         QVERIFY(found >= 0);
-        if (index >= 0)
-            QCOMPARE(found, index);
+        if (index >= 0) QCOMPARE(found, index);
 
         // The seek target always closes the view's root; the event callback listens to keys.
         SoSeparator* root = view->getRoot();
@@ -296,8 +293,7 @@ private Q_SLOTS:
         QVERIFY(showAndWait(*view));
         QSignalSpy spy(view.get(), &Vw3AView::viewActivated);
         Vw3RenderAreaQWindow* area = view->getViewer()->getRenderArea();
-        for (int i = 0; i < clicks; ++i)
-            QTest::mouseClick(area, Qt::LeftButton, Qt::NoModifier, QPoint(50, 50));
+        for (int i = 0; i < clicks; ++i) QTest::mouseClick(area, Qt::LeftButton, Qt::NoModifier, QPoint(50, 50));
         QCOMPARE(spy.count(), expectedSignals);
         if (expectedSignals > 0) {
             QCOMPARE(spy.at(0).at(0).toBool(), true);
@@ -515,8 +511,7 @@ private Q_SLOTS:
         QVERIFY(report.startsWith(QStringLiteral("OpenGL pixel format check : ")));
         QCOMPARE(report.contains(QStringLiteral("OK")), failures.isEmpty());
         QCOMPARE(report.contains(QStringLiteral("Failed")), !failures.isEmpty());
-        for (const QString& text : failures)
-            QVERIFY(report.contains(text));
+        for (const QString& text : failures) QVERIFY(report.contains(text));
     }
 
     void legendFollowsAvailabilityAndAction()

@@ -59,9 +59,7 @@ struct ShownAreas
             areas << area;
         }
         host.resize(120 * areas.size(), 90);
-        for (Vw3RenderAreaQWindow* area : qAsConst(areas))
-            if (!showAndWait(host, area))
-                return false;
+        for (Vw3RenderAreaQWindow* area : qAsConst(areas)) if (!showAndWait(host, area)) return false;
         return true;
     }
 };
@@ -70,15 +68,12 @@ struct ShownAreas
 std::vector<unsigned char> rowsBuffer(int width, const QList<QRgb>& rowsBottomUp, int components)
 {
     std::vector<unsigned char> buffer;
-    for (QRgb color : rowsBottomUp)
-        for (int x = 0; x < width; ++x) {
+    for (QRgb color : rowsBottomUp) for (int x = 0; x < width; ++x) {
             buffer.push_back(uchar(qRed(color)));
             buffer.push_back(uchar(qGreen(color)));
             buffer.push_back(uchar(qBlue(color)));
-            if (components == 4)
-                buffer.push_back(uchar(x % 2 ? 0 : 128)); // alpha that must not show
-            if (components == 2)
-                buffer.pop_back();
+            if (components == 4) buffer.push_back(uchar(x % 2 ? 0 : 128)); // alpha that must not show
+            if (components == 2) buffer.pop_back();
         }
     return buffer;
 }
@@ -114,8 +109,7 @@ private Q_SLOTS:
             renderer.setSceneGraph(scene.get());
             QVERIFY2(showsTopAndBottom(renderer.getImage(), qRgb(255, 0, 0), qRgb(0, 0, 255)),
                      qPrintable(QStringLiteral("rendering %1").arg(i)));
-            for (Vw3RenderAreaQWindow* area : qAsConst(shown.areas))
-                QCOMPARE(area->render(), SiRenderArea::RENDERED);
+            for (Vw3RenderAreaQWindow* area : qAsConst(shown.areas)) QCOMPARE(area->render(), SiRenderArea::RENDERED);
         }
 
         QVERIFY(shown.add(1, scene.get()));
@@ -177,8 +171,7 @@ private Q_SLOTS:
         const QList<QRgb> rows = {qRgb(0, 200, 0), qRgb(255, 255, 255), qRgb(200, 0, 0)};
         // A two-component buffer is laid out as three components, as it is then read.
         const std::vector<unsigned char> buffer = rowsBuffer(width, rows, components == 2 ? 3 : components);
-        if (logged)
-            QTest::ignoreMessage(QtWarningMsg, "Wrong offscreen renderer number components");
+        if (logged) QTest::ignoreMessage(QtWarningMsg, "Wrong offscreen renderer number components");
         const QImage image = Vw3OffscreenRenderer::bufferToImage(buffer.data(), int(buffer.size()), components,
                                                                  width, rows.size());
         QCOMPARE(image.size(), QSize(width, 3));

@@ -46,8 +46,7 @@ struct Recorder
                 button->getState() == SoButtonEvent::DOWN ? "down" : "up");
         } else if (event->isOfType(SoKeyboardEvent::getClassTypeId())) {
             ++recorder->keys;
-            if (recorder->handleKeys)
-                callback->setHandled();
+            if (recorder->handleKeys) callback->setHandled();
         }
     }
 };
@@ -141,8 +140,7 @@ private Q_SLOTS:
     void eventsAndPicture_data()
     {
         QTest::addColumn<QString>("variant");
-        for (const char* variant : kVariants)
-            QTest::newRow(variant) << QString::fromLatin1(variant);
+        for (const char* variant : kVariants) QTest::newRow(variant) << QString::fromLatin1(variant);
     }
     void eventsAndPicture()
     {

@@ -64,8 +64,7 @@ private Q_SLOTS:
         QCOMPARE(action->text(), text);
         action->trigger();
         QCOMPARE(int(view.getSceneInteractor()->getInteractionMode()), interaction);
-        for (int m = 0; m < Vw3AView::MODE_COUNT; ++m)
-            QCOMPARE(view.getMode(m)->isChecked(), m == mode);
+        for (int m = 0; m < Vw3AView::MODE_COUNT; ++m) QCOMPARE(view.getMode(m)->isChecked(), m == mode);
 
         // A section mode gives way to viewing when the section modes are cancelled.
         view.cancelSectionModes();
@@ -117,8 +116,7 @@ private Q_SLOTS:
         // not take would show here.
         view.invalidateLegend();
         QCOMPARE(a->isChecked(), target);
-        if (action == Vw3AView::INVERT_COLORS)
-            QCOMPARE(view.getInvertColors(), target);
+        if (action == Vw3AView::INVERT_COLORS) QCOMPARE(view.getInvertColors(), target);
     }
 
     void sectionActionRequestsTheCurrentSection()
@@ -138,8 +136,7 @@ private Q_SLOTS:
         QMenu menu;
         view.fill(&menu);
         QStringList texts;
-        for (QAction* a : menu.actions())
-            texts << (a->isSeparator() ? QStringLiteral("|") : a->text());
+        for (QAction* a : menu.actions()) texts << (a->isSeparator() ? QStringLiteral("|") : a->text());
         const QStringList expected = {
             "View all", "View from top (U)", "View from bottom (D)", "View from east (E)", "View from west (W)",
             "View from north (N)", "View from south (S)", "Perspective / Orthographic Projection", "|", "Show axes",

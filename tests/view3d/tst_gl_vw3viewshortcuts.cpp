@@ -30,11 +30,9 @@ private:
         view->setAlwaysActivated(true);
         view->setPlane(KbgVector3D(0, 0, 0), KbgVector3D(0, 0, 1));
         view->show();
-        if (!QTest::qWaitForWindowExposed(view.get()))
-            return nullptr;
+        if (!QTest::qWaitForWindowExposed(view.get())) return nullptr;
         Vw3RenderAreaQWindow* area = view->getViewer()->getRenderArea();
-        if (!QTest::qWaitFor([area] { return area->isInitialized(); }))
-            return nullptr;
+        if (!QTest::qWaitFor([area] { return area->isInitialized(); })) return nullptr;
         return view;
     }
     static double clipHeight(const Vw3AView& view) { return view.getSectionModel()->getClipPosition().z(); }

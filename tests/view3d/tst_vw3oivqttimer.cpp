@@ -13,14 +13,12 @@ namespace {
 class CountingTask : public SoSystemTimerTask
 {
 public:
-    explicit CountingTask(bool* deleted = nullptr)
-        : _deleted(deleted)
+    explicit CountingTask(bool* deleted = nullptr) : _deleted(deleted)
     {
     }
     ~CountingTask() override
     {
-        if (_deleted)
-            *_deleted = true;
+        if (_deleted) *_deleted = true;
     }
     void run() override { ++runs; }
     int runs = 0;

@@ -29,8 +29,7 @@ QWidget* makeWidget(int width, int height)
 
 } // namespace
 
-Q_DECLARE_METATYPE(Qt::MouseButton)
-Q_DECLARE_METATYPE(Qt::KeyboardModifiers)
+Q_DECLARE_METATYPE(Qt::MouseButton) Q_DECLARE_METATYPE(Qt::KeyboardModifiers)
 
 class TestVw3QtEventToOivEvent : public QObject
 {
@@ -64,10 +63,8 @@ private Q_SLOTS:
             {Qt::Key_Control, 0xFFE3}, {Qt::Key_Meta, 0xFFEB}, {Qt::Key_Alt, 0xFFE9},
             {Qt::Key_Menu, 0xFFE9}, {Qt::Key_CapsLock, 0xFFE5}, {Qt::Key_NumLock, 0xFF7F},
             {Qt::Key_ScrollLock, 0xFF14}};
-        for (const auto& entry : special)
-            QTest::addRow("special 0x%x", entry.first) << entry.first << entry.second;
-        for (int f = 0; f < 12; ++f)
-            QTest::addRow("F%d", f + 1) << Qt::Key_F1 + f << 0xFFBE + f;
+        for (const auto& entry : special) QTest::addRow("special 0x%x", entry.first) << entry.first << entry.second;
+        for (int f = 0; f < 12; ++f) QTest::addRow("F%d", f + 1) << Qt::Key_F1 + f << 0xFFBE + f;
 
         QTest::newRow("unlisted latin: exclamation") << int(Qt::Key_Exclam) << 0;
         QTest::newRow("unlisted latin: last entry 0xff") << 0xFF << 0;
