@@ -1,15 +1,17 @@
 // The 3D view as a user and its owner meet it: its scene graph, nodes shown and hidden,
-// camera moves by keys and look-at, activation among views, image and file export, and
-// the render-format check.
+// single-key shortcuts for the camera, clip plane, modes and full screen, activation among
+// views, image and file export, the render-format check, and its actions and menu.
 
 #include "ImageChecks.h"
 #include "InventorScenes.h"
 #include <KbbGlobal.h>
+#include <KbgClipPlaneDefinition.h>
 #include <KbbStringFormat.h>
 #include <KbdVariable.h>
 #include <KbuUnit.h>
 #include <Vg3ANode.h>
 #include <Vg3SceneInteractor.h>
+#include <Vg3SectionModel.h>
 #include <VgpIPickHandler.h>
 #include <VugColorScale.h>
 #include <Vw3AView.h>
@@ -29,6 +31,8 @@
 #include <QAction>
 #include <QApplication>
 #include <QClipboard>
+#include <QKeySequence>
+#include <QMenu>
 #include <QSignalSpy>
 #include <QSurfaceFormat>
 #include <QTemporaryDir>
@@ -36,6 +40,8 @@
 #include <memory>
 
 Q_DECLARE_METATYPE(QSurfaceFormat) Q_DECLARE_METATYPE(Vg3ANode*)
+using Check = std::function<void(Vw3AView&, int)>;
+Q_DECLARE_METATYPE(Check)
 
 namespace {
 
@@ -58,6 +64,11 @@ private:
     Held<SoSeparator> _cube;
 };
 
+QString text(const SbVec3f& v)
+{
+    return QStringLiteral("%1 %2 %3").arg(v[0]).arg(v[1]).arg(v[2]);
+}
+
 SbVec3f viewDirection(const Vw3AView& view)
 {
     SbVec3f direction;
@@ -72,6 +83,13 @@ SbVec3f focalPoint(const Vw3AView& view)
     camera->orientation.getValue().multVec(SbVec3f(0, 0, -1), direction);
     return camera->position.getValue() + direction * camera->focalDistance.getValue();
 }
+
+// Opens the protected context-menu filling to the test.
+class MenuView : public Vw3ExaminerView
+{
+public:
+    void fill(QMenu* menu) { _fillContextMenu(menu); }
+};
 
 } // namespace
 
@@ -309,65 +327,112 @@ private Q_SLOTS:
         QCOMPARE(spy.count(), always ? 0 : 1);
     }
 
-    void keyShortcutsMoveTheCamera_data()
+    // Single keys pressed on the render area of a shown view taking keys, from an oblique
+    // camera and a horizontal clip plane through the origin; the check sees the view and
+    // how often the camera changed.
+    void keys_data()
     {
-        QTest::addColumn<int>("key");
-        QTest::addColumn<float>("dx");
-        QTest::addColumn<float>("dy");
-        QTest::addColumn<float>("dz");
-
-        QTest::newRow("U looks down") << int(Qt::Key_U) << 0.f << 0.f << -1.f;
-        QTest::newRow("D looks up") << int(Qt::Key_D) << 0.f << 0.f << 1.f;
-        QTest::newRow("E looks west from the east") << int(Qt::Key_E) << -1.f << 0.f << 0.f;
-        QTest::newRow("W looks east from the west") << int(Qt::Key_W) << 1.f << 0.f << 0.f;
-        QTest::newRow("N looks south from the north") << int(Qt::Key_N) << 0.f << -1.f << 0.f;
-        QTest::newRow("S looks north from the south") << int(Qt::Key_S) << 0.f << 1.f << 0.f;
+        QTest::addColumn<QKeySequence>("keys");
+        QTest::addColumn<bool>("fullScreen");
+        QTest::addColumn<Check>("check");
+        const auto looking = [](float x, float y, float z) {
+            return Check([=](Vw3AView& view, int cameraChanges) {
+                QVERIFY2((viewDirection(view) - SbVec3f(x, y, z)).length() < 1e-3f, qPrintable(text(viewDirection(view))));
+                QVERIFY(cameraChanges >= 1);
+            });
+        };
+        const auto projection = [](Vg3SceneInteractor::ProjectionType type, SoType camera) {
+            return Check([=](Vw3AView& view, int) {
+                QCOMPARE(view.getSceneInteractor()->getProjectionType(), type);
+                QVERIFY(view.getSceneInteractor()->getCamera()->isOfType(camera));
+            });
+        };
+        // The clip plane moved by steps and its slab widened by a factor.
+        const auto clip = [](int steps, double widthFactor) {
+            return Check([=](Vw3AView& view, int) {
+                const KbgClipPlaneDefinition& plane = view.getSectionModel()->getClipPlaneDefinition();
+                QVERIFY2(std::abs(view.getSectionModel()->getClipPosition().z() - steps * plane.getStepSize()) < 1e-9,
+                         qPrintable(QString::number(view.getSectionModel()->getClipPosition().z())));
+                const double width = Vg3SectionModel().getClipPlaneDefinition().getSliceWidth() * widthFactor;
+                QVERIFY2(std::abs(plane.getSliceWidth() - width) < 1e-9, qPrintable(QString::number(plane.getSliceWidth())));
+            });
+        };
+        const auto normalZ = [](double z) {
+            return Check([=](Vw3AView& view, int) { QCOMPARE(view.getSectionModel()->getPlaneNormal().z(), z); });
+        };
+        const auto fullScreen = [](bool still) {
+            return Check([=](Vw3AView& view, int) {
+                QCOMPARE(view.isFullScreen(), still);
+                QCOMPARE(view.getAction(Vw3AView::FULLSCREEN)->isChecked(), still);
+            });
+        };
+        const auto row = [](const char* name, const QKeySequence& keys, const Check& check, bool full = false) {
+            QTest::newRow(name) << keys << full << check;
+        };
+        row("U looks down", Qt::Key_U, looking(0, 0, -1));
+        row("D looks up", Qt::Key_D, looking(0, 0, 1));
+        row("E looks west from the east", Qt::Key_E, looking(-1, 0, 0));
+        row("W looks east from the west", Qt::Key_W, looking(1, 0, 0));
+        row("N looks south from the north", Qt::Key_N, looking(0, -1, 0));
+        row("S looks north from the south", Qt::Key_S, looking(0, 1, 0));
+        row("L looks along the plane's normal", Qt::Key_L, looking(0, 0, 1));
+        row("Home frames the scene", Qt::Key_Home, [](Vw3AView& view, int) {
+            QVERIFY2((focalPoint(view) - SbVec3f(10, 20, 30)).length() < 0.5f, qPrintable(text(focalPoint(view))));
+        });
+        row("O goes orthographic", Qt::Key_O, projection(Vg3SceneInteractor::ORTHOGRAPHIC, SoOrthographicCamera::getClassTypeId()));
+        row("P comes back to perspective", QKeySequence(Qt::Key_O, Qt::Key_P),
+            projection(Vg3SceneInteractor::PERSPECTIVE, SoPerspectiveCamera::getClassTypeId()));
+        row("+ steps forward", Qt::Key_Plus, clip(1, 1.0));
+        row("- steps backward", Qt::Key_Minus, clip(-1, 1.0));
+        row("Shift + widens the slice", Qt::SHIFT + Qt::Key_Plus, clip(0, Vg3SectionModel::SLICE_WIDTH_FACTOR));
+        row("Shift - narrows the slice", Qt::SHIFT + Qt::Key_Minus, clip(0, 1.0 / Vg3SectionModel::SLICE_WIDTH_FACTOR));
+        row("an unbound key leaves the plane", Qt::Key_Q, clip(0, 1.0));
+        row("Shift L reverses the plane", Qt::SHIFT + Qt::Key_L, normalZ(-1.0));
+        row("Shift L twice turns it back", QKeySequence(Qt::SHIFT + Qt::Key_L, Qt::SHIFT + Qt::Key_L), normalZ(1.0));
+        row("C switches to knife mode", Qt::Key_C, [](Vw3AView& view, int) {
+            QVERIFY(view.getKnifeMode()->isChecked());
+            QVERIFY(!view.getViewingMode()->isChecked());
+            QCOMPARE(view.getSceneInteractor()->getInteractionMode(), Vg3SceneInteractor::PICKING);
+        });
+        row("Alt+Return leaves full screen", Qt::ALT + Qt::Key_Return, fullScreen(false), true);
+        row("Alt+Enter leaves full screen", Qt::ALT + Qt::KeypadModifier + Qt::Key_Enter, fullScreen(false), true);
+        row("Return alone stays in full screen", Qt::Key_Return, fullScreen(true), true);
     }
-
-    void keyShortcutsMoveTheCamera()
+    void keys()
     {
-        QFETCH(int, key);
-        QFETCH(float, dx);
-        QFETCH(float, dy);
-        QFETCH(float, dz);
+        QFETCH(QKeySequence, keys);
+        QFETCH(bool, fullScreen);
+        QFETCH(Check, check);
         auto view = makeView();
         CubeNode cube(QStringLiteral("cube"), SbVec3f(10, 20, 30), 4.0f, Qt::red);
         view->addNode(&cube);
         view->setAlwaysActivated(true);
+        view->setPlane(KbgVector3D(0, 0, 0), KbgVector3D(0, 0, 1));
         QVERIFY(showAndWait(*view));
-        // Start from an oblique camera, so every preset is a real move.
         Vug::CameraState oblique = view->getCameraState();
-        oblique.axis[0] = 1.0;
-        oblique.axis[1] = 1.0;
-        oblique.axis[2] = 0.3;
+        const double axis[3] = {1.0, 1.0, 0.3};
+        std::copy(axis, axis + 3, oblique.axis);
         oblique.angle = 0.7;
         view->setCameraState(oblique);
+        view->setFullScreen(fullScreen);
         QSignalSpy changed(view.get(), &Vw3AView::cameraChanged);
-
-        QTest::keyClick(view->getViewer()->getRenderArea(), Qt::Key(key));
-        const SbVec3f direction = viewDirection(*view);
-        QVERIFY2((direction - SbVec3f(dx, dy, dz)).length() < 1e-3f,
-                 qPrintable(QStringLiteral("%1 %2 %3").arg(direction[0]).arg(direction[1]).arg(direction[2])));
-        QVERIFY(changed.count() >= 1);
-
-        // Home frames the scene from there.
-        QTest::keyClick(view->getViewer()->getRenderArea(), Qt::Key_Home);
-        QVERIFY((focalPoint(*view) - SbVec3f(10, 20, 30)).length() < 0.5f);
+        for (int i = 0; i < keys.count(); ++i)
+            QTest::keyClick(view->getViewer()->getRenderArea(), Qt::Key(keys[i] & ~Qt::KeyboardModifierMask),
+                            Qt::KeyboardModifiers(keys[i] & Qt::KeyboardModifierMask));
+        check(*view, changed.count());
+        view->setFullScreen(false);
     }
 
-    void projectionKeys()
+    // Key releases alone do nothing.
+    void releasesAloneDoNothing()
     {
         auto view = makeView();
         view->setAlwaysActivated(true);
         QVERIFY(showAndWait(*view));
-        Vw3RenderAreaQWindow* area = view->getViewer()->getRenderArea();
-        QTest::keyClick(area, Qt::Key_O);
-        QCOMPARE(view->getSceneInteractor()->getProjectionType(), Vg3SceneInteractor::ORTHOGRAPHIC);
-        QVERIFY(view->getSceneInteractor()->getCamera()->isOfType(SoOrthographicCamera::getClassTypeId()));
-        QTest::keyClick(area, Qt::Key_P);
-        QCOMPARE(view->getSceneInteractor()->getProjectionType(), Vg3SceneInteractor::PERSPECTIVE);
-        view->getAction(Vw3AView::PROJECTION)->trigger();
-        QCOMPARE(view->getSceneInteractor()->getProjectionType(), Vg3SceneInteractor::ORTHOGRAPHIC);
+        QTest::keyRelease(view->getViewer()->getRenderArea(), Qt::Key_Plus);
+        QTest::keyRelease(view->getViewer()->getRenderArea(), Qt::Key_C);
+        QCOMPARE(view->getSectionModel()->getClipPosition().z(), 0.0);
+        QVERIFY(view->getViewingMode()->isChecked());
     }
 
     // What a user reads on the actions the context menu does not list.
@@ -644,6 +709,138 @@ private Q_SLOTS:
         QCOMPARE(area->cursor().shape(), Qt::ArrowCursor);
         QCOMPARE(picker.presses, 1);
         QVERIFY(view->getCameraState() != framed);
+    }
+
+    // The actions: exclusive interaction modes, checkable actions kept in step with the view
+    // both ways, the section request, the context menu and unknown look-ups.
+    void modesAreExclusive_data()
+    {
+        QTest::addColumn<int>("mode");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<int>("interaction");
+
+        QTest::newRow("viewing") << int(Vw3AView::VIEWING_MODE) << "Viewing mode" << int(Vg3SceneInteractor::VIEWING);
+        QTest::newRow("picking") << int(Vw3AView::PICKING_MODE) << "Picking mode" << int(Vg3SceneInteractor::PICKING);
+        QTest::newRow("seeking") << int(Vw3AView::SEEKING_MODE) << "Seek mode" << int(Vg3SceneInteractor::SEEKING);
+        QTest::newRow("ruler") << int(Vw3AView::RULER_MODE) << "Ruler mode" << int(Vg3SceneInteractor::RULER);
+        QTest::newRow("knife picks") << int(Vw3AView::KNIFE_MODE) << "Knife mode" << int(Vg3SceneInteractor::PICKING);
+        QTest::newRow("fence picks") << int(Vw3AView::FENCE_MODE) << "Fence mode" << int(Vg3SceneInteractor::PICKING);
+        QTest::newRow("one point picks") << int(Vw3AView::PICK_1_POINT_MODE) << "Set points from picking"
+                                         << int(Vg3SceneInteractor::PICKING);
+        QTest::newRow("three points pick") << int(Vw3AView::PICK_3_POINTS_MODE) << "Set the plane from points"
+                                           << int(Vg3SceneInteractor::PICKING);
+        QTest::newRow("several points pick") << int(Vw3AView::PICK_MULTIPLE_POINTS_MODE) << "Add fence points"
+                                             << int(Vg3SceneInteractor::PICKING);
+    }
+
+    void modesAreExclusive()
+    {
+        QFETCH(int, mode);
+        QFETCH(QString, text);
+        QFETCH(int, interaction);
+        Vw3ExaminerView view;
+        // Start from a mode of another interaction, so that every row is a real switch.
+        view.getMode(mode == Vw3AView::RULER_MODE ? Vw3AView::SEEKING_MODE : Vw3AView::RULER_MODE)->trigger();
+
+        QAction* action = view.getMode(mode);
+        QVERIFY(action);
+        QCOMPARE(action->text(), text);
+        action->trigger();
+        QCOMPARE(int(view.getSceneInteractor()->getInteractionMode()), interaction);
+        for (int m = 0; m < Vw3AView::MODE_COUNT; ++m) QCOMPARE(view.getMode(m)->isChecked(), m == mode);
+
+        // A section mode gives way to viewing when the section modes are cancelled.
+        view.cancelSectionModes();
+        const bool sectionMode = mode >= Vw3AView::KNIFE_MODE;
+        QCOMPARE(view.getViewingMode()->isChecked(), sectionMode || mode == Vw3AView::VIEWING_MODE);
+    }
+
+    void checkableActionsFollowTheView_data()
+    {
+        QTest::addColumn<int>("action");
+        QTest::addColumn<bool>("fromTheView");
+
+        for (bool fromView : {true, false}) {
+            const char* how = fromView ? "set by the view" : "toggled by the user";
+            QTest::addRow("axes %s", how) << int(Vw3AView::AXES) << fromView;
+            QTest::addRow("axes grid %s", how) << int(Vw3AView::AXES_GRID) << fromView;
+            QTest::addRow("gnomon %s", how) << int(Vw3AView::GNOMON) << fromView;
+            QTest::addRow("compass %s", how) << int(Vw3AView::COMPASS) << fromView;
+            QTest::addRow("inverted colours %s", how) << int(Vw3AView::INVERT_COLORS) << fromView;
+        }
+        QTest::newRow("section properties set by the view") << int(Vw3AView::SECTION_PROPERTIES) << true;
+    }
+
+    void checkableActionsFollowTheView()
+    {
+        QFETCH(int, action);
+        QFETCH(bool, fromTheView);
+        Vw3ExaminerView view;
+        QAction* a = view.getAction(Vw3AView::Action(action));
+        QVERIFY(a && a->isCheckable());
+        QSignalSpy toggled(a, &QAction::toggled);
+        const bool target = !a->isChecked();
+        if (fromTheView) {
+            switch (action) {
+            case Vw3AView::AXES: view.toggleAxes(target); break;
+            case Vw3AView::AXES_GRID: view.toggleAxesGrid(target); break;
+            case Vw3AView::GNOMON: view.toggleGnomon(target); break;
+            case Vw3AView::COMPASS: view.toggleCompass(target); break;
+            case Vw3AView::INVERT_COLORS: view.setInvertColors(target); break;
+            case Vw3AView::SECTION_PROPERTIES: view.toggleClippingProperties(target); break;
+            default: QFAIL("no setter for this row");
+            }
+        } else {
+            a->trigger();
+        }
+        QCOMPARE(a->isChecked(), target);
+        QCOMPARE(toggled.count(), 1);
+        // The view redraws its decorations' actions from its own state: a toggle the view did
+        // not take would show here.
+        view.invalidateLegend();
+        QCOMPARE(a->isChecked(), target);
+        if (action == Vw3AView::INVERT_COLORS) QCOMPARE(view.getInvertColors(), target);
+    }
+
+    void sectionActionRequestsTheCurrentSection()
+    {
+        Vw3ExaminerView view;
+        view.setPlane(KbgVector3D(1, 2, 3), KbgVector3D(0, 1, 0));
+        QSignalSpy requested(&view, &Vw3AView::createSectionRequest);
+        view.getAction(Vw3AView::SECTION)->trigger();
+        QCOMPARE(requested.count(), 1);
+        const auto definition = requested.at(0).at(0).value<VugSectionDefinition>();
+        QVERIFY(definition == view.getSectionModel()->getSectionDefinition());
+    }
+
+    void contextMenuListsTheViewActions()
+    {
+        MenuView view;
+        QMenu menu;
+        view.fill(&menu);
+        QStringList texts;
+        for (QAction* a : menu.actions()) texts << (a->isSeparator() ? QStringLiteral("|") : a->text());
+        const QStringList expected = {
+            "View all", "View from top (U)", "View from bottom (D)", "View from east (E)", "View from west (W)",
+            "View from north (N)", "View from south (S)", "Perspective / Orthographic Projection", "|", "Show axes",
+            "Show axes grid", "Show gnomon", "Show compass", "Show/hide colormap legend", "Invert colors", "|",
+            "Fullscreen", "Save as image", "Copy to clipboard", "Save scene as an IV file", "Send to report.",
+        };
+        QCOMPARE(texts, expected);
+    }
+
+    void unknownLookupsWarnAndGiveNothing()
+    {
+        Vw3ExaminerView view;
+        QTest::ignoreMessage(QtWarningMsg, "Vw3AView::getAction: no action 29");
+        QVERIFY(!view.getAction(Vw3AView::ACTION_COUNT));
+        QTest::ignoreMessage(QtWarningMsg, "Vw3AView::getMode: no mode -1");
+        QVERIFY(!view.getMode(-1));
+        QTest::ignoreMessage(QtWarningMsg, "Vw3AView::getMode: no mode 9");
+        QVERIFY(!view.getMode(Vw3AView::MODE_COUNT));
+        // The lookups that exist are still there afterwards.
+        QVERIFY(view.getAction(Vw3AView::VIEW_ALL));
+        QVERIFY(view.getMode(Vw3AView::VIEWING_MODE) == view.getViewingMode());
     }
 };
 
