@@ -1,8 +1,8 @@
 // The graphic nodes as a 3D view receives them: a named sub-graph root that stays the same
 // object across rebuilds, bounding boxes that follow the vertical scale, the colours and
 // shapes Inventor actually generates from the data (read back with a callback action, as a
-// renderer would see them), holes in grids, and bad data refused with a warning. Also the legend's ticks and readable labels, and the
-// overlays' visibility.
+// renderer would see them), holes in grids, and bad data refused with a warning. Also the
+// legend's ticks and readable labels, and the overlays' visibility.
 
 #include "ImageChecks.h"
 #include "InventorScenes.h"
@@ -39,57 +39,44 @@ const double U = KbbGlobal::D_FFFF;
 // What a renderer draws from a sub-graph: vertices in world coordinates with their colours.
 struct Drawn
 {
-    QVector<SbVec3f> points;
-    QVector<QRgb> pointColors;
-    QVector<SbVec3f> triangleCorners;
-    QVector<QRgb> triangleColors;
+    QVector<SbVec3f> points, triangleCorners;
+    QVector<QRgb> pointColors, triangleColors;
     int lineSegments = 0;
     QVector<float> lineZ;
+
+    void add(SoCallbackAction* action, const SoPrimitiveVertex* v, QVector<SbVec3f>& where, QVector<QRgb>& colors)
+    {
+        SbColor ambient, diffuse, specular, emission;
+        float shininess = 0, transparency = 0;
+        action->getMaterial(ambient, diffuse, specular, emission, shininess, transparency, v->getMaterialIndex());
+        colors << qRgb(qRound(diffuse[0] * 255), qRound(diffuse[1] * 255), qRound(diffuse[2] * 255));
+        where << worldOf(action, v);
+    }
+    static SbVec3f worldOf(SoCallbackAction* action, const SoPrimitiveVertex* v)
+    {
+        SbVec3f p;
+        action->getModelMatrix().multVecMatrix(v->getPoint(), p);
+        return p;
+    }
 };
-
-QRgb colorOf(SoCallbackAction* action, const SoPrimitiveVertex* v)
-{
-    SbColor ambient, diffuse, specular, emission;
-    float shininess = 0, transparency = 0;
-    action->getMaterial(ambient, diffuse, specular, emission, shininess, transparency, v->getMaterialIndex());
-    return qRgb(qRound(diffuse[0] * 255), qRound(diffuse[1] * 255), qRound(diffuse[2] * 255));
-}
-
-SbVec3f worldOf(SoCallbackAction* action, const SoPrimitiveVertex* v)
-{
-    SbVec3f p;
-    action->getModelMatrix().multVecMatrix(v->getPoint(), p);
-    return p;
-}
 
 Drawn draw(SoNode* root)
 {
+    using V = const SoPrimitiveVertex*;
     Drawn drawn;
     SoCallbackAction action;
-    action.addPointCallback(SoShape::getClassTypeId(),
-        [](void* data, SoCallbackAction* a, const SoPrimitiveVertex* v) {
-            auto d = static_cast<Drawn*>(data);
-            d->points << worldOf(a, v);
-            d->pointColors << colorOf(a, v);
-        },
-        &drawn);
-    action.addTriangleCallback(SoShape::getClassTypeId(),
-        [](void* data, SoCallbackAction* a, const SoPrimitiveVertex* v1, const SoPrimitiveVertex* v2,
-           const SoPrimitiveVertex* v3) {
-            auto d = static_cast<Drawn*>(data);
-            for (const SoPrimitiveVertex* v : {v1, v2, v3}) {
-                d->triangleCorners << worldOf(a, v);
-                d->triangleColors << colorOf(a, v);
-            }
-        },
-        &drawn);
-    action.addLineSegmentCallback(SoShape::getClassTypeId(),
-        [](void* data, SoCallbackAction* a, const SoPrimitiveVertex* v1, const SoPrimitiveVertex* v2) {
-            auto d = static_cast<Drawn*>(data);
-            ++d->lineSegments;
-            d->lineZ << worldOf(a, v1)[2] << worldOf(a, v2)[2];
-        },
-        &drawn);
+    const SoType shape = SoShape::getClassTypeId();
+    action.addPointCallback(shape, [](void* d, SoCallbackAction* a, V v) {
+        static_cast<Drawn*>(d)->add(a, v, static_cast<Drawn*>(d)->points, static_cast<Drawn*>(d)->pointColors);
+    }, &drawn);
+    action.addTriangleCallback(shape, [](void* d, SoCallbackAction* a, V v1, V v2, V v3) {
+        for (V v : {v1, v2, v3})
+            static_cast<Drawn*>(d)->add(a, v, static_cast<Drawn*>(d)->triangleCorners, static_cast<Drawn*>(d)->triangleColors);
+    }, &drawn);
+    action.addLineSegmentCallback(shape, [](void* d, SoCallbackAction* a, V v1, V v2) {
+        ++static_cast<Drawn*>(d)->lineSegments;
+        static_cast<Drawn*>(d)->lineZ << Drawn::worldOf(a, v1)[2] << Drawn::worldOf(a, v2)[2];
+    }, &drawn);
     action.apply(root);
     return drawn;
 }

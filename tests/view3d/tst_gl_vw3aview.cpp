@@ -435,32 +435,6 @@ private Q_SLOTS:
         QVERIFY(view->getViewingMode()->isChecked());
     }
 
-    // What a user reads on the actions the context menu does not list.
-    void actionToolTips()
-    {
-        auto view = makeView();
-        const struct
-        {
-            Vw3AView::Action action;
-            const char* text;
-            const char* toolTip;
-        } actions[] = {
-            {Vw3AView::VIEW_ALL, "View all", "View all (Home)"},
-            {Vw3AView::PROJECTION, "Perspective / Orthographic Projection", "Perspective / Orthographic Projection (P / O)"},
-            {Vw3AView::FULLSCREEN, "Fullscreen", "Toggle between windowed and fullscreen modes"},
-            {Vw3AView::SECTION_VIEW, "View from section", "View from section (L)"},
-            {Vw3AView::REPORT, "Send to report.", "Send 3D view to report"},
-            {Vw3AView::IMAGE, "Save as image", "Save the scene into an image file"},
-            {Vw3AView::LEGEND, "Show/hide colormap legend", "Show/hide colormap legend..."},
-            {Vw3AView::KNIFE, "Knife mode", "Knife mode (C)"},
-            {Vw3AView::POINTS_FROM_PICKING, "Set points from picking", "Set points from picking."},
-        };
-        for (const auto& a : actions) {
-            QCOMPARE(view->getAction(a.action)->text(), QString::fromUtf8(a.text));
-            QCOMPARE(view->getAction(a.action)->toolTip(), QString::fromUtf8(a.toolTip));
-        }
-    }
-
     void savedAndCopiedImagesShowTheScene()
     {
         auto view = makeView();
