@@ -10,6 +10,7 @@
 #include <KbdVariable.h>
 #include <KbuUnit.h>
 #include <Vg3ANode.h>
+#include <Vg3OpenInventor.h>
 #include <Vg3SceneInteractor.h>
 #include <Vg3SectionModel.h>
 #include <VgpIPickHandler.h>
@@ -148,7 +149,11 @@ private:
     static bool showAndWait(Vw3AView& view) { return InventorScenes::showAndWait(view, view.getViewer()->getRenderArea()); }
 
 private Q_SLOTS:
-    void initTestCase() { qRegisterMetaType<Vg3ANode*>(); }
+    void initTestCase()
+    {
+        Vg3OpenInventor::getInstance()->init();
+        qRegisterMetaType<Vg3ANode*>();
+    }
     void sceneGraphNames_data()
     {
         QTest::addColumn<QByteArray>("name");
