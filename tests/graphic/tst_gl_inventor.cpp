@@ -1,15 +1,13 @@
+// Coin drawing through our offscreen hooks and the render-area core: what lands in the
+// buffer and the framebuffer for each clear policy and transparency type, and the start-
+// render callback as the scene changes.
+
+#include "ImageChecks.h"
+#include "InventorScenes.h"
 #include <SoRenderAreaCore.h>
 #include <Vg3OpenInventor.h>
 
 #include <Inventor/SoDB.h>
-#include <Inventor/SoOffscreenRenderer.h>
-#include <Inventor/nodes/SoBaseColor.h>
-#include <Inventor/nodes/SoCube.h>
-#include <Inventor/nodes/SoLightModel.h>
-#include <Inventor/nodes/SoMaterial.h>
-#include <Inventor/nodes/SoOrthographicCamera.h>
-#include <Inventor/nodes/SoSeparator.h>
-#include <Inventor/nodes/SoTranslation.h>
 #include <Inventor/sensors/SoSensorManager.h>
 
 #include <QOffscreenSurface>
@@ -18,71 +16,17 @@
 #include <QOpenGLFunctions>
 #include <QtTest>
 
-#include <memory>
+using namespace InventorScenes;
 
 namespace {
 
-const int Width = 64;
-const int Height = 48;
+const QSize kSize(64, 48);
 
-// An orthographic view two units high of a flat coloured box: `width` wide, `height`
-// high, centred at x. Unlit, so that the colours on screen are the colours set.
-SoSeparator* makeScene(float x, float width, float height, const SbColor& color, SoBaseColor** colorNode = nullptr,
-                       float transparency = 0.0f)
+// A red box seen unlit by a camera two units high, on the view's x axis.
+Held<SoSeparator> redBox(float x, float side, float transparency = 0.0f, SoBaseColor** color = nullptr)
 {
-    auto root = new SoSeparator;
-    root->ref();
-    auto camera = new SoOrthographicCamera;
-    camera->position.setValue(0.0f, 0.0f, 5.0f);
-    camera->height = 2.0f;
-    camera->nearDistance = 1.0f;
-    camera->farDistance = 10.0f;
-    root->addChild(camera);
-    auto lightModel = new SoLightModel;
-    lightModel->model = SoLightModel::BASE_COLOR;
-    root->addChild(lightModel);
-    auto material = new SoMaterial;
-    material->diffuseColor = color;
-    material->transparency = transparency;
-    root->addChild(material);
-    auto baseColor = new SoBaseColor;
-    baseColor->rgb = color;
-    root->addChild(baseColor);
-    if (colorNode)
-        *colorNode = baseColor;
-    auto translation = new SoTranslation;
-    translation->translation.setValue(x, 0.0f, 0.0f);
-    root->addChild(translation);
-    auto cube = new SoCube;
-    cube->width = width;
-    cube->height = height;
-    cube->depth = 1.0f;
-    root->addChild(cube);
-    return root;
-}
-
-struct Unref
-{
-    void operator()(SoNode* node) const { node->unref(); }
-};
-using NodeHolder = std::unique_ptr<SoSeparator, Unref>;
-
-bool near(QRgb actual, QRgb expected, int tolerance = 3)
-{
-    return qAbs(qRed(actual) - qRed(expected)) <= tolerance && qAbs(qGreen(actual) - qGreen(expected)) <= tolerance &&
-           qAbs(qBlue(actual) - qBlue(expected)) <= tolerance;
-}
-
-QString describe(QRgb c)
-{
-    return QStringLiteral("(%1, %2, %3)").arg(qRed(c)).arg(qGreen(c)).arg(qBlue(c));
-}
-
-// A pixel of Coin's buffer: rows bottom to top, `components` bytes a pixel.
-QRgb bufferPixel(const unsigned char* buffer, int components, int x, int yFromBottom)
-{
-    const unsigned char* p = buffer + (yFromBottom * Width + x) * components;
-    return components >= 3 ? qRgb(p[0], p[1], p[2]) : qRgb(p[0], p[0], p[0]);
+    return hold(unlitScene(orthoCamera(SbVec3f(0, 0, 5), 2.0f),
+                           {flatBox(SbVec3f(x, 0, 0), SbVec3f(side, side, 1), SbColor(1, 0, 0), transparency, color)}));
 }
 
 } // namespace
@@ -95,14 +39,24 @@ class TestGlInventor : public QObject
     QOpenGLContext _context;
     std::unique_ptr<QOpenGLFramebufferObject> _fbo;
 
-    QOpenGLFunctions* gl() { return _context.functions(); }
-
+    // The framebuffer bound and filled with `color`, every depth at `depth`.
     void fillFramebuffer(QRgb color, float depth)
     {
-        gl()->glClearColor(qRed(color) / 255.0f, qGreen(color) / 255.0f, qBlue(color) / 255.0f, 1.0f);
-        gl()->glClearDepthf(depth);
-        gl()->glDepthMask(GL_TRUE);
-        gl()->glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+        QVERIFY(_context.makeCurrent(&_surface));
+        QVERIFY(_fbo->bind());
+        QOpenGLFunctions* gl = _context.functions();
+        gl->glClearColor(qRed(color) / 255.0f, qGreen(color) / 255.0f, qBlue(color) / 255.0f, 1.0f);
+        gl->glClearDepthf(depth);
+        gl->glDepthMask(GL_TRUE);
+        gl->glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+    }
+
+    static Held<SoRenderAreaCore> core(SoNode* scene)
+    {
+        auto core = hold(new SoRenderAreaCore);
+        core->setSceneGraph(scene);
+        core->setSize(SbVec2i32(kSize.width(), kSize.height()));
+        return core;
     }
 
 private slots:
@@ -110,7 +64,6 @@ private slots:
     {
         Vg3OpenInventor::getInstance()->init();
         QVERIFY(Vg3OpenInventor::getInstance()->isInitialized());
-
         QSurfaceFormat format;
         format.setProfile(QSurfaceFormat::CompatibilityProfile);
         format.setDepthBufferSize(24);
@@ -119,8 +72,7 @@ private slots:
         _context.setFormat(format);
         QVERIFY(_context.create());
         QVERIFY(_context.makeCurrent(&_surface));
-        _fbo = std::make_unique<QOpenGLFramebufferObject>(QSize(Width, Height),
-                                                          QOpenGLFramebufferObject::CombinedDepthStencil);
+        _fbo = std::make_unique<QOpenGLFramebufferObject>(kSize, QOpenGLFramebufferObject::CombinedDepthStencil);
         QVERIFY(_fbo->isValid());
     }
 
@@ -137,35 +89,25 @@ private slots:
         QTest::newRow("rgb") << int(SoOffscreenRenderer::RGB);
         QTest::newRow("rgb with alpha") << int(SoOffscreenRenderer::RGB_TRANSPARENCY);
     }
-
     void offscreenRenderer()
     {
         QFETCH(int, components);
-        // A red box over the left half of a 4:3 view (x from -4/3 to 0), on blue.
-        NodeHolder scene(makeScene(-2.0f / 3.0f, 4.0f / 3.0f, 2.0f, SbColor(1, 0, 0)));
-
+        // Red over the left half of the 4:3 view (x from -4/3 to 0), on blue.
+        auto scene = hold(unlitScene(orthoCamera(SbVec3f(0, 0, 5), 2.0f),
+                                     {flatBox(SbVec3f(-2.0f / 3, 0, 0), SbVec3f(4.0f / 3, 2, 1), SbColor(1, 0, 0))}));
         // The caller's context stays current across the offscreen render.
         QVERIFY(_context.makeCurrent(&_surface));
-        SoOffscreenRenderer renderer{SbViewportRegion(Width, Height)};
+        SoOffscreenRenderer renderer{SbViewportRegion(short(kSize.width()), short(kSize.height()))};
         renderer.setComponents(SoOffscreenRenderer::Components(components));
         renderer.setBackgroundColor(SbColor(0, 0, 1));
         QVERIFY(renderer.render(scene.get()));
         QCOMPARE(QOpenGLContext::currentContext(), &_context);
         QCOMPARE(QOpenGLContext::currentContext()->surface(), &_surface);
-
-        const unsigned char* buffer = renderer.getBuffer();
-        QVERIFY(buffer);
-        const struct
-        {
-            int x, y;
-            QRgb expected;
-        } probes[] = {{4, 4, qRgb(255, 0, 0)},   {28, 24, qRgb(255, 0, 0)}, {4, 44, qRgb(255, 0, 0)},
-                      {36, 24, qRgb(0, 0, 255)}, {60, 4, qRgb(0, 0, 255)},  {60, 44, qRgb(0, 0, 255)}};
-        for (const auto& probe : probes) {
-            const QRgb actual = bufferPixel(buffer, components, probe.x, probe.y);
-            QVERIFY2(near(actual, probe.expected),
-                     qPrintable(QStringLiteral("pixel %1,%2 is %3").arg(probe.x).arg(probe.y).arg(describe(actual))));
-        }
+        const QImage image = bufferImage(renderer.getBuffer(), kSize, components);
+        for (const QPoint& p : {QPoint(4, 4), QPoint(28, 24), QPoint(4, 44)})
+            QVERIFY2(ImageChecks::near(image.pixel(p), qRgb(255, 0, 0), 3), qPrintable(ImageChecks::toString(image.pixel(p))));
+        for (const QPoint& p : {QPoint(36, 24), QPoint(60, 4), QPoint(60, 44)})
+            QVERIFY2(ImageChecks::near(image.pixel(p), qRgb(0, 0, 255), 3), qPrintable(ImageChecks::toString(image.pixel(p))));
     }
 
     void renderAreaCoreClearing_data()
@@ -173,7 +115,6 @@ private slots:
         QTest::addColumn<int>("policy");
         QTest::addColumn<bool>("backgroundCleared");
         QTest::addColumn<bool>("boxVisible");
-
         // The framebuffer starts magenta with every depth at the near plane: without a
         // depth clear the box fails the depth test.
         QTest::newRow("colour and depth") << int(SiRenderArea::COLOR_DEPTH) << true << true;
@@ -181,36 +122,24 @@ private slots:
         QTest::newRow("depth only") << int(SiRenderArea::DEPTH) << false << true;
         QTest::newRow("nothing") << int(SiRenderArea::NONE) << false << false;
     }
-
     void renderAreaCoreClearing()
     {
         QFETCH(int, policy);
         QFETCH(bool, backgroundCleared);
         QFETCH(bool, boxVisible);
-
-        QVERIFY(_context.makeCurrent(&_surface));
-        QVERIFY(_fbo->bind());
         fillFramebuffer(qRgb(255, 0, 255), 0.0f);
-
-        auto core = new SoRenderAreaCore;
-        core->ref();
-        NodeHolder scene(makeScene(-2.0f / 3.0f, 0.5f, 0.5f, SbColor(1, 0, 0)));
-        core->setSceneGraph(scene.get());
-        core->setSize(SbVec2i32(Width, Height));
-        core->setClearColor(SbColorRGBA(0, 1, 0, 1));
-        core->setClearDepth(1.0f);
-        core->setClearPolicy(SiRenderArea::ClearPolicy(policy));
-        QCOMPARE(core->render(), SiRenderArea::RENDERED);
-        gl()->glFinish();
+        auto scene = redBox(-2.0f / 3.0f, 0.5f);
+        auto area = core(scene.get());
+        area->setClearColor(SbColorRGBA(0, 1, 0, 1));
+        area->setClearDepth(1.0f);
+        area->setClearPolicy(SiRenderArea::ClearPolicy(policy));
+        QCOMPARE(area->render(), SiRenderArea::RENDERED);
+        _context.functions()->glFinish();
         const QImage image = _fbo->toImage();
-        core->unref();
-
-        const QRgb background = image.pixel(56, 24);
-        const QRgb box = image.pixel(16, 24);
-        const QRgb backgroundExpected = backgroundCleared ? qRgb(0, 255, 0) : qRgb(255, 0, 255);
-        const QRgb boxExpected = boxVisible ? qRgb(255, 0, 0) : backgroundExpected;
-        QVERIFY2(near(background, backgroundExpected), qPrintable(describe(background)));
-        QVERIFY2(near(box, boxExpected), qPrintable(describe(box)));
+        const QRgb background = backgroundCleared ? qRgb(0, 255, 0) : qRgb(255, 0, 255);
+        QVERIFY2(ImageChecks::near(image.pixel(56, 24), background, 3), qPrintable(ImageChecks::toString(image.pixel(56, 24))));
+        QVERIFY2(ImageChecks::near(image.pixel(16, 24), boxVisible ? qRgb(255, 0, 0) : background, 3),
+                 qPrintable(ImageChecks::toString(image.pixel(16, 24))));
     }
 
     void renderAreaCoreTransparency_data()
@@ -221,70 +150,51 @@ private slots:
         QTest::newRow("blended") << int(SoGLRenderAction::SORTED_OBJECT_BLEND) << qRgb(191, 0, 64);
         QTest::newRow("ignored") << int(SoGLRenderAction::NONE) << qRgb(255, 0, 0);
     }
-
     void renderAreaCoreTransparency()
     {
         QFETCH(int, type);
         QFETCH(QRgb, expected);
-
-        QVERIFY(_context.makeCurrent(&_surface));
-        QVERIFY(_fbo->bind());
-        auto core = new SoRenderAreaCore;
-        core->ref();
-        NodeHolder scene(makeScene(0.0f, 1.0f, 1.0f, SbColor(1, 0, 0), nullptr, 0.5f));
-        core->setSceneGraph(scene.get());
-        core->setSize(SbVec2i32(Width, Height));
-        core->setClearColor(SbColorRGBA(0, 0, 1, 1));
-        core->setTransparencyType(SoGLRenderAction::TransparencyType(type));
-        QCOMPARE(core->render(), SiRenderArea::RENDERED);
-        const QImage image = _fbo->toImage();
-        core->unref();
-        const QRgb centre = image.pixel(Width / 2, Height / 2);
-        QVERIFY2(near(centre, expected, 4), qPrintable(describe(centre)));
+        fillFramebuffer(qRgb(0, 0, 0), 1.0f);
+        auto scene = redBox(0.0f, 1.0f, 0.5f);
+        auto area = core(scene.get());
+        area->setClearColor(SbColorRGBA(0, 0, 1, 1));
+        area->setTransparencyType(SoGLRenderAction::TransparencyType(type));
+        QCOMPARE(area->render(), SiRenderArea::RENDERED);
+        const QRgb centre = _fbo->toImage().pixel(kSize.width() / 2, kSize.height() / 2);
+        QVERIFY2(ImageChecks::near(centre, expected, 4), qPrintable(ImageChecks::toString(centre)));
     }
 
     void renderAreaCoreRefusesNothingToDraw()
     {
-        QVERIFY(_context.makeCurrent(&_surface));
-        QVERIFY(_fbo->bind());
         fillFramebuffer(qRgb(255, 0, 255), 1.0f);
-        auto core = new SoRenderAreaCore;
-        core->ref();
-        core->setSize(SbVec2i32(Width, Height));
-        QCOMPARE(core->render(), SiRenderArea::NOT_RENDERED);
-
-        NodeHolder scene(makeScene(0.0f, 1.0f, 1.0f, SbColor(1, 0, 0)));
-        core->setSceneGraph(scene.get());
-        core->setSize(SbVec2i32(0, Height));
-        QCOMPARE(core->render(), SiRenderArea::NOT_RENDERED);
-        core->unref();
+        auto area = core(nullptr);
+        QCOMPARE(area->render(), SiRenderArea::NOT_RENDERED);
+        auto scene = redBox(0.0f, 1.0f);
+        area->setSceneGraph(scene.get());
+        area->setSize(SbVec2i32(0, kSize.height()));
+        QCOMPARE(area->render(), SiRenderArea::NOT_RENDERED);
         // Nothing rendered means nothing cleared either.
-        QVERIFY(near(_fbo->toImage().pixel(1, 1), qRgb(255, 0, 255)));
+        QVERIFY(ImageChecks::near(_fbo->toImage().pixel(1, 1), qRgb(255, 0, 255), 3));
     }
 
     void startRenderHandlerFollowsSceneChanges()
     {
-        auto core = new SoRenderAreaCore;
-        core->ref();
         SoBaseColor* color = nullptr;
-        NodeHolder scene(makeScene(0.0f, 1.0f, 1.0f, SbColor(1, 0, 0), &color));
-        core->setSceneGraph(scene.get());
-        core->setSize(SbVec2i32(Width, Height));
+        auto scene = redBox(0.0f, 1.0f, 0.0f, &color);
+        auto area = core(scene.get());
         SoDB::getSensorManager()->processDelayQueue(TRUE);
-
         int calls = 0;
         SiRenderArea* source = nullptr;
-        core->setStartRenderHandler([&](SiRenderArea::RenderEventArg& arg) {
+        area->setStartRenderHandler([&](SiRenderArea::RenderEventArg& arg) {
             ++calls;
             source = arg.source;
         });
         color->rgb = SbColor(0, 1, 0);
         SoDB::getSensorManager()->processDelayQueue(TRUE);
         QCOMPARE(calls, 1);
-        QCOMPARE(source, static_cast<SiRenderArea*>(core));
-
+        QCOMPARE(source, static_cast<SiRenderArea*>(area.get()));
         // Once gone, the core is not called back.
-        core->unref();
+        area.reset();
         color->rgb = SbColor(0, 0, 1);
         SoDB::getSensorManager()->processDelayQueue(TRUE);
         QCOMPARE(calls, 1);

@@ -5,6 +5,8 @@
 // annotation lands in its place along the window's edge; samples, grids and lines framed,
 // and samples coloured apart, whatever huge or non-finite value one of them holds.
 
+#include "ImageChecks.h"
+#include "InventorScenes.h"
 #include <Vg3Annotation.h>
 #include <Vg3ColorLegend.h>
 #include <Vg3GridSurfaceNode.h>
@@ -20,65 +22,30 @@
 #include <KbbGlobal.h>
 #include <KbbStringFormat.h>
 
-#include <Inventor/SbViewportRegion.h>
-#include <Inventor/SoOffscreenRenderer.h>
 #include <Inventor/nodes/SoDirectionalLight.h>
-#include <Inventor/nodes/SoLightModel.h>
-#include <Inventor/nodes/SoOrthographicCamera.h>
-#include <Inventor/nodes/SoSeparator.h>
 
-#include <QImage>
-#include <QSet>
 #include <QTemporaryDir>
 #include <QtTest>
 #include <limits>
 
+using namespace InventorScenes;
+
 namespace {
 
-// Renders on black; the image is in the usual top-down row order.
-QImage render(SoNode* root, int width, int height)
-{
-    SoOffscreenRenderer renderer{SbViewportRegion(short(width), short(height))};
-    renderer.setComponents(SoOffscreenRenderer::RGB);
-    renderer.setBackgroundColor(SbColor(0, 0, 0));
-    if (!renderer.render(root))
-        return QImage();
-    const unsigned char* buffer = renderer.getBuffer();
-    QImage image(width, height, QImage::Format_RGB32);
-    for (int row = 0; row < height; ++row)
-        for (int col = 0; col < width; ++col) {
-            const unsigned char* p = buffer + 3 * ((height - 1 - row) * width + col);
-            image.setPixel(col, row, qRgb(p[0], p[1], p[2]));
-        }
-    return image;
-}
-
-bool near(QRgb a, QRgb b, int tolerance)
-{
-    return qAbs(qRed(a) - qRed(b)) <= tolerance && qAbs(qGreen(a) - qGreen(b)) <= tolerance &&
-           qAbs(qBlue(a) - qBlue(b)) <= tolerance;
-}
-
-QString describe(QRgb a, QRgb b)
-{
-    return QStringLiteral("%1 instead of %2").arg(QColor(a).name(), QColor(b).name());
-}
+const QSize kSquare(200, 200);
 
 // The box of the pixels a predicate picks, in image coordinates.
-template <class F>
-QRect boxOf(const QImage& image, F pick)
+template <class F> QRect boxOf(const QImage& image, F pick)
 {
     QRect box;
-    for (int row = 0; row < image.height(); ++row)
-        for (int col = 0; col < image.width(); ++col)
-            if (pick(image.pixel(col, row)))
-                box |= QRect(col, row, 1, 1);
+    for (int row = 0; row < image.height(); ++row) for (int col = 0; col < image.width(); ++col)
+            if (pick(image.pixel(col, row))) box |= QRect(col, row, 1, 1);
     return box;
 }
 
-bool saturated(QRgb c)
+bool drawn(QRgb c)
 {
-    return qMax(qMax(qRed(c), qGreen(c)), qBlue(c)) - qMin(qMin(qRed(c), qGreen(c)), qBlue(c)) > 120;
+    return c != qRgb(0, 0, 0);
 }
 
 } // namespace
@@ -115,34 +82,19 @@ private Q_SLOTS:
         depths.setValues(QVector<double>(25, 0.0));
         depths.setValue(4, 4, KbbGlobal::D_FFFF);
         VsdGrid codes(QPointF(0, 0), 1.0, 1.0, 5, 5);
-        for (int j = 0; j < 5; ++j)
-            for (int i = 0; i < 5; ++i)
-                codes.setValue(i, j, i);
+        for (int j = 0; j < 5; ++j) for (int i = 0; i < 5; ++i) codes.setValue(i, j, i);
         VugColorScale scale = VugColorScale::grayscale();
         scale.setRange(0, 4);
         Vg3GridSurfaceNode node(QStringLiteral("horizon"));
         node.setTransparency(0.0f);
         node.setData(depths, codes, scale);
 
-        SoSeparator* scene = new SoSeparator;
-        scene->ref();
-        auto camera = new SoOrthographicCamera;
-        camera->position.setValue(2.0f, 2.0f, 10.0f);
-        camera->height = 4.0f;
-        camera->nearDistance = 1.0f;
-        camera->farDistance = 20.0f;
-        scene->addChild(camera);
-        // Unlit, the pixels show the colours themselves.
-        auto light = new SoLightModel;
-        light->model = SoLightModel::BASE_COLOR;
-        scene->addChild(light);
-        scene->addChild(node.getRoot());
-        const QImage image = render(scene, 200, 200);
-        scene->unref();
+        const auto scene = hold(unlitScene(orthoCamera(SbVec3f(2, 2, 10), 4.0f), {node.getRoot()}));
+        const QImage image = render(scene.get(), kSquare);
         QVERIFY2(!image.isNull(), "offscreen rendering failed");
         // 50 pixels per unit, y up.
         const QRgb seen = image.pixel(qRound(at.x() * 50), 199 - qRound(at.y() * 50));
-        QVERIFY2(near(seen, expected, 4), qPrintable(describe(seen, expected)));
+        QVERIFY2(ImageChecks::near(seen, expected, 4), qPrintable(ImageChecks::toString(seen)));
     }
 
     // Lit by a light shining from the camera, a surface shows its own colour from above and
@@ -164,11 +116,8 @@ private Q_SLOTS:
         QFETCH(bool, hole);
         QFETCH(bool, below);
         VsdGrid depths(QPointF(0, 0), 1.0, 1.0, 5, 5);
-        for (int j = 0; j < 5; ++j)
-            for (int i = 0; i < 5; ++i)
-                depths.setValue(i, j, 0.01 * i);
-        if (hole)
-            depths.setValue(4, 4, KbbGlobal::D_FFFF);
+        for (int j = 0; j < 5; ++j) for (int i = 0; i < 5; ++i) depths.setValue(i, j, 0.01 * i);
+        if (hole) depths.setValue(4, 4, KbbGlobal::D_FFFF);
         VugColorScale white;
         white.setStops({{0.0, qRgb(255, 255, 255)}, {1.0, qRgb(255, 255, 255)}});
         Vg3GridSurfaceNode node(QStringLiteral("horizon"));
@@ -176,22 +125,12 @@ private Q_SLOTS:
         node.setData(depths, white);
         node.setZScale(zScale);
 
-        SoSeparator* scene = new SoSeparator;
-        scene->ref();
-        auto camera = new SoOrthographicCamera;
-        camera->position.setValue(2.0f, 2.0f, below ? -10.0f : 10.0f);
-        if (below)
-            camera->orientation.setValue(SbRotation(SbVec3f(1, 0, 0), float(M_PI)));
-        camera->height = 4.0f;
-        camera->nearDistance = 1.0f;
-        camera->farDistance = 20.0f;
-        scene->addChild(camera);
         auto light = new SoDirectionalLight;
         light->direction.setValue(0, 0, below ? 1 : -1);
-        scene->addChild(light);
-        scene->addChild(node.getRoot());
-        const QImage image = render(scene, 200, 200);
-        scene->unref();
+        auto camera = orthoCamera(SbVec3f(2, 2, below ? -10 : 10), 4.0f);
+        if (below) camera->orientation.setValue(SbRotation(SbVec3f(1, 0, 0), float(M_PI)));
+        const auto scene = hold(separator({camera, light, node.getRoot()}));
+        const QImage image = render(scene.get(), kSquare);
         QVERIFY2(!image.isNull(), "offscreen rendering failed");
         const QRgb seen = image.pixel(100, 100);
         QVERIFY2(qGreen(seen) > 180, qPrintable(QColor(seen).name()));
@@ -239,22 +178,17 @@ private Q_SLOTS:
         Vg3PolylineNode line(QStringLiteral("fault"));
         line.setData(lines, -0.5);
 
-        SoSeparator* scene = new SoSeparator;
-        scene->ref();
         auto camera = new SoOrthographicCamera;
-        for (SoNode* node : std::initializer_list<SoNode*>{camera, points.getRoot(), surface.getRoot(), line.getRoot()})
-            scene->addChild(node);
-        camera->viewAll(scene, SbViewportRegion(200, 200));
-        const QImage image = render(scene, 200, 200);
-        scene->unref();
-        QSet<QRgb> colors; // near colours as one
-        int lit = 0;
-        for (int row = 0; row < image.height(); ++row)
-            for (int col = 0; col < image.width(); ++col)
-                if (image.pixel(col, row) != qRgb(0, 0, 0) && ++lit)
-                    colors.insert(image.pixel(col, row) & 0xf0f0f0);
+        const auto scene = hold(separator({camera, points.getRoot(), surface.getRoot(), line.getRoot()}));
+        camera->viewAll(scene.get(), SbViewportRegion(200, 200));
+        const QImage image = render(scene.get(), kSquare);
+        const int lit = ImageChecks::count(image, drawn);
+        QImage coarse = image; // near colours as one
+        for (int row = 0; row < image.height(); ++row) for (int col = 0; col < image.width(); ++col)
+                coarse.setPixel(col, row, image.pixel(col, row) & 0xf0f0f0);
+        const int colors = ImageChecks::distinctColors(coarse) - 1;
         // The lattice fills a good part of the picture, in the scale's colours.
-        QVERIFY2(lit >= 10000 && colors.size() >= 20, qPrintable(QStringLiteral("%1 %2").arg(lit).arg(colors.size())));
+        QVERIFY2(lit >= 10000 && colors >= 20, qPrintable(QStringLiteral("%1 %2").arg(lit).arg(colors)));
     }
 
     void legendBarInItsCorner_data()
@@ -275,11 +209,13 @@ private Q_SLOTS:
         scale.setRange(0, 100);
         Vg3ColorLegend legend(QColor(40, 40, 40), Qt::white, Vu::Position(alignment));
         legend.setColorScale(scale, QStringLiteral("Porosity"), KbbStringFormat(), false);
-        const QImage image = render(legend.getRoot(), size.width(), size.height());
+        const QImage image = render(legend.getRoot(), size);
         QVERIFY2(!image.isNull(), "offscreen rendering failed");
 
         // The rainbow's colours are the only saturated ones in the picture.
-        const QRect bar = boxOf(image, saturated);
+        const QRect bar = boxOf(image, [](QRgb c) {
+            return std::max({qRed(c), qGreen(c), qBlue(c)}) - std::min({qRed(c), qGreen(c), qBlue(c)}) > 120;
+        });
         QVERIFY(!bar.isEmpty());
         const int h = size.height();
         QVERIFY2(qAbs(bar.height() - 0.4 * h) <= 3, qPrintable(QString::number(bar.height())));
@@ -298,13 +234,13 @@ private Q_SLOTS:
             // Rasterising may shift the ramp by a pixel or so.
             bool matches = false;
             for (int shift = -2; shift <= 2 && !matches; ++shift)
-                matches = near(seen, scale.colorAt(100.0 * (f + double(shift) / bar.height())), 8);
-            QVERIFY2(matches, qPrintable(QString::number(f) + ": " + describe(seen, scale.colorAt(100.0 * f))));
+                matches = ImageChecks::near(seen, scale.colorAt(100.0 * (f + double(shift) / bar.height())));
+            QVERIFY2(matches, qPrintable(QString::number(f) + ": " + ImageChecks::toString(seen)));
         }
         // Hidden, nothing of it is drawn.
         legend.setVisible(false);
-        const QImage hidden = render(legend.getRoot(), size.width(), size.height());
-        QVERIFY(boxOf(hidden, [](QRgb c) { return c != qRgb(0, 0, 0); }).isEmpty());
+        const QImage hidden = render(legend.getRoot(), size);
+        QCOMPARE(ImageChecks::count(hidden, drawn), 0);
     }
 
     void annotationInItsPlace_data()
@@ -329,7 +265,7 @@ private Q_SLOTS:
         annotation.setColor(Qt::red);
         annotation.setSize(16);
         annotation.setPosition(Vg3Annotation::AnnotationPosition(position));
-        const QImage image = render(annotation.getRoot(), 480, 240);
+        const QImage image = render(annotation.getRoot(), QSize(480, 240));
         QVERIFY2(!image.isNull(), "offscreen rendering failed");
         const QRect text = boxOf(image, [](QRgb c) { return qRed(c) > 128 && qGreen(c) < 64; });
         QVERIFY2(!text.isEmpty(), "no text drawn");
@@ -342,8 +278,8 @@ private Q_SLOTS:
         QVERIFY(text.height() > 20);
 
         annotation.setText(QString());
-        const QImage empty = render(annotation.getRoot(), 480, 240);
-        QVERIFY(boxOf(empty, [](QRgb c) { return c != qRgb(0, 0, 0); }).isEmpty());
+        const QImage empty = render(annotation.getRoot(), QSize(480, 240));
+        QCOMPARE(ImageChecks::count(empty, drawn), 0);
     }
 
 private:

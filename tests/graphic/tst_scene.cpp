@@ -34,105 +34,66 @@ VugSceneItem makeItem(const QString& id, const QString& name = QString())
 QList<int> ranks(const QString& text)
 {
     QList<int> result;
-    for (const QString& r : text.split(QLatin1Char(','), Qt::SkipEmptyParts))
-        result << r.toInt();
+    for (const QString& r : text.split(QLatin1Char(','), Qt::SkipEmptyParts)) result << r.toInt();
     return result;
 }
 
 // "-" is an empty text, "<blank>" a blank one.
 QString text(const QString& token)
 {
-    if (token == QLatin1String("-"))
-        return QString();
+    if (token == QLatin1String("-")) return QString();
     return token == QLatin1String("<blank>") ? QStringLiteral("   ") : token;
 }
 
-// The scene's signals as text, one spy per signal, drained in the order an operation
-// sends them.
-class SignalLog
+// The scene's signals as text, in the order they come.
+QStringList* watch(VugScene& s, QObject* context)
 {
-public:
-    explicit SignalLog(VugScene& s)
-        : _inserted(&s, &VugScene::itemInserted)
-        , _moved(&s, &VugScene::itemsMoved)
-        , _removed(&s, &VugScene::itemsRemoved)
-        , _renamed(&s, &VugScene::itemRenamed)
-        , _shown(&s, &VugScene::itemShown)
-        , _source(&s, &VugScene::itemSourceChanged)
-        , _reset(&s, &VugScene::reset)
-        , _selection(&s, &VugScene::selectionChanged)
-    {
-    }
-
-    QStringList take()
-    {
-        QStringList log;
-        auto drain = [&log](QSignalSpy& spy, const std::function<QString(const QList<QVariant>&)>& show) {
-            while (!spy.isEmpty())
-                log << show(spy.takeFirst());
-        };
-        auto joined = [](const QList<int>& list) {
-            QStringList parts;
-            for (int r : list)
-                parts << QString::number(r);
-            return parts.join(QLatin1Char(','));
-        };
-        drain(_inserted, [](const QList<QVariant>& a) { return QStringLiteral("inserted %1").arg(a[0].toInt()); });
-        drain(_moved, [](const QList<QVariant>& a) { return QStringLiteral("moved ") + a[0].toStringList().join(QLatin1Char(',')); });
-        drain(_removed, [&](const QList<QVariant>& a) { return QStringLiteral("removed ") + joined(a[0].value<QList<int>>()); });
-        drain(_renamed, [](const QList<QVariant>& a) {
-            return QStringLiteral("renamed %1 %2>%3").arg(a[0].toInt()).arg(a[1].toString(), a[2].toString());
-        });
-        drain(_shown, [](const QList<QVariant>& a) { return QStringLiteral("shown %1 %2").arg(a[0].toInt()).arg(a[1].toBool() ? "true" : "false"); });
-        drain(_source, [](const QList<QVariant>& a) { return QStringLiteral("source %1").arg(a[0].toInt()); });
-        drain(_reset, [](const QList<QVariant>&) { return QStringLiteral("reset"); });
-        // Last: an operation that drops the selected item says so after its own change.
-        drain(_selection, [](const QList<QVariant>& a) {
-            return QStringLiteral("selection ") + (a[0].toString().isEmpty() ? QStringLiteral("-") : a[0].toString());
-        });
-        return log;
-    }
-
-private:
-    QSignalSpy _inserted, _moved, _removed, _renamed, _shown, _source, _reset, _selection;
-};
+    auto log = new QStringList;
+    QObject::connect(context, &QObject::destroyed, [log] { delete log; });
+    const auto on = [&](auto signal, auto show) { QObject::connect(&s, signal, context, [=](auto... a) { *log << show(a...); }); };
+    on(&VugScene::itemInserted, [](int r) { return QStringLiteral("inserted %1").arg(r); });
+    on(&VugScene::itemsMoved, [](const QStringList& ids) { return "moved " + ids.join(','); });
+    on(&VugScene::itemsRemoved, [](const QList<int>& ranks) {
+        QStringList parts;
+        for (int r : ranks) parts << QString::number(r);
+        return "removed " + parts.join(',');
+    });
+    on(&VugScene::itemRenamed, [](int r, const QString& from, const QString& to) {
+        return QStringLiteral("renamed %1 %2>%3").arg(r).arg(from, to);
+    });
+    on(&VugScene::itemShown, [](int r, bool shown) { return QStringLiteral("shown %1 %2").arg(r).arg(shown ? "true" : "false"); });
+    on(&VugScene::itemSourceChanged, [](int r) { return QStringLiteral("source %1").arg(r); });
+    on(&VugScene::reset, [] { return QStringLiteral("reset"); });
+    on(&VugScene::selectionChanged, [](const QString& id) { return "selection " + (id.isEmpty() ? QStringLiteral("-") : id); });
+    return log;
+}
 
 // Runs "op args; op args; ...", logging the signals of each step.
 QStringList run(VugScene& scene, const QString& script)
 {
-    SignalLog signalLog(scene);
+    QObject context;
+    QStringList* signalLog = watch(scene, &context);
     QStringList log;
     for (const QString& step : script.split(QLatin1Char(';'), Qt::SkipEmptyParts)) {
         const QStringList a = step.simplified().split(QLatin1Char(' '));
         const QString& op = a[0];
-        if (op == QLatin1String("ins"))
-            scene.insertItem(a[1].toInt(), makeItem(a[2]));
-        else if (op == QLatin1String("app"))
-            scene.appendItem(makeItem(a[1], a.size() > 2 ? text(a[2]) : QString()));
-        else if (op == QLatin1String("mv"))
-            scene.moveItem(a[1].toInt(), a[2].toInt());
-        else if (op == QLatin1String("mvs"))
-            scene.moveItems(ranks(a[1]), a[2].toInt());
-        else if (op == QLatin1String("rm"))
-            scene.removeItems(ranks(a[1]));
-        else if (op == QLatin1String("ren"))
-            scene.renameItem(a[1].toInt(), text(a[2]));
-        else if (op == QLatin1String("show"))
-            scene.setItemActive(a[1].toInt(), a[2] == QLatin1String("1"));
-        else if (op == QLatin1String("src"))
-            scene.setItemSource(a[1].toInt(), text(a[2]), text(a[3]));
-        else if (op == QLatin1String("sel"))
-            scene.setSelectedItem(text(a[1]));
+        if (op == QLatin1String("ins")) scene.insertItem(a[1].toInt(), makeItem(a[2]));
+        else if (op == QLatin1String("app")) scene.appendItem(makeItem(a[1], a.size() > 2 ? text(a[2]) : QString()));
+        else if (op == QLatin1String("mv")) scene.moveItem(a[1].toInt(), a[2].toInt());
+        else if (op == QLatin1String("mvs")) scene.moveItems(ranks(a[1]), a[2].toInt());
+        else if (op == QLatin1String("rm")) scene.removeItems(ranks(a[1]));
+        else if (op == QLatin1String("ren")) scene.renameItem(a[1].toInt(), text(a[2]));
+        else if (op == QLatin1String("show")) scene.setItemActive(a[1].toInt(), a[2] == QLatin1String("1"));
+        else if (op == QLatin1String("src")) scene.setItemSource(a[1].toInt(), text(a[2]), text(a[3]));
+        else if (op == QLatin1String("sel")) scene.setSelectedItem(text(a[1]));
         else if (op == QLatin1String("reset")) {
             QVector<VugSceneItem> items;
-            for (const QString& id : a[1].split(QLatin1Char(',')))
-                items << makeItem(id);
+            for (const QString& id : a[1].split(QLatin1Char(','))) items << makeItem(id);
             scene.setItems(items);
-        } else if (op == QLatin1String("clear"))
-            scene.clear();
-        else
-            qFatal("unknown step %s", qPrintable(step));
-        log << signalLog.take();
+        } else if (op == QLatin1String("clear")) scene.clear();
+        else qFatal("unknown step %s", qPrintable(step));
+        log << *signalLog;
+        signalLog->clear();
     }
     return log;
 }
@@ -140,8 +101,7 @@ QStringList run(VugScene& scene, const QString& script)
 std::unique_ptr<VugScene> sceneOf(const QString& ids, int id = 1)
 {
     auto scene = std::make_unique<VugScene>(id);
-    for (const QString& i : ids.split(QLatin1Char(' '), Qt::SkipEmptyParts))
-        scene->appendItem(makeItem(i));
+    for (const QString& i : ids.split(QLatin1Char(' '), Qt::SkipEmptyParts)) scene->appendItem(makeItem(i));
     return scene;
 }
 
@@ -239,13 +199,11 @@ private Q_SLOTS:
         QFETCH(QString, expected);
         QFETCH(QString, warning);
         auto scene = sceneOf(start);
-        if (!warning.isEmpty())
-            QTest::ignoreMessage(QtWarningMsg, QRegularExpression(warning));
+        if (!warning.isEmpty()) QTest::ignoreMessage(QtWarningMsg, QRegularExpression(warning));
         const QStringList log = run(*scene, script);
         QCOMPARE(log.join(QLatin1Char('|')), expected);
         QCOMPARE(scene->itemIds().join(QLatin1Char(' ')), ids);
-        for (int r = 0; r < scene->count(); ++r)
-            QCOMPARE(scene->findRank(scene->item(r)->getId()), r);
+        for (int r = 0; r < scene->count(); ++r) QCOMPARE(scene->findRank(scene->item(r)->getId()), r);
     }
 
     // A view keeps item pointers by layer: they must follow the items, not the ranks.
@@ -315,14 +273,8 @@ private Q_SLOTS:
         VugScene scene(id);
         VugSceneItem wells(QStringLiteral("wells"), QStringLiteral("Forages – Ø <\"&'>"), VugERendering::POINT_SYMBOLS,
                            QStringLiteral("../wells/2024"), QStringLiteral("Porosity"));
-        wells.setStyle({{"size", 4.25},
-                        {"third", 1.0 / 3.0},
-                        {"filled", true},
-                        {"count", 7},
-                        {"big", qlonglong(1) << 40},
-                        {"label", QStringLiteral(" a\tb\nc  ")},
-                        {"colour", QColor(10, 20, 30, 40)},
-                        {"no colour", QColor()}});
+        wells.setStyle({{"size", 4.25}, {"third", 1.0 / 3.0}, {"filled", true}, {"count", 7}, {"big", qlonglong(1) << 40},
+                        {"label", QStringLiteral(" a\tb\nc  ")}, {"colour", QColor(10, 20, 30, 40)}, {"no colour", QColor()}});
         QVERIFY(scene.appendItem(wells));
         QVERIFY(scene.appendItem(VugSceneItem(QStringLiteral("limit"), QStringLiteral("Limit"), VugERendering::POLYGONS,
                                               QStringLiteral("boundary"))));
@@ -414,8 +366,7 @@ private Q_SLOTS:
         QTest::newRow("empty") << QByteArray() << "is not a valid file" << none;
         QTest::newRow("wrong root") << QByteArray("<windows version=\"1\" id=\"1\"/>") << "its root element is <windows>"
                                     << none;
-        QTest::newRow("unknown rendering value")
-            << sceneFile("<item id=\"a\" name=\"A\" rendering=\"99\"/>" + good)
+        QTest::newRow("unknown rendering value") << sceneFile("<item id=\"a\" name=\"A\" rendering=\"99\"/>" + good)
             << "the item 'a' has the unknown rendering '99'" << b;
         QTest::newRow("rendering not a number")
             << sceneFile(good + "<item id=\"a\" name=\"A\" rendering=\"POINTS\"/>") << "unknown rendering 'POINTS'" << b;
@@ -427,8 +378,7 @@ private Q_SLOTS:
                                          << "neither 'true' nor 'false'" << b;
         QTest::newRow("style value of the wrong type")
             << sceneFile("<item id=\"a\" name=\"A\" rendering=\"0\"><style name=\"size\" type=\"int\" value=\"big\"/></item>"
-                         + good)
-            << "not a value of type int" << b;
+                         + good) << "not a value of type int" << b;
         QTest::newRow("newer format") << sceneFile(item, "version=\"7\" id=\"1\"") << "newer version" << none;
         QTest::newRow("another scene's file") << sceneFile(item, "version=\"1\" id=\"9\"") << "holds the scene '9'"
                                               << none;

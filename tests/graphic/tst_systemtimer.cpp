@@ -21,10 +21,8 @@ public:
 
     void setTask(SoSystemTimerTask* newTask) override
     {
-        if (newTask)
-            newTask->ref();
-        if (task)
-            task->unref();
+        if (newTask) newTask->ref();
+        if (task) task->unref();
         task = newTask;
     }
     void setRepeat(bool value) override { repeat = value; }
@@ -40,8 +38,7 @@ public:
     void fire()
     {
         pending = false;
-        if (task)
-            task->run();
+        if (task) task->run();
     }
 
     // What an event loop does with the timer for `msec` milliseconds.

@@ -1,9 +1,11 @@
 // The graphic nodes as a 3D view receives them: a named sub-graph root that stays the same
 // object across rebuilds, bounding boxes that follow the vertical scale, the colours and
 // shapes Inventor actually generates from the data (read back with a callback action, as a
-// renderer would see them), holes in grids, and bad data refused with a warning. Also the legend's ticks and readable labels, and the
-// overlays' visibility.
+// renderer would see them), holes in grids, and bad data refused with a warning. Also the
+// legend's ticks and readable labels, and the overlays' visibility.
 
+#include "ImageChecks.h"
+#include "InventorScenes.h"
 #include <Vg3Annotation.h>
 #include <Vg3ColorLegend.h>
 #include <Vg3GridSurfaceNode.h>
@@ -22,15 +24,13 @@
 #include <Inventor/SoPrimitiveVertex.h>
 #include <Inventor/actions/SoCallbackAction.h>
 #include <Inventor/nodes/SoNormal.h>
-#include <Inventor/nodes/SoScale.h>
-#include <Inventor/nodes/SoSeparator.h>
 #include <Inventor/nodes/SoSwitch.h>
-#include <Inventor/nodes/SoText2.h>
-#include <Inventor/actions/SoSearchAction.h>
 
-#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QtTest>
+
+using InventorScenes::find;
+using InventorScenes::texts;
 
 namespace {
 
@@ -39,68 +39,52 @@ const double U = KbbGlobal::D_FFFF;
 // What a renderer draws from a sub-graph: vertices in world coordinates with their colours.
 struct Drawn
 {
-    QVector<SbVec3f> points;
-    QVector<QRgb> pointColors;
-    QVector<SbVec3f> triangleCorners;
-    QVector<QRgb> triangleColors;
+    QVector<SbVec3f> points, triangleCorners;
+    QVector<QRgb> pointColors, triangleColors;
     int lineSegments = 0;
     QVector<float> lineZ;
+
+    void add(SoCallbackAction* action, const SoPrimitiveVertex* v, QVector<SbVec3f>& where, QVector<QRgb>& colors)
+    {
+        SbColor ambient, diffuse, specular, emission;
+        float shininess = 0, transparency = 0;
+        action->getMaterial(ambient, diffuse, specular, emission, shininess, transparency, v->getMaterialIndex());
+        colors << qRgb(qRound(diffuse[0] * 255), qRound(diffuse[1] * 255), qRound(diffuse[2] * 255));
+        where << worldOf(action, v);
+    }
+    static SbVec3f worldOf(SoCallbackAction* action, const SoPrimitiveVertex* v)
+    {
+        SbVec3f p;
+        action->getModelMatrix().multVecMatrix(v->getPoint(), p);
+        return p;
+    }
 };
-
-QRgb colorOf(SoCallbackAction* action, const SoPrimitiveVertex* v)
-{
-    SbColor ambient, diffuse, specular, emission;
-    float shininess = 0, transparency = 0;
-    action->getMaterial(ambient, diffuse, specular, emission, shininess, transparency, v->getMaterialIndex());
-    return qRgb(qRound(diffuse[0] * 255), qRound(diffuse[1] * 255), qRound(diffuse[2] * 255));
-}
-
-SbVec3f worldOf(SoCallbackAction* action, const SoPrimitiveVertex* v)
-{
-    SbVec3f p;
-    action->getModelMatrix().multVecMatrix(v->getPoint(), p);
-    return p;
-}
 
 Drawn draw(SoNode* root)
 {
+    using V = const SoPrimitiveVertex*;
     Drawn drawn;
     SoCallbackAction action;
-    action.addPointCallback(
-        SoShape::getClassTypeId(),
-        [](void* data, SoCallbackAction* a, const SoPrimitiveVertex* v) {
-            auto d = static_cast<Drawn*>(data);
-            d->points << worldOf(a, v);
-            d->pointColors << colorOf(a, v);
-        },
-        &drawn);
-    action.addTriangleCallback(
-        SoShape::getClassTypeId(),
-        [](void* data, SoCallbackAction* a, const SoPrimitiveVertex* v1, const SoPrimitiveVertex* v2,
-           const SoPrimitiveVertex* v3) {
-            auto d = static_cast<Drawn*>(data);
-            for (const SoPrimitiveVertex* v : {v1, v2, v3}) {
-                d->triangleCorners << worldOf(a, v);
-                d->triangleColors << colorOf(a, v);
-            }
-        },
-        &drawn);
-    action.addLineSegmentCallback(
-        SoShape::getClassTypeId(),
-        [](void* data, SoCallbackAction* a, const SoPrimitiveVertex* v1, const SoPrimitiveVertex* v2) {
-            auto d = static_cast<Drawn*>(data);
-            ++d->lineSegments;
-            d->lineZ << worldOf(a, v1)[2] << worldOf(a, v2)[2];
-        },
-        &drawn);
+    const SoType shape = SoShape::getClassTypeId();
+    action.addPointCallback(shape, [](void* d, SoCallbackAction* a, V v) {
+        static_cast<Drawn*>(d)->add(a, v, static_cast<Drawn*>(d)->points, static_cast<Drawn*>(d)->pointColors);
+    }, &drawn);
+    action.addTriangleCallback(shape, [](void* d, SoCallbackAction* a, V v1, V v2, V v3) {
+        for (V v : {v1, v2, v3})
+            static_cast<Drawn*>(d)->add(a, v, static_cast<Drawn*>(d)->triangleCorners, static_cast<Drawn*>(d)->triangleColors);
+    }, &drawn);
+    action.addLineSegmentCallback(shape, [](void* d, SoCallbackAction* a, V v1, V v2) {
+        ++static_cast<Drawn*>(d)->lineSegments;
+        static_cast<Drawn*>(d)->lineZ << Drawn::worldOf(a, v1)[2] << Drawn::worldOf(a, v2)[2];
+    }, &drawn);
     action.apply(root);
     return drawn;
 }
 
-bool near(QRgb a, QRgb b, int tolerance = 1)
+// Colours as the callback action reads them back: rounded once.
+bool near(QRgb a, QRgb b)
 {
-    return qAbs(qRed(a) - qRed(b)) <= tolerance && qAbs(qGreen(a) - qGreen(b)) <= tolerance &&
-           qAbs(qBlue(a) - qBlue(b)) <= tolerance;
+    return ImageChecks::near(a, b, 1);
 }
 
 VugColorScale rainbow(double min, double max)
@@ -114,21 +98,9 @@ VugColorScale rainbow(double min, double max)
 VsdGrid smallGrid(const QVector<QPoint>& undefinedNodes)
 {
     VsdGrid grid(QPointF(0, 0), 1.0, 1.0, 4, 3);
-    for (int j = 0; j < 3; ++j)
-        for (int i = 0; i < 4; ++i)
-            grid.setValue(i, j, 10.0 * i + j);
-    for (const QPoint& p : undefinedNodes)
-        grid.setValue(p.x(), p.y(), U);
+    for (int j = 0; j < 3; ++j) for (int i = 0; i < 4; ++i) grid.setValue(i, j, 10.0 * i + j);
+    for (const QPoint& p : undefinedNodes) grid.setValue(p.x(), p.y(), U);
     return grid;
-}
-
-SoNode* find(SoNode* root, SoType type)
-{
-    SoSearchAction search;
-    search.setType(type);
-    search.setInterest(SoSearchAction::FIRST);
-    search.apply(root);
-    return search.getPath() ? search.getPath()->getTail() : nullptr;
 }
 
 } // namespace
@@ -220,8 +192,7 @@ private Q_SLOTS:
             const Drawn d = draw(node->getRoot());
             const QVector<SbVec3f>& corners = d.points.isEmpty() ? d.triangleCorners : d.points;
             float lowest = 0;
-            for (const SbVec3f& p : corners)
-                lowest = qMin(lowest, p[2]);
+            for (const SbVec3f& p : corners) lowest = qMin(lowest, p[2]);
             QCOMPARE(lowest, -1000.0f * expectedScale);
         }
     }
@@ -241,11 +212,9 @@ private Q_SLOTS:
         set.append(431000.1, 6541000.1, -1200.1);
         Vg3PointSetNode points(QStringLiteral("points"));
         const KbgVector3D offset(431000.0, 6541000.0, -1200.0);
-        if (!built)
-            points.setOffset(offset);
+        if (!built) points.setOffset(offset);
         points.setData(set, QString(), VugColorScale());
-        if (built)
-            points.setOffset(offset);
+        if (built) points.setOffset(offset);
         points.setZScale(10.0f);
         const Drawn d = draw(points.getRoot());
         QCOMPARE(d.points.size(), 2);
@@ -292,8 +261,7 @@ private Q_SLOTS:
                                       : rainbow(0, 10);
         scale.setUndefinedColor(undefinedColor);
         VsdPointSet set;
-        for (int i = 0; i < values.size(); ++i)
-            set.append(i, 2 * i, depths[i]);
+        for (int i = 0; i < values.size(); ++i) set.append(i, 2 * i, depths[i]);
         QVERIFY(set.addVariable(QStringLiteral("Porosity"), values));
 
         Vg3PointSetNode node(QStringLiteral("wells"));
@@ -307,8 +275,7 @@ private Q_SLOTS:
             const QRgb expected =
                 VugColorScale::isUndefinedValue(values[rank]) ? undefinedColor : scale.colorAt(values[rank]);
             QVERIFY2(near(d.pointColors[v], expected),
-                     qPrintable(QStringLiteral("rank %1: %2 instead of %3")
-                                    .arg(rank)
+                     qPrintable(QStringLiteral("rank %1: %2 instead of %3") .arg(rank)
                                     .arg(QColor(d.pointColors[v]).name(), QColor(expected).name())));
         }
     }
@@ -323,8 +290,7 @@ private Q_SLOTS:
         node.setData(set, QStringLiteral("Permeability"), rainbow(0, 1));
         const Drawn d = draw(node.getRoot());
         QCOMPARE(d.points.size(), 50);
-        for (const QRgb c : d.pointColors)
-            QVERIFY(near(c, qRgb(10, 20, 30)));
+        for (const QRgb c : d.pointColors) QVERIFY(near(c, qRgb(10, 20, 30)));
         // The last good point size stays when a bad one is given.
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression("Vg3PointSetNode::setPointSize"));
         node.setPointSize(-1);
@@ -375,22 +341,18 @@ private Q_SLOTS:
     {
         QFETCH(bool, hole);
         VsdGrid grid(QPointF(0, 0), 1.0, 1.0, 4, 3);
-        for (int j = 0; j < 3; ++j)
-            for (int i = 0; i < 4; ++i)
-                grid.setValue(i, j, double(i));
-        if (hole)
-            grid.setValue(1, 1, KbbGlobal::D_FFFF);
+        for (int j = 0; j < 3; ++j) for (int i = 0; i < 4; ++i) grid.setValue(i, j, double(i));
+        if (hole) grid.setValue(1, 1, KbbGlobal::D_FFFF);
         Vg3GridSurfaceNode surface(QStringLiteral("slope"));
         surface.setData(grid, rainbow(0, 3));
-        auto* normal = static_cast<SoNormal*>(find(surface.getRoot(), SoNormal::getClassTypeId()));
+        auto* normal = find<SoNormal>(surface.getRoot());
         QVERIFY(normal);
         QCOMPARE(normal->vector.getNum(), 12);
         const SbVec3f expected(-float(M_SQRT1_2), 0.0f, float(M_SQRT1_2));
         if (hole) // (0, 1) between the west edge and the hole is taken as level.
             QVERIFY((normal->vector[4] - SbVec3f(0, 0, 1)).length() < 1e-5f);
         for (int k = 0; k < 12; ++k) {
-            if (hole && (k == 5 || k == 4))
-                continue;
+            if (hole && (k == 5 || k == 4)) continue;
             QVERIFY2((normal->vector[k] - expected).length() < 1e-5f, qPrintable(QString::number(k)));
         }
     }
@@ -400,8 +362,7 @@ private Q_SLOTS:
         const VsdGrid depths = smallGrid({});
         VsdGrid colors(QPointF(0, 0), 1.0, 1.0, 4, 3);
         QVector<double> codes(12);
-        for (int k = 0; k < 12; ++k)
-            codes[k] = k % 3;
+        for (int k = 0; k < 12; ++k) codes[k] = k % 3;
         colors.setValues(codes);
         const VugColorScale scale({0, 1, 2, 3}, {qRgb(255, 0, 0), qRgb(0, 255, 0), qRgb(0, 0, 255)});
         Vg3GridSurfaceNode node(QStringLiteral("facies on top"));
@@ -446,8 +407,7 @@ private Q_SLOTS:
         node.setData(lines, z);
         const Drawn d = draw(node.getRoot());
         QCOMPARE(d.lineSegments, 3);
-        for (const float lz : d.lineZ)
-            QCOMPARE(lz, expectedZ);
+        for (const float lz : d.lineZ) QCOMPARE(lz, expectedZ);
     }
 
     void legendTicksAndLabels_data()
@@ -489,23 +449,13 @@ private Q_SLOTS:
         for (int i = 0; i < ticks.size(); ++i)
             QVERIFY(qAbs(legend.getTickValues()[i] - ticks[i]) < 1e-9 * qMax(1.0, qAbs(ticks[i])));
         // The labels a user reads are the ones drawn.
-        QStringList drawnTexts;
-        SoSearchAction search;
-        search.setType(SoText2::getClassTypeId());
-        search.setInterest(SoSearchAction::ALL);
-        search.setSearchingAll(true);
-        search.apply(legend.getRoot());
-        for (int i = 0; i < search.getPaths().getLength(); ++i)
-            drawnTexts << QString::fromUtf8(
-                static_cast<SoText2*>(search.getPaths()[i]->getTail())->string[0].getString());
-        if (!labels.isEmpty())
-            QCOMPARE(drawnTexts, labels + QStringList{"Porosity"});
+        if (!labels.isEmpty()) QCOMPARE(texts(legend.getRoot()), labels + QStringList{"Porosity"});
     }
 
     void legendRefusesBadInputKeepingItsState()
     {
         Vg3ColorLegend legend(Qt::black, Qt::white);
-        auto visibility = static_cast<SoSwitch*>(find(legend.getRoot(), SoSwitch::getClassTypeId()));
+        auto visibility = find<SoSwitch>(legend.getRoot());
         QVERIFY(visibility);
         QCOMPARE(visibility->whichChild.getValue(), SO_SWITCH_NONE);
         legend.setColorScale(rainbow(0, 1), QStringLiteral("Net to gross"), KbbStringFormat(), false);
@@ -556,19 +506,9 @@ private Q_SLOTS:
         annotation.setText(text);
         annotation.setPosition(Vg3Annotation::AnnotationPosition(position));
         annotation.setVisible(visible);
-        auto visibility = static_cast<SoSwitch*>(find(annotation.getRoot(), SoSwitch::getClassTypeId()));
-        QCOMPARE(visibility->whichChild.getValue(), shown ? 0 : SO_SWITCH_NONE);
-        SoSearchAction search;
-        search.setType(SoText2::getClassTypeId());
-        search.setSearchingAll(true);
-        search.apply(annotation.getRoot());
-        QVERIFY(search.getPath());
-        auto text2 = static_cast<SoText2*>(search.getPath()->getTail());
-        QStringList drawnLines;
-        for (int i = 0; i < text2->string.getNum(); ++i)
-            drawnLines << QString::fromUtf8(text2->string[i].getString());
-        QCOMPARE(drawnLines, lines);
-        QCOMPARE(int(text2->justification.getValue()), justification);
+        QCOMPARE(texts(annotation.getRoot()), shown ? lines : QStringList());
+        QCOMPARE(texts(annotation.getRoot(), true), lines);
+        QCOMPARE(int(find<SoText2>(annotation.getRoot())->justification.getValue()), justification);
 
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression("Vg3Annotation::setPosition: 9 is not a position"));
         annotation.setPosition(Vg3Annotation::AnnotationPosition(9));

@@ -1,3 +1,8 @@
+// The scene interactor driven by Inventor events as a render area sends them: wheel dolly,
+// orbit and pan drags with their cursors, scene handlers that come first, the view presets
+// and framing, projection switches, clipping planes, seek and picking, saved camera states.
+
+#include "InventorScenes.h"
 #include <SoCameraInteractor.h>
 #include <SoMouseWheelEvent.h>
 #include <Vg3OpenInventor.h>
@@ -6,18 +11,13 @@
 #include <VupPreferences3DViews.h>
 
 #include <Inventor/SbLine.h>
-#include <Inventor/SbPlane.h>
 #include <Inventor/SbViewVolume.h>
 #include <Inventor/SoPickedPoint.h>
 #include <Inventor/events/SoKeyboardEvent.h>
 #include <Inventor/events/SoLocation2Event.h>
 #include <Inventor/events/SoMouseButtonEvent.h>
-#include <Inventor/nodes/SoCube.h>
 #include <Inventor/nodes/SoEventCallback.h>
-#include <Inventor/nodes/SoOrthographicCamera.h>
 #include <Inventor/nodes/SoPerspectiveCamera.h>
-#include <Inventor/nodes/SoSeparator.h>
-#include <Inventor/nodes/SoTranslation.h>
 
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -25,67 +25,27 @@
 
 #include <cmath>
 
-Q_DECLARE_METATYPE(Qt::CursorShape)
-Q_DECLARE_METATYPE(SbVec3f)
+Q_DECLARE_METATYPE(Qt::CursorShape) Q_DECLARE_METATYPE(SbVec3f)
+
+using Interactor = Vg3SceneInteractor;
 
 namespace {
 
-const double kPi = 3.141592653589793;
 const short kWidth = 400;
 const short kHeight = 300;
+// The box of every case: 4 x 2 x 2, centred here.
+const SbVec3f kCentre(10.0f, 20.0f, 5.0f);
 
 enum Modifier { NO_MODIFIER, CTRL, SHIFT };
-
-void setModifier(SoEvent& event, int modifier)
-{
-    event.setCtrlDown(modifier == CTRL);
-    event.setShiftDown(modifier == SHIFT);
-}
-
-bool press(Vg3SceneInteractor& s, SoMouseButtonEvent::Button button, int x, int y, int modifier = NO_MODIFIER,
-    SoButtonEvent::State state = SoButtonEvent::DOWN)
-{
-    SoMouseButtonEvent event;
-    event.setButton(button);
-    event.setState(state);
-    event.setPosition(SbVec2s(short(x), short(y)));
-    setModifier(event, modifier);
-    return s.processEvent(&event);
-}
-
-bool release(Vg3SceneInteractor& s, SoMouseButtonEvent::Button button, int x, int y, int modifier = NO_MODIFIER)
-{
-    return press(s, button, x, y, modifier, SoButtonEvent::UP);
-}
-
-bool move(Vg3SceneInteractor& s, int x, int y, int modifier = NO_MODIFIER)
-{
-    SoLocation2Event event;
-    event.setPosition(SbVec2s(short(x), short(y)));
-    setModifier(event, modifier);
-    return s.processEvent(&event);
-}
-
-bool wheel(Vg3SceneInteractor& s, int delta, int x, int y)
-{
-    SoMouseWheelEvent event;
-    event.setDelta(delta);
-    event.setPosition(SbVec2s(short(x), short(y)));
-    return s.processEvent(&event);
-}
+const auto B1 = SoMouseButtonEvent::BUTTON1;
+const auto B2 = SoMouseButtonEvent::BUTTON2;
+const auto B3 = SoMouseButtonEvent::BUTTON3;
 
 SbVec3f direction(const SoCamera* camera, const SbVec3f& local)
 {
     SbVec3f world;
     camera->orientation.getValue().multVec(local, world);
     return world;
-}
-
-SbVec3f toScreen(const Vg3SceneInteractor& s, const SbVec3f& world)
-{
-    SbVec3f screen;
-    SoCameraInteractor::getViewVolume(s.getCamera(), s.getViewportRegion()).projectToScreen(world, screen);
-    return screen;
 }
 
 bool close(const SbVec3f& a, const SbVec3f& b, float tolerance = 1e-3f)
@@ -98,16 +58,15 @@ QString text(const SbVec3f& v)
     return QString("(%1, %2, %3)").arg(v[0]).arg(v[1]).arg(v[2]);
 }
 
-// The eight corners of a box given by its centre and half size.
-QVector<SbVec3f> corners(const SbVec3f& centre, const SbVec3f& half)
+// The box's eight corners.
+QVector<SbVec3f> corners()
 {
     QVector<SbVec3f> result;
-    for (int i = 0; i < 8; ++i)
-        result << centre + SbVec3f(i & 1 ? half[0] : -half[0], i & 2 ? half[1] : -half[1], i & 4 ? half[2] : -half[2]);
+    for (int i = 0; i < 8; ++i) result << kCentre + SbVec3f(i & 1 ? 2 : -2, i & 2 ? 1 : -1, i & 4 ? 1 : -1);
     return result;
 }
 
-void keyHandled(void*, SoEventCallback* callback)
+void handled(void*, SoEventCallback* callback)
 {
     callback->setHandled();
 }
@@ -117,515 +76,459 @@ void keyHandled(void*, SoEventCallback* callback)
 class TstVg3SceneInteractor : public QObject
 {
     Q_OBJECT
-private Q_SLOTS:
-    void initTestCase();
-    void init();
-    void cleanup();
 
-    void wheelDollies_data();
-    void wheelDollies();
-    void orbitKeepsDistance_data();
-    void orbitKeepsDistance();
-    void panDragsPointUnderCursor_data();
-    void panDragsPointUnderCursor();
-    void leftButtonOutsideViewingDoesNotOrbit_data();
-    void leftButtonOutsideViewingDoesNotOrbit();
-    void presets_data();
-    void presets();
-    void viewAllFramesScene_data();
-    void viewAllFramesScene();
-    void projectionSwitchKeepsHeight();
-    void sceneHandlersComeFirst_data();
-    void sceneHandlersComeFirst();
-    void cameraStateRoundTrip();
-    void clippingPlanesEncloseScene_data();
-    void clippingPlanesEncloseScene();
-    void seek();
-    void idleCursorFollowsMode_data();
-    void idleCursorFollowsMode();
-
-private:
-    // A 4 x 2 x 2 box centred at (10, 20, 5), under an SoSeparator the tests can add to.
-    SoSeparator* _scene = nullptr;
-    Vg3SceneInteractor* _interactor = nullptr;
     QTemporaryDir _dir;
-};
+    InventorScenes::Held<SoSeparator> _scene;
+    std::unique_ptr<Interactor> _s;
 
-void TstVg3SceneInteractor::initTestCase()
-{
-    Vg3OpenInventor::getInstance()->init();
-    qRegisterMetaType<Qt::CursorShape>();
-    QVERIFY(_dir.isValid());
-    VupPreferenceRegistry::getInstance()->setStorageFile(_dir.filePath("preferences.ini"));
-}
-
-void TstVg3SceneInteractor::init()
-{
-    VupPreferences3DViews::setValue("mouseWheelZoomDirection", false);
-    _scene = new SoSeparator;
-    _scene->ref();
-    SoTranslation* translation = new SoTranslation;
-    translation->translation.setValue(10.0f, 20.0f, 5.0f);
-    SoCube* cube = new SoCube;
-    cube->width = 4.0f;
-    _scene->addChild(translation);
-    _scene->addChild(cube);
-    _interactor = new Vg3SceneInteractor;
-    _interactor->setViewportRegion(SbViewportRegion(kWidth, kHeight));
-    _interactor->setSceneGraph(_scene);
-    _interactor->viewAll();
-}
-
-void TstVg3SceneInteractor::cleanup()
-{
-    delete _interactor;
-    _interactor = nullptr;
-    _scene->unref();
-    _scene = nullptr;
-}
-
-void TstVg3SceneInteractor::wheelDollies_data()
-{
-    QTest::addColumn<int>("delta");
-    QTest::addColumn<bool>("inverted");
-    QTest::addColumn<double>("expectedRatio");
-
-    const double step = std::pow(2.0, kPi / 180.0);
-    QTest::newRow("one notch forward comes closer") << 120 << false << 1.0 / step;
-    QTest::newRow("one notch back goes away") << -120 << false << step;
-    QTest::newRow("two notches") << 240 << false << 1.0 / (step * step);
-    QTest::newRow("inverted preference goes away") << 120 << true << step;
-    QTest::newRow("half a notch does nothing") << 60 << false << 1.0;
-    QTest::newRow("half a notch back does nothing") << -60 << true << 1.0;
-}
-
-void TstVg3SceneInteractor::wheelDollies()
-{
-    QFETCH(int, delta);
-    QFETCH(bool, inverted);
-    QFETCH(double, expectedRatio);
-
-    VupPreferences3DViews::setValue("mouseWheelZoomDirection", inverted);
-    SoCamera* camera = _interactor->getCamera();
-    const SbVec3f target(10.0f, 20.0f, 5.0f);
-    const double before = (camera->position.getValue() - target).length();
-    QSignalSpy changed(_interactor, &Vg3SceneInteractor::cameraChanged);
-
-    const bool used = wheel(*_interactor, delta, kWidth / 2, kHeight / 2);
-
-    const double after = (camera->position.getValue() - target).length();
-    QVERIFY2(std::fabs(after / before - expectedRatio) < 1e-5,
-        qPrintable(QString("ratio %1 instead of %2").arg(after / before, 0, 'g', 10).arg(expectedRatio, 0, 'g', 10)));
-    QCOMPARE(used, expectedRatio != 1.0);
-    QCOMPARE(changed.count(), expectedRatio != 1.0 ? 1 : 0);
-}
-
-void TstVg3SceneInteractor::orbitKeepsDistance_data()
-{
-    QTest::addColumn<int>("cameraMode");
-    QTest::addColumn<int>("dx");
-    QTest::addColumn<int>("dy");
-
-    QTest::newRow("examiner, sideways") << int(Vg3SceneInteractor::EXAMINER) << 80 << 0;
-    QTest::newRow("examiner, diagonal") << int(Vg3SceneInteractor::EXAMINER) << 60 << -50;
-    QTest::newRow("orbiter, sideways") << int(Vg3SceneInteractor::ORBITER) << 80 << 0;
-    QTest::newRow("orbiter, diagonal") << int(Vg3SceneInteractor::ORBITER) << -60 << -40;
-}
-
-void TstVg3SceneInteractor::orbitKeepsDistance()
-{
-    QFETCH(int, cameraMode);
-    QFETCH(int, dx);
-    QFETCH(int, dy);
-
-    _interactor->setCameraMode(Vg3SceneInteractor::CameraMode(cameraMode));
-    _interactor->viewFromSouth();
-    SoCamera* camera = _interactor->getCamera();
-    const SbVec3f centre(10.0f, 20.0f, 5.0f);
-    const float distance = (camera->position.getValue() - centre).length();
-    const SbRotation before = camera->orientation.getValue();
-    QSignalSpy changed(_interactor, &Vg3SceneInteractor::cameraChanged);
-    QSignalSpy cursor(_interactor, &Vg3SceneInteractor::cursorChangeRequested);
-
-    const int x = kWidth / 2, y = kHeight / 2;
-    QVERIFY(press(*_interactor, SoMouseButtonEvent::BUTTON1, x, y));
-    QVERIFY(move(*_interactor, x + dx / 2, y + dy / 2));
-    QVERIFY(move(*_interactor, x + dx, y + dy));
-    QVERIFY(release(*_interactor, SoMouseButtonEvent::BUTTON1, x + dx, y + dy));
-    // Moving without a button afterwards is not navigation.
-    QVERIFY(!move(*_interactor, x, y));
-
-    QVERIFY(!camera->orientation.getValue().equals(before, 1e-3f));
-    QVERIFY(std::fabs((camera->position.getValue() - centre).length() - distance) < 1e-3f * distance);
-    QVERIFY2(close(_interactor->getCameraInteractor()->getFocalPoint(), centre, 1e-3f * distance),
-        qPrintable(text(_interactor->getCameraInteractor()->getFocalPoint())));
-    QCOMPARE(changed.count(), 2);
-    QCOMPARE(cursor.count(), 2);
-    QCOMPARE(cursor.at(0).at(0).value<Qt::CursorShape>(), Qt::ClosedHandCursor);
-    QCOMPARE(cursor.at(1).at(0).value<Qt::CursorShape>(), Qt::ArrowCursor);
-    if (cameraMode == Vg3SceneInteractor::ORBITER) {
-        // The horizon stays level and z stays up.
-        QVERIFY(std::fabs(direction(camera, SbVec3f(1, 0, 0))[2]) < 1e-4f);
-        QVERIFY(direction(camera, SbVec3f(0, 1, 0))[2] > 0.0f);
+    bool send(SoEvent& event, int x, int y, int modifier)
+    {
+        event.setPosition(SbVec2s(short(x), short(y)));
+        event.setCtrlDown(modifier == CTRL);
+        event.setShiftDown(modifier == SHIFT);
+        return _s->processEvent(&event);
     }
-}
-
-void TstVg3SceneInteractor::panDragsPointUnderCursor_data()
-{
-    QTest::addColumn<int>("cameraMode");
-    QTest::addColumn<int>("button");
-    QTest::addColumn<int>("modifier");
-    QTest::addColumn<bool>("orthographic");
-
-    QTest::newRow("right button") << int(Vg3SceneInteractor::EXAMINER) << int(SoMouseButtonEvent::BUTTON3)
-                                  << int(NO_MODIFIER) << false;
-    QTest::newRow("middle button") << int(Vg3SceneInteractor::EXAMINER) << int(SoMouseButtonEvent::BUTTON2)
-                                   << int(NO_MODIFIER) << false;
-    QTest::newRow("ctrl + left") << int(Vg3SceneInteractor::EXAMINER) << int(SoMouseButtonEvent::BUTTON1)
-                                 << int(CTRL) << false;
-    QTest::newRow("shift + left, orbiter") << int(Vg3SceneInteractor::ORBITER) << int(SoMouseButtonEvent::BUTTON1)
-                                           << int(SHIFT) << false;
-    QTest::newRow("left in plane mode") << int(Vg3SceneInteractor::PLANE) << int(SoMouseButtonEvent::BUTTON1)
-                                        << int(NO_MODIFIER) << false;
-    QTest::newRow("right button, orthographic") << int(Vg3SceneInteractor::EXAMINER)
-                                                << int(SoMouseButtonEvent::BUTTON3) << int(NO_MODIFIER) << true;
-}
-
-void TstVg3SceneInteractor::panDragsPointUnderCursor()
-{
-    QFETCH(int, cameraMode);
-    QFETCH(int, button);
-    QFETCH(int, modifier);
-    QFETCH(bool, orthographic);
-
-    _interactor->setCameraMode(Vg3SceneInteractor::CameraMode(cameraMode));
-    if (orthographic)
-        _interactor->setProjectionType(Vg3SceneInteractor::ORTHOGRAPHIC);
-    _interactor->viewFromEast();
-    SoCamera* camera = _interactor->getCamera();
-    const SbRotation before = camera->orientation.getValue();
-    // The box centre is at the focal point, in the middle of the view.
-    const SbVec3f grabbed(10.0f, 20.0f, 5.0f);
-    QVERIFY(close(toScreen(*_interactor, grabbed), SbVec3f(0.5f, 0.5f, toScreen(*_interactor, grabbed)[2])));
-    QSignalSpy cursor(_interactor, &Vg3SceneInteractor::cursorChangeRequested);
-
-    const auto b = SoMouseButtonEvent::Button(button);
-    QVERIFY(press(*_interactor, b, kWidth / 2, kHeight / 2, modifier));
-    QVERIFY(move(*_interactor, kWidth / 2 + 30, kHeight / 2 + 10, modifier));
-    QVERIFY(move(*_interactor, kWidth / 2 + 100, kHeight / 2 - 60, modifier));
-    QVERIFY(release(*_interactor, b, kWidth / 2 + 100, kHeight / 2 - 60, modifier));
-
-    QVERIFY(camera->orientation.getValue().equals(before, 1e-6f));
-    const SbVec3f seen = toScreen(*_interactor, grabbed);
-    QVERIFY2(std::fabs(seen[0] - (0.5f + 100.0f / kWidth)) < 2e-3f && std::fabs(seen[1] - (0.5f - 60.0f / kHeight)) < 2e-3f,
-        qPrintable(text(seen)));
-    // The renderer's own picking under the cursor finds the box on the line of sight through
-    // the grabbed point.
-    const SoPickedPoint* picked = _interactor->pick(SbVec2i32(kWidth / 2 + 100, kHeight / 2 - 60), 0);
-    QVERIFY(picked);
-    const SbVec3f hit = picked->getPoint();
-    const SbVec3f sight = orthographic ? direction(camera, SbVec3f(0, 0, -1)) : grabbed - camera->position.getValue();
-    const SbVec3f onSight = SbLine(grabbed, grabbed + sight).getClosestPoint(hit);
-    QVERIFY2(std::fabs(hit[0] - 12.0f) < 1e-3f && close(hit, onSight, 0.02f), qPrintable(text(hit)));
-    QCOMPARE(cursor.count(), 2);
-    QCOMPARE(cursor.at(0).at(0).value<Qt::CursorShape>(), Qt::SizeAllCursor);
-}
-
-void TstVg3SceneInteractor::leftButtonOutsideViewingDoesNotOrbit_data()
-{
-    QTest::addColumn<int>("mode");
-    QTest::newRow("picking") << int(Vg3SceneInteractor::PICKING);
-    QTest::newRow("ruler") << int(Vg3SceneInteractor::RULER);
-}
-
-void TstVg3SceneInteractor::leftButtonOutsideViewingDoesNotOrbit()
-{
-    QFETCH(int, mode);
-    _interactor->setInteractionMode(Vg3SceneInteractor::InteractionMode(mode));
-    const Vug::CameraState before = _interactor->getCameraState();
-    QVERIFY(!press(*_interactor, SoMouseButtonEvent::BUTTON1, 100, 100));
-    QVERIFY(!move(*_interactor, 200, 150));
-    release(*_interactor, SoMouseButtonEvent::BUTTON1, 200, 150);
-    QVERIFY(_interactor->getCameraState() == before);
-}
-
-void TstVg3SceneInteractor::presets_data()
-{
-    QTest::addColumn<int>("preset");
-    QTest::addColumn<SbVec3f>("viewDirection");
-    QTest::addColumn<SbVec3f>("up");
-
-    QTest::newRow("top") << 0 << SbVec3f(0, 0, -1) << SbVec3f(0, 1, 0);
-    QTest::newRow("bottom") << 1 << SbVec3f(0, 0, 1) << SbVec3f(0, 1, 0);
-    QTest::newRow("east") << 2 << SbVec3f(-1, 0, 0) << SbVec3f(0, 0, 1);
-    QTest::newRow("west") << 3 << SbVec3f(1, 0, 0) << SbVec3f(0, 0, 1);
-    QTest::newRow("north") << 4 << SbVec3f(0, -1, 0) << SbVec3f(0, 0, 1);
-    QTest::newRow("south") << 5 << SbVec3f(0, 1, 0) << SbVec3f(0, 0, 1);
-}
-
-void TstVg3SceneInteractor::presets()
-{
-    QFETCH(int, preset);
-    QFETCH(SbVec3f, viewDirection);
-    QFETCH(SbVec3f, up);
-
-    // Start from an arbitrary, rolled camera somewhere else.
-    _interactor->getCameraInteractor()->setOrientation(SbRotation(SbVec3f(0.3f, -1.0f, 0.2f), 2.0f));
-    _interactor->getCamera()->position.setValue(-50.0f, 3.0f, 40.0f);
-    QSignalSpy changed(_interactor, &Vg3SceneInteractor::cameraChanged);
-    switch (preset) {
-    case 0: _interactor->viewFromTop(); break;
-    case 1: _interactor->viewFromBottom(); break;
-    case 2: _interactor->viewFromEast(); break;
-    case 3: _interactor->viewFromWest(); break;
-    case 4: _interactor->viewFromNorth(); break;
-    case 5: _interactor->viewFromSouth(); break;
+    bool press(SoMouseButtonEvent::Button button, int x, int y, int modifier = NO_MODIFIER,
+               SoButtonEvent::State state = SoButtonEvent::DOWN)
+    {
+        SoMouseButtonEvent event;
+        event.setButton(button);
+        event.setState(state);
+        return send(event, x, y, modifier);
     }
-    const SoCamera* camera = _interactor->getCamera();
-    QVERIFY2(close(direction(camera, SbVec3f(0, 0, -1)), viewDirection, 1e-5f),
-        qPrintable(text(direction(camera, SbVec3f(0, 0, -1)))));
-    QVERIFY2(close(direction(camera, SbVec3f(0, 1, 0)), up, 1e-5f), qPrintable(text(direction(camera, SbVec3f(0, 1, 0)))));
-    // Framed: the box centre is in the middle of the view, every corner inside it.
-    const SbVec3f centre = toScreen(*_interactor, SbVec3f(10, 20, 5));
-    QVERIFY(std::fabs(centre[0] - 0.5f) < 1e-4f && std::fabs(centre[1] - 0.5f) < 1e-4f);
-    for (const SbVec3f& corner : corners(SbVec3f(10, 20, 5), SbVec3f(2, 1, 1))) {
-        const SbVec3f s = toScreen(*_interactor, corner);
-        QVERIFY(s[0] > 0.0f && s[0] < 1.0f && s[1] > 0.0f && s[1] < 1.0f);
+    bool release(SoMouseButtonEvent::Button button, int x, int y, int modifier = NO_MODIFIER)
+    {
+        return press(button, x, y, modifier, SoButtonEvent::UP);
     }
-    QVERIFY(changed.count() >= 1);
-}
-
-void TstVg3SceneInteractor::viewAllFramesScene_data()
-{
-    QTest::addColumn<bool>("orthographic");
-    QTest::addColumn<int>("width");
-    QTest::addColumn<int>("height");
-
-    QTest::newRow("perspective, wide") << false << 400 << 200;
-    QTest::newRow("perspective, tall") << false << 150 << 400;
-    QTest::newRow("orthographic, wide") << true << 400 << 200;
-    QTest::newRow("orthographic, tall") << true << 150 << 400;
-}
-
-void TstVg3SceneInteractor::viewAllFramesScene()
-{
-    QFETCH(bool, orthographic);
-    QFETCH(int, width);
-    QFETCH(int, height);
-
-    _interactor->setViewportRegion(SbViewportRegion(short(width), short(height)));
-    if (orthographic)
-        _interactor->setProjectionType(Vg3SceneInteractor::ORTHOGRAPHIC);
-    _interactor->getCameraInteractor()->setOrientation(SbRotation(SbVec3f(1.0f, 0.5f, 0.2f), 0.9f));
-    _interactor->getCamera()->position.setValue(500.0f, -300.0f, 80.0f);
-    _interactor->viewAll();
-
-    SbVec3f lowest(1, 1, 1), highest(0, 0, 0);
-    for (const SbVec3f& corner : corners(SbVec3f(10, 20, 5), SbVec3f(2, 1, 1))) {
-        const SbVec3f s = toScreen(*_interactor, corner);
-        QVERIFY2(s[0] >= 0.0f && s[0] <= 1.0f && s[1] >= 0.0f && s[1] <= 1.0f && s[2] >= 0.0f && s[2] <= 1.0f,
-            qPrintable(text(s)));
-        for (int i = 0; i < 2; ++i) {
-            lowest[i] = std::min(lowest[i], s[i]);
-            highest[i] = std::max(highest[i], s[i]);
+    bool move(int x, int y, int modifier = NO_MODIFIER)
+    {
+        SoLocation2Event event;
+        return send(event, x, y, modifier);
+    }
+    SbVec3f toScreen(const SbVec3f& world)
+    {
+        SbVec3f screen;
+        SoCameraInteractor::getViewVolume(_s->getCamera(), _s->getViewportRegion()).projectToScreen(world, screen);
+        return screen;
+    }
+    // The box centre in the middle of the view, every corner inside it.
+    void checkFramed()
+    {
+        const SbVec3f centre = toScreen(kCentre);
+        QVERIFY2(std::fabs(centre[0] - 0.5f) < 1e-4f && std::fabs(centre[1] - 0.5f) < 1e-4f, qPrintable(text(centre)));
+        for (const SbVec3f& corner : corners()) {
+            const SbVec3f s = toScreen(corner);
+            QVERIFY2(s[0] > 0.0f && s[0] < 1.0f && s[1] > 0.0f && s[1] < 1.0f && s[2] >= 0.0f && s[2] <= 1.0f,
+                     qPrintable(text(s)));
         }
     }
-    // Framed, not lost in the distance.
-    QVERIFY2(std::max(highest[0] - lowest[0], highest[1] - lowest[1]) > 0.3f, qPrintable(text(highest - lowest)));
-    QVERIFY(close(_interactor->getCameraInteractor()->getRotationCenter(), SbVec3f(10, 20, 5)));
-}
 
-void TstVg3SceneInteractor::projectionSwitchKeepsHeight()
-{
-    _interactor->viewFromNorth();
-    _interactor->getCameraInteractor()->dolly(0.7f);
-    // A point on the focal plane near the top edge: where it shows tells the visible height.
-    const SbVec3f edge(10.0f, 20.0f, 5.0f + 1.2f);
-    const SbVec3f perspective = toScreen(*_interactor, edge);
-    const SbVec3f position = _interactor->getCamera()->position.getValue();
-    QSignalSpy changed(_interactor, &Vg3SceneInteractor::cameraChanged);
-
-    _interactor->setProjectionType(Vg3SceneInteractor::ORTHOGRAPHIC);
-    QVERIFY(_interactor->getCamera()->isOfType(SoOrthographicCamera::getClassTypeId()));
-    const SbVec3f ortho = toScreen(*_interactor, edge);
-    QVERIFY2(std::fabs(ortho[1] - perspective[1]) < 1e-4f, qPrintable(text(ortho) + text(perspective)));
-    QVERIFY(close(_interactor->getCamera()->position.getValue(), position));
-    QCOMPARE(_interactor->getCameraState().orthographic, true);
-
-    _interactor->getCameraInteractor()->dolly(1.3f);
-    const SbVec3f orthoAfterDolly = toScreen(*_interactor, edge);
-    _interactor->setProjectionType(Vg3SceneInteractor::PERSPECTIVE);
-    QVERIFY(_interactor->getCamera()->isOfType(SoPerspectiveCamera::getClassTypeId()));
-    QVERIFY(std::fabs(toScreen(*_interactor, edge)[1] - orthoAfterDolly[1]) < 1e-4f);
-    QCOMPARE(changed.count(), 2);
-}
-
-void TstVg3SceneInteractor::sceneHandlersComeFirst_data()
-{
-    QTest::addColumn<bool>("handleKeys");
-    QTest::addColumn<bool>("handleMouse");
-
-    QTest::newRow("key handler") << true << false;
-    QTest::newRow("mouse handler") << false << true;
-    QTest::newRow("no handler") << false << false;
-}
-
-void TstVg3SceneInteractor::sceneHandlersComeFirst()
-{
-    QFETCH(bool, handleKeys);
-    QFETCH(bool, handleMouse);
-
-    SoEventCallback* callback = new SoEventCallback;
-    if (handleKeys)
-        callback->addEventCallback(SoKeyboardEvent::getClassTypeId(), keyHandled);
-    if (handleMouse) {
-        callback->addEventCallback(SoMouseButtonEvent::getClassTypeId(), keyHandled);
-        callback->addEventCallback(SoLocation2Event::getClassTypeId(), keyHandled);
+private Q_SLOTS:
+    void initTestCase()
+    {
+        Vg3OpenInventor::getInstance()->init();
+        qRegisterMetaType<Qt::CursorShape>();
+        QVERIFY(_dir.isValid());
+        VupPreferenceRegistry::getInstance()->setStorageFile(_dir.filePath("preferences.ini"));
     }
-    _scene->insertChild(callback, 0);
-    const Vug::CameraState before = _interactor->getCameraState();
 
-    SoKeyboardEvent key;
-    key.setKey(SoKeyboardEvent::T);
-    key.setState(SoButtonEvent::DOWN);
-    QCOMPARE(_interactor->processEvent(&key), handleKeys);
-
-    QVERIFY(press(*_interactor, SoMouseButtonEvent::BUTTON1, 200, 150));
-    QVERIFY(move(*_interactor, 300, 100));
-    release(*_interactor, SoMouseButtonEvent::BUTTON1, 300, 100);
-    QCOMPARE(_interactor->getCameraState() == before, handleMouse);
-}
-
-void TstVg3SceneInteractor::cameraStateRoundTrip()
-{
-    _interactor->viewFromWest();
-    _interactor->getCameraInteractor()->dolly(0.8f);
-    const Vug::CameraState saved = _interactor->getCameraState();
-    Vug::CameraState restored;
-    QVERIFY(Vug::CameraState::fromString(saved.toString(), restored));
-
-    _interactor->viewFromTop();
-    _interactor->setProjectionType(Vg3SceneInteractor::ORTHOGRAPHIC);
-    QSignalSpy changed(_interactor, &Vg3SceneInteractor::cameraChanged);
-    _interactor->setCameraState(restored);
-    QCOMPARE(_interactor->getProjectionType(), Vg3SceneInteractor::PERSPECTIVE);
-    const Vug::CameraState back = _interactor->getCameraState();
-    for (int i = 0; i < 3; ++i)
-        QVERIFY(std::fabs(back.position[i] - saved.position[i]) < 1e-4);
-    QVERIFY(close(direction(_interactor->getCamera(), SbVec3f(0, 0, -1)), SbVec3f(1, 0, 0), 1e-5f));
-    QVERIFY(changed.count() >= 1);
-
-    // A broken state changes nothing.
-    Vug::CameraState broken = back;
-    broken.focalDistance = -1.0;
-    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("Vg3SceneInteractor::setCameraState: .*"));
-    _interactor->setCameraState(broken);
-    QVERIFY(_interactor->getCameraState() == back);
-}
-
-void TstVg3SceneInteractor::clippingPlanesEncloseScene_data()
-{
-    QTest::addColumn<bool>("orthographic");
-    QTest::addColumn<SbVec3f>("position");
-
-    QTest::newRow("perspective, outside") << false << SbVec3f(10, 20, 60);
-    QTest::newRow("perspective, inside the box") << false << SbVec3f(10.5f, 20, 5);
-    QTest::newRow("perspective, far away") << false << SbVec3f(10, 20, 5e4f);
-    QTest::newRow("orthographic, inside the box") << true << SbVec3f(10.5f, 20, 5);
-}
-
-void TstVg3SceneInteractor::clippingPlanesEncloseScene()
-{
-    QFETCH(bool, orthographic);
-    QFETCH(SbVec3f, position);
-
-    if (orthographic)
-        _interactor->setProjectionType(Vg3SceneInteractor::ORTHOGRAPHIC);
-    _interactor->viewFromTop();
-    SoCamera* camera = _interactor->getCamera();
-    camera->position.setValue(position);
-    _interactor->updateCameraClippingPlanes();
-
-    const float nearDistance = camera->nearDistance.getValue();
-    const float farDistance = camera->farDistance.getValue();
-    if (!orthographic)
-        QVERIFY(nearDistance > 0.0f);
-    QVERIFY(farDistance > nearDistance);
-    // Every corner in front of the camera lies between the planes.
-    float deepest = 0.0f;
-    for (const SbVec3f& corner : corners(SbVec3f(10, 20, 5), SbVec3f(2, 1, 1))) {
-        const float depth = position[2] - corner[2];
-        deepest = std::max(deepest, depth);
-        if (depth > 0.0f || orthographic)
-            QVERIFY2(depth <= farDistance && (depth >= nearDistance || (!orthographic && depth > 0.0f && depth < 1.5f && nearDistance < depth)),
-                qPrintable(QString("depth %1 near %2 far %3").arg(depth).arg(nearDistance).arg(farDistance)));
+    void init()
+    {
+        VupPreferences3DViews::setValue("mouseWheelZoomDirection", false);
+        _scene = InventorScenes::hold(
+            InventorScenes::separator({InventorScenes::flatBox(kCentre, SbVec3f(4, 2, 2), SbColor(1, 1, 1))}));
+        _s = std::make_unique<Interactor>();
+        _s->setViewportRegion(SbViewportRegion(kWidth, kHeight));
+        _s->setSceneGraph(_scene.get());
+        _s->viewAll();
     }
-    // Not wasting depth precision behind the box.
-    QVERIFY(farDistance < deepest * 1.05f + 0.1f);
-}
 
-void TstVg3SceneInteractor::seek()
-{
-    _interactor->viewFromTop();
-    SoCamera* camera = _interactor->getCamera();
-    // A pixel over the box but off its centre.
-    const SbVec3f onTop(11.0f, 20.5f, 6.0f);
-    const SbVec3f s = toScreen(*_interactor, onTop);
-    const SbVec2i32 pixel(int(s[0] * kWidth), int(s[1] * kHeight));
-    const float before = (camera->position.getValue() - onTop).length();
+    void cleanup()
+    {
+        _s.reset();
+        _scene.reset();
+    }
 
-    _interactor->setInteractionMode(Vg3SceneInteractor::SEEKING);
-    QSignalSpy changed(_interactor, &Vg3SceneInteractor::cameraChanged);
-    QVERIFY(press(*_interactor, SoMouseButtonEvent::BUTTON1, pixel[0], pixel[1]));
+    void wheelDollies_data()
+    {
+        QTest::addColumn<int>("delta");
+        QTest::addColumn<bool>("inverted");
+        QTest::addColumn<double>("expectedRatio");
+        const double step = std::pow(2.0, M_PI / 180.0);
+        QTest::newRow("one notch forward comes closer") << 120 << false << 1.0 / step;
+        QTest::newRow("one notch back goes away") << -120 << false << step;
+        QTest::newRow("two notches") << 240 << false << 1.0 / (step * step);
+        QTest::newRow("inverted preference goes away") << 120 << true << step;
+        QTest::newRow("half a notch does nothing") << 60 << false << 1.0;
+        QTest::newRow("half a notch back does nothing") << -60 << true << 1.0;
+    }
+    void wheelDollies()
+    {
+        QFETCH(int, delta);
+        QFETCH(bool, inverted);
+        QFETCH(double, expectedRatio);
+        VupPreferences3DViews::setValue("mouseWheelZoomDirection", inverted);
+        SoCamera* camera = _s->getCamera();
+        const double before = (camera->position.getValue() - kCentre).length();
+        QSignalSpy changed(_s.get(), &Interactor::cameraChanged);
+        SoMouseWheelEvent wheel;
+        wheel.setDelta(delta);
+        const bool used = send(wheel, kWidth / 2, kHeight / 2, NO_MODIFIER);
+        const double ratio = (camera->position.getValue() - kCentre).length() / before;
+        QVERIFY2(std::fabs(ratio - expectedRatio) < 1e-5, qPrintable(QString::number(ratio, 'g', 10)));
+        QCOMPARE(used, expectedRatio != 1.0);
+        QCOMPARE(changed.count(), expectedRatio != 1.0 ? 1 : 0);
+    }
 
-    const SbVec3f centre = _interactor->getCameraInteractor()->getRotationCenter();
-    QVERIFY2(std::fabs(centre[2] - 6.0f) < 1e-3f && (centre - onTop).length() < 0.1f, qPrintable(text(centre)));
-    const float after = (camera->position.getValue() - centre).length();
-    QVERIFY(std::fabs(after - 0.5f * before) < 0.05f * before);
-    const SbVec3f shown = toScreen(*_interactor, centre);
-    QVERIFY(std::fabs(shown[0] - 0.5f) < 1e-3f && std::fabs(shown[1] - 0.5f) < 1e-3f);
-    QCOMPARE(changed.count(), 1);
+    void orbitKeepsDistance_data()
+    {
+        QTest::addColumn<int>("cameraMode");
+        QTest::addColumn<int>("dx");
+        QTest::addColumn<int>("dy");
+        QTest::newRow("examiner, sideways") << int(Interactor::EXAMINER) << 80 << 0;
+        QTest::newRow("examiner, diagonal") << int(Interactor::EXAMINER) << 60 << -50;
+        QTest::newRow("orbiter, sideways") << int(Interactor::ORBITER) << 80 << 0;
+        QTest::newRow("orbiter, diagonal") << int(Interactor::ORBITER) << -60 << -40;
+    }
+    void orbitKeepsDistance()
+    {
+        QFETCH(int, cameraMode);
+        QFETCH(int, dx);
+        QFETCH(int, dy);
+        _s->setCameraMode(Interactor::CameraMode(cameraMode));
+        _s->viewFromSouth();
+        SoCamera* camera = _s->getCamera();
+        const float distance = (camera->position.getValue() - kCentre).length();
+        const SbRotation before = camera->orientation.getValue();
+        QSignalSpy changed(_s.get(), &Interactor::cameraChanged);
+        QSignalSpy cursor(_s.get(), &Interactor::cursorChangeRequested);
 
-    // Empty space: nothing moves.
-    _interactor->viewFromTop();
-    const Vug::CameraState state = _interactor->getCameraState();
-    QVERIFY(!_interactor->seekToPoint(SbVec2i32(2, 2)));
-    QVERIFY(_interactor->getCameraState() == state);
-    QVERIFY(_interactor->pick(SbVec2i32(kWidth / 2, kHeight / 2)) != nullptr);
-    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("Vg3SceneInteractor::pick: .*"));
-    QVERIFY(_interactor->pick(SbVec2i32(-5, kHeight * 3)) == nullptr);
-}
+        const int x = kWidth / 2, y = kHeight / 2;
+        QVERIFY(press(B1, x, y));
+        QVERIFY(move(x + dx / 2, y + dy / 2));
+        QVERIFY(move(x + dx, y + dy));
+        QVERIFY(release(B1, x + dx, y + dy));
+        // Moving without a button afterwards is not navigation.
+        QVERIFY(!move(x, y));
 
-void TstVg3SceneInteractor::idleCursorFollowsMode_data()
-{
-    QTest::addColumn<int>("mode");
-    QTest::addColumn<Qt::CursorShape>("shape");
+        QVERIFY(!camera->orientation.getValue().equals(before, 1e-3f));
+        QVERIFY(std::fabs((camera->position.getValue() - kCentre).length() - distance) < 1e-3f * distance);
+        const SbVec3f focal = _s->getCameraInteractor()->getFocalPoint();
+        QVERIFY2(close(focal, kCentre, 1e-3f * distance), qPrintable(text(focal)));
+        QCOMPARE(changed.count(), 2);
+        QCOMPARE(cursor.count(), 2);
+        QCOMPARE(cursor.at(0).at(0).value<Qt::CursorShape>(), Qt::ClosedHandCursor);
+        QCOMPARE(cursor.at(1).at(0).value<Qt::CursorShape>(), Qt::ArrowCursor);
+        if (cameraMode == Interactor::ORBITER) {
+            // The horizon stays level and z stays up.
+            QVERIFY(std::fabs(direction(camera, SbVec3f(1, 0, 0))[2]) < 1e-4f);
+            QVERIFY(direction(camera, SbVec3f(0, 1, 0))[2] > 0.0f);
+        }
+    }
 
-    QTest::newRow("picking") << int(Vg3SceneInteractor::PICKING) << Qt::PointingHandCursor;
-    QTest::newRow("seeking") << int(Vg3SceneInteractor::SEEKING) << Qt::CrossCursor;
-    QTest::newRow("ruler") << int(Vg3SceneInteractor::RULER) << Qt::CrossCursor;
-}
+    void panDragsPointUnderCursor_data()
+    {
+        QTest::addColumn<int>("cameraMode");
+        QTest::addColumn<int>("button");
+        QTest::addColumn<int>("modifier");
+        QTest::addColumn<bool>("orthographic");
+        const int examiner = Interactor::EXAMINER;
+        QTest::newRow("right button") << examiner << int(B3) << int(NO_MODIFIER) << false;
+        QTest::newRow("middle button") << examiner << int(B2) << int(NO_MODIFIER) << false;
+        QTest::newRow("ctrl + left") << examiner << int(B1) << int(CTRL) << false;
+        QTest::newRow("shift + left, orbiter") << int(Interactor::ORBITER) << int(B1) << int(SHIFT) << false;
+        QTest::newRow("left in plane mode") << int(Interactor::PLANE) << int(B1) << int(NO_MODIFIER) << false;
+        QTest::newRow("right button, orthographic") << examiner << int(B3) << int(NO_MODIFIER) << true;
+    }
+    void panDragsPointUnderCursor()
+    {
+        QFETCH(int, cameraMode);
+        QFETCH(int, button);
+        QFETCH(int, modifier);
+        QFETCH(bool, orthographic);
+        _s->setCameraMode(Interactor::CameraMode(cameraMode));
+        if (orthographic) _s->setProjectionType(Interactor::ORTHOGRAPHIC);
+        _s->viewFromEast();
+        SoCamera* camera = _s->getCamera();
+        const SbRotation before = camera->orientation.getValue();
+        // The box centre is at the focal point, in the middle of the view.
+        QVERIFY(close(toScreen(kCentre), SbVec3f(0.5f, 0.5f, toScreen(kCentre)[2])));
+        QSignalSpy cursor(_s.get(), &Interactor::cursorChangeRequested);
 
-void TstVg3SceneInteractor::idleCursorFollowsMode()
-{
-    QFETCH(int, mode);
-    QFETCH(Qt::CursorShape, shape);
+        const auto b = SoMouseButtonEvent::Button(button);
+        const int x = kWidth / 2 + 100, y = kHeight / 2 - 60;
+        QVERIFY(press(b, kWidth / 2, kHeight / 2, modifier));
+        QVERIFY(move(kWidth / 2 + 30, kHeight / 2 + 10, modifier));
+        QVERIFY(move(x, y, modifier));
+        QVERIFY(release(b, x, y, modifier));
 
-    QSignalSpy cursor(_interactor, &Vg3SceneInteractor::cursorChangeRequested);
-    QSignalSpy modes(_interactor, &Vg3SceneInteractor::interactionModeChanged);
-    _interactor->setInteractionMode(Vg3SceneInteractor::InteractionMode(mode));
-    QCOMPARE(cursor.count(), 1);
-    QCOMPARE(cursor.at(0).at(0).value<Qt::CursorShape>(), shape);
-    QCOMPARE(modes.count(), 1);
-    // A right drag pans in any mode and comes back to the mode's cursor.
-    QVERIFY(press(*_interactor, SoMouseButtonEvent::BUTTON3, 10, 10));
-    QVERIFY(release(*_interactor, SoMouseButtonEvent::BUTTON3, 10, 10));
-    QCOMPARE(cursor.last().at(0).value<Qt::CursorShape>(), shape);
+        QVERIFY(camera->orientation.getValue().equals(before, 1e-6f));
+        const SbVec3f seen = toScreen(kCentre);
+        QVERIFY2(std::fabs(seen[0] - float(x) / kWidth) < 2e-3f && std::fabs(seen[1] - float(y) / kHeight) < 2e-3f,
+                 qPrintable(text(seen)));
+        // The renderer's own picking under the cursor finds the box on the line of sight
+        // through the grabbed point.
+        const SoPickedPoint* picked = _s->pick(SbVec2i32(x, y), 0);
+        QVERIFY(picked);
+        const SbVec3f hit = picked->getPoint();
+        const SbVec3f sight = orthographic ? direction(camera, SbVec3f(0, 0, -1)) : kCentre - camera->position.getValue();
+        const SbVec3f onSight = SbLine(kCentre, kCentre + sight).getClosestPoint(hit);
+        QVERIFY2(std::fabs(hit[0] - 12.0f) < 1e-3f && close(hit, onSight, 0.02f), qPrintable(text(hit)));
+        QCOMPARE(cursor.count(), 2);
+        QCOMPARE(cursor.at(0).at(0).value<Qt::CursorShape>(), Qt::SizeAllCursor);
+    }
 
-    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("Vg3SceneInteractor::setInteractionMode: .*"));
-    _interactor->setInteractionMode(Vg3SceneInteractor::InteractionMode(17));
-    QCOMPARE(int(_interactor->getInteractionMode()), mode);
-}
+    // A left drag orbits only in viewing mode and when no handler of the scene takes the
+    // mouse first; a key the scene handles is used up.
+    void leftDragOrbitsWhenNothingElseTakesIt_data()
+    {
+        QTest::addColumn<int>("mode");
+        QTest::addColumn<bool>("handleKeys");
+        QTest::addColumn<bool>("handleMouse");
+        QTest::addColumn<bool>("orbits");
+        QTest::newRow("viewing") << int(Interactor::VIEWING) << false << false << true;
+        QTest::newRow("picking") << int(Interactor::PICKING) << false << false << false;
+        QTest::newRow("ruler") << int(Interactor::RULER) << false << false << false;
+        QTest::newRow("scene handles keys") << int(Interactor::VIEWING) << true << false << true;
+        QTest::newRow("scene handles the mouse") << int(Interactor::VIEWING) << false << true << false;
+    }
+    void leftDragOrbitsWhenNothingElseTakesIt()
+    {
+        QFETCH(int, mode);
+        QFETCH(bool, handleKeys);
+        QFETCH(bool, handleMouse);
+        QFETCH(bool, orbits);
+        auto callback = new SoEventCallback;
+        if (handleKeys) callback->addEventCallback(SoKeyboardEvent::getClassTypeId(), handled);
+        if (handleMouse) {
+            callback->addEventCallback(SoMouseButtonEvent::getClassTypeId(), handled);
+            callback->addEventCallback(SoLocation2Event::getClassTypeId(), handled);
+        }
+        _scene->insertChild(callback, 0);
+        _s->setInteractionMode(Interactor::InteractionMode(mode));
+        const Vug::CameraState before = _s->getCameraState();
+
+        SoKeyboardEvent key;
+        key.setKey(SoKeyboardEvent::T);
+        key.setState(SoButtonEvent::DOWN);
+        QCOMPARE(_s->processEvent(&key), handleKeys);
+        QCOMPARE(press(B1, 200, 150), orbits || handleMouse);
+        QCOMPARE(move(300, 100), orbits || handleMouse);
+        release(B1, 300, 100);
+        QCOMPARE(_s->getCameraState() == before, !orbits);
+    }
+
+    void presets_data()
+    {
+        QTest::addColumn<int>("preset");
+        QTest::addColumn<SbVec3f>("viewDirection");
+        QTest::addColumn<SbVec3f>("up");
+        QTest::newRow("top") << 0 << SbVec3f(0, 0, -1) << SbVec3f(0, 1, 0);
+        QTest::newRow("bottom") << 1 << SbVec3f(0, 0, 1) << SbVec3f(0, 1, 0);
+        QTest::newRow("east") << 2 << SbVec3f(-1, 0, 0) << SbVec3f(0, 0, 1);
+        QTest::newRow("west") << 3 << SbVec3f(1, 0, 0) << SbVec3f(0, 0, 1);
+        QTest::newRow("north") << 4 << SbVec3f(0, -1, 0) << SbVec3f(0, 0, 1);
+        QTest::newRow("south") << 5 << SbVec3f(0, 1, 0) << SbVec3f(0, 0, 1);
+    }
+    void presets()
+    {
+        QFETCH(int, preset);
+        QFETCH(SbVec3f, viewDirection);
+        QFETCH(SbVec3f, up);
+        // Start from an arbitrary, rolled camera somewhere else.
+        _s->getCameraInteractor()->setOrientation(SbRotation(SbVec3f(0.3f, -1.0f, 0.2f), 2.0f));
+        _s->getCamera()->position.setValue(-50.0f, 3.0f, 40.0f);
+        QSignalSpy changed(_s.get(), &Interactor::cameraChanged);
+        void (Interactor::*const views[])() = {&Interactor::viewFromTop,  &Interactor::viewFromBottom,
+                                               &Interactor::viewFromEast, &Interactor::viewFromWest,
+                                               &Interactor::viewFromNorth, &Interactor::viewFromSouth};
+        (_s.get()->*views[preset])();
+        const SoCamera* camera = _s->getCamera();
+        QVERIFY2(close(direction(camera, SbVec3f(0, 0, -1)), viewDirection, 1e-5f),
+                 qPrintable(text(direction(camera, SbVec3f(0, 0, -1)))));
+        QVERIFY2(close(direction(camera, SbVec3f(0, 1, 0)), up, 1e-5f), qPrintable(text(direction(camera, SbVec3f(0, 1, 0)))));
+        checkFramed();
+        QVERIFY(changed.count() >= 1);
+    }
+
+    void viewAllFramesScene_data()
+    {
+        QTest::addColumn<bool>("orthographic");
+        QTest::addColumn<int>("width");
+        QTest::addColumn<int>("height");
+        QTest::newRow("perspective, wide") << false << 400 << 200;
+        QTest::newRow("perspective, tall") << false << 150 << 400;
+        QTest::newRow("orthographic, wide") << true << 400 << 200;
+        QTest::newRow("orthographic, tall") << true << 150 << 400;
+    }
+    void viewAllFramesScene()
+    {
+        QFETCH(bool, orthographic);
+        QFETCH(int, width);
+        QFETCH(int, height);
+        _s->setViewportRegion(SbViewportRegion(short(width), short(height)));
+        if (orthographic) _s->setProjectionType(Interactor::ORTHOGRAPHIC);
+        _s->getCameraInteractor()->setOrientation(SbRotation(SbVec3f(1.0f, 0.5f, 0.2f), 0.9f));
+        _s->getCamera()->position.setValue(500.0f, -300.0f, 80.0f);
+        _s->viewAll();
+        checkFramed();
+        // Framed, not lost in the distance.
+        SbVec3f lowest(1, 1, 1), highest(0, 0, 0);
+        for (const SbVec3f& corner : corners()) {
+            const SbVec3f s = toScreen(corner);
+            for (int i = 0; i < 2; ++i) {
+                lowest[i] = std::min(lowest[i], s[i]);
+                highest[i] = std::max(highest[i], s[i]);
+            }
+        }
+        QVERIFY2(std::max(highest[0] - lowest[0], highest[1] - lowest[1]) > 0.3f, qPrintable(text(highest - lowest)));
+        QVERIFY(close(_s->getCameraInteractor()->getRotationCenter(), kCentre));
+    }
+
+    void projectionSwitchKeepsHeight()
+    {
+        _s->viewFromNorth();
+        _s->getCameraInteractor()->dolly(0.7f);
+        // A point on the focal plane near the top edge: where it shows tells the visible height.
+        const SbVec3f edge = kCentre + SbVec3f(0, 0, 1.2f);
+        const SbVec3f perspective = toScreen(edge);
+        const SbVec3f position = _s->getCamera()->position.getValue();
+        QSignalSpy changed(_s.get(), &Interactor::cameraChanged);
+
+        _s->setProjectionType(Interactor::ORTHOGRAPHIC);
+        QVERIFY(_s->getCamera()->isOfType(SoOrthographicCamera::getClassTypeId()));
+        const SbVec3f ortho = toScreen(edge);
+        QVERIFY2(std::fabs(ortho[1] - perspective[1]) < 1e-4f, qPrintable(text(ortho) + text(perspective)));
+        QVERIFY(close(_s->getCamera()->position.getValue(), position));
+        QCOMPARE(_s->getCameraState().orthographic, true);
+
+        _s->getCameraInteractor()->dolly(1.3f);
+        const SbVec3f orthoAfterDolly = toScreen(edge);
+        _s->setProjectionType(Interactor::PERSPECTIVE);
+        QVERIFY(_s->getCamera()->isOfType(SoPerspectiveCamera::getClassTypeId()));
+        QVERIFY(std::fabs(toScreen(edge)[1] - orthoAfterDolly[1]) < 1e-4f);
+        QCOMPARE(changed.count(), 2);
+    }
+
+    void cameraStateRoundTrip()
+    {
+        _s->viewFromWest();
+        _s->getCameraInteractor()->dolly(0.8f);
+        const Vug::CameraState saved = _s->getCameraState();
+        Vug::CameraState restored;
+        QVERIFY(Vug::CameraState::fromString(saved.toString(), restored));
+
+        _s->viewFromTop();
+        _s->setProjectionType(Interactor::ORTHOGRAPHIC);
+        QSignalSpy changed(_s.get(), &Interactor::cameraChanged);
+        _s->setCameraState(restored);
+        QCOMPARE(_s->getProjectionType(), Interactor::PERSPECTIVE);
+        const Vug::CameraState back = _s->getCameraState();
+        for (int i = 0; i < 3; ++i) QVERIFY(std::fabs(back.position[i] - saved.position[i]) < 1e-4);
+        QVERIFY(close(direction(_s->getCamera(), SbVec3f(0, 0, -1)), SbVec3f(1, 0, 0), 1e-5f));
+        QVERIFY(changed.count() >= 1);
+
+        // A broken state changes nothing.
+        Vug::CameraState broken = back;
+        broken.focalDistance = -1.0;
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("Vg3SceneInteractor::setCameraState: .*"));
+        _s->setCameraState(broken);
+        QVERIFY(_s->getCameraState() == back);
+    }
+
+    void clippingPlanesEncloseScene_data()
+    {
+        QTest::addColumn<bool>("orthographic");
+        QTest::addColumn<SbVec3f>("position");
+        QTest::newRow("perspective, outside") << false << SbVec3f(10, 20, 60);
+        QTest::newRow("perspective, inside the box") << false << SbVec3f(10.5f, 20, 5);
+        QTest::newRow("perspective, far away") << false << SbVec3f(10, 20, 5e4f);
+        QTest::newRow("orthographic, inside the box") << true << SbVec3f(10.5f, 20, 5);
+    }
+    void clippingPlanesEncloseScene()
+    {
+        QFETCH(bool, orthographic);
+        QFETCH(SbVec3f, position);
+        if (orthographic) _s->setProjectionType(Interactor::ORTHOGRAPHIC);
+        _s->viewFromTop();
+        SoCamera* camera = _s->getCamera();
+        camera->position.setValue(position);
+        _s->updateCameraClippingPlanes();
+
+        const float nearDistance = camera->nearDistance.getValue();
+        const float farDistance = camera->farDistance.getValue();
+        QVERIFY(orthographic || nearDistance > 0.0f);
+        QVERIFY(farDistance > nearDistance);
+        // Every corner in front of the camera lies between the planes.
+        float deepest = 0.0f;
+        for (const SbVec3f& corner : corners()) {
+            const float depth = position[2] - corner[2];
+            deepest = std::max(deepest, depth);
+            if (depth > 0.0f || orthographic) QVERIFY2(depth <= farDistance
+                             && (depth >= nearDistance || (!orthographic && depth < 1.5f && nearDistance < depth)),
+                         qPrintable(QString("depth %1 near %2 far %3").arg(depth).arg(nearDistance).arg(farDistance)));
+        }
+        // Not wasting depth precision behind the box.
+        QVERIFY(farDistance < deepest * 1.05f + 0.1f);
+    }
+
+    void seek()
+    {
+        _s->viewFromTop();
+        SoCamera* camera = _s->getCamera();
+        // A pixel over the box but off its centre.
+        const SbVec3f onTop(11.0f, 20.5f, 6.0f);
+        const SbVec3f s = toScreen(onTop);
+        const float before = (camera->position.getValue() - onTop).length();
+        _s->setInteractionMode(Interactor::SEEKING);
+        QSignalSpy changed(_s.get(), &Interactor::cameraChanged);
+        QVERIFY(press(B1, int(s[0] * kWidth), int(s[1] * kHeight)));
+
+        const SbVec3f centre = _s->getCameraInteractor()->getRotationCenter();
+        QVERIFY2(std::fabs(centre[2] - 6.0f) < 1e-3f && (centre - onTop).length() < 0.1f, qPrintable(text(centre)));
+        QVERIFY(std::fabs((camera->position.getValue() - centre).length() - 0.5f * before) < 0.05f * before);
+        const SbVec3f shown = toScreen(centre);
+        QVERIFY(std::fabs(shown[0] - 0.5f) < 1e-3f && std::fabs(shown[1] - 0.5f) < 1e-3f);
+        QCOMPARE(changed.count(), 1);
+
+        // Empty space: nothing moves.
+        _s->viewFromTop();
+        const Vug::CameraState state = _s->getCameraState();
+        QVERIFY(!_s->seekToPoint(SbVec2i32(2, 2)));
+        QVERIFY(_s->getCameraState() == state);
+        QVERIFY(_s->pick(SbVec2i32(kWidth / 2, kHeight / 2)) != nullptr);
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("Vg3SceneInteractor::pick: .*"));
+        QVERIFY(_s->pick(SbVec2i32(-5, kHeight * 3)) == nullptr);
+    }
+
+    void idleCursorFollowsMode_data()
+    {
+        QTest::addColumn<int>("mode");
+        QTest::addColumn<Qt::CursorShape>("shape");
+        QTest::newRow("picking") << int(Interactor::PICKING) << Qt::PointingHandCursor;
+        QTest::newRow("seeking") << int(Interactor::SEEKING) << Qt::CrossCursor;
+        QTest::newRow("ruler") << int(Interactor::RULER) << Qt::CrossCursor;
+    }
+    void idleCursorFollowsMode()
+    {
+        QFETCH(int, mode);
+        QFETCH(Qt::CursorShape, shape);
+        QSignalSpy cursor(_s.get(), &Interactor::cursorChangeRequested);
+        QSignalSpy modes(_s.get(), &Interactor::interactionModeChanged);
+        _s->setInteractionMode(Interactor::InteractionMode(mode));
+        QCOMPARE(cursor.count(), 1);
+        QCOMPARE(cursor.at(0).at(0).value<Qt::CursorShape>(), shape);
+        QCOMPARE(modes.count(), 1);
+        // A right drag pans in any mode and comes back to the mode's cursor.
+        QVERIFY(press(B3, 10, 10));
+        QVERIFY(release(B3, 10, 10));
+        QCOMPARE(cursor.last().at(0).value<Qt::CursorShape>(), shape);
+
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("Vg3SceneInteractor::setInteractionMode: .*"));
+        _s->setInteractionMode(Interactor::InteractionMode(17));
+        QCOMPARE(int(_s->getInteractionMode()), mode);
+    }
+};
 
 QTEST_MAIN(TstVg3SceneInteractor)
 #include "tst_vg3sceneinteractor.moc"

@@ -1,14 +1,12 @@
+// Offscreen pictures of a scene, made alone or between the frames of shown views (and as a
+// process's first rendering), upright, saved to a file, and converted from Coin's buffers.
+
+#include "ImageChecks.h"
+#include "InventorScenes.h"
 #include <Vw3OffscreenRenderer.h>
 
 #include <Vg3OpenInventor.h>
 #include <Vw3RenderAreaQWindow.h>
-
-#include <Inventor/nodes/SoBaseColor.h>
-#include <Inventor/nodes/SoCoordinate3.h>
-#include <Inventor/nodes/SoFaceSet.h>
-#include <Inventor/nodes/SoLightModel.h>
-#include <Inventor/nodes/SoOrthographicCamera.h>
-#include <Inventor/nodes/SoSeparator.h>
 
 #include <QHBoxLayout>
 #include <QProcess>
@@ -19,53 +17,24 @@
 
 #include <vector>
 
+using namespace InventorScenes;
+
 namespace {
 
-// A unit quad at [x0, x1] x [y0, y1] in the z = 0 plane.
-void addQuad(SoSeparator* root, float x0, float y0, float x1, float y1, const SbColor& color)
+// Red above y = 0, blue below, seen from +z by a camera 2 units high; `top` receives the
+// upper half's colour node.
+Held<SoSeparator> redTopBlueBottom(SoBaseColor** top = nullptr)
 {
-    auto part = new SoSeparator;
-    auto base = new SoBaseColor;
-    base->rgb.setValue(color);
-    auto coords = new SoCoordinate3;
-    const SbVec3f corners[4] = {{x0, y0, 0}, {x1, y0, 0}, {x1, y1, 0}, {x0, y1, 0}};
-    coords->point.setValues(0, 4, corners);
-    part->addChild(base);
-    part->addChild(coords);
-    part->addChild(new SoFaceSet);
-    root->addChild(part);
-}
-
-// Red above y = 0, blue below, seen from +z by an orthographic camera 2 units high; `top`
-// receives the upper quad's colour node.
-SoSeparator* redTopBlueBottom(SoBaseColor** top = nullptr)
-{
-    auto root = new SoSeparator;
-    auto camera = new SoOrthographicCamera;
-    camera->position.setValue(0, 0, 5);
-    camera->height = 2.0f;
-    auto light = new SoLightModel;
-    light->model = SoLightModel::BASE_COLOR;
-    root->addChild(camera);
-    root->addChild(light);
-    addQuad(root, -10, 0, 10, 10, SbColor(1, 0, 0));
-    addQuad(root, -10, -10, 10, 0, SbColor(0, 0, 1));
-    if (top)
-        *top = static_cast<SoBaseColor*>(static_cast<SoSeparator*>(root->getChild(2))->getChild(0));
-    return root;
-}
-
-bool near(QRgb actual, QRgb expected, int tolerance = 8)
-{
-    return qAbs(qRed(actual) - qRed(expected)) <= tolerance && qAbs(qGreen(actual) - qGreen(expected)) <= tolerance
-           && qAbs(qBlue(actual) - qBlue(expected)) <= tolerance;
+    return hold(unlitScene(orthoCamera(SbVec3f(0, 0, 5), 2.0f),
+                           {flatBox(SbVec3f(0, 5, 0), SbVec3f(20, 10, 0.1f), SbColor(1, 0, 0), 0.0f, top),
+                            flatBox(SbVec3f(0, -5, 0), SbVec3f(20, 10, 0.1f), SbColor(0, 0, 1))}));
 }
 
 // The upper and lower middle of an image are `top` and `bottom`.
 bool showsTopAndBottom(const QImage& image, QRgb top, QRgb bottom)
 {
-    return !image.isNull() && near(image.pixel(image.width() / 2, image.height() / 8), top)
-           && near(image.pixel(image.width() / 2, image.height() * 7 / 8), bottom);
+    return !image.isNull() && ImageChecks::near(image.pixel(image.width() / 2, image.height() / 8), top)
+           && ImageChecks::near(image.pixel(image.width() / 2, image.height() * 7 / 8), bottom);
 }
 
 // What the screen shows of a render area.
@@ -90,10 +59,7 @@ struct ShownAreas
             areas << area;
         }
         host.resize(120 * areas.size(), 90);
-        host.show();
-        for (Vw3RenderAreaQWindow* area : qAsConst(areas))
-            if (!QTest::qWaitForWindowExposed(area) || !QTest::qWaitFor([area] { return area->isInitialized(); }))
-                return false;
+        for (Vw3RenderAreaQWindow* area : qAsConst(areas)) if (!showAndWait(host, area)) return false;
         return true;
     }
 };
@@ -102,15 +68,12 @@ struct ShownAreas
 std::vector<unsigned char> rowsBuffer(int width, const QList<QRgb>& rowsBottomUp, int components)
 {
     std::vector<unsigned char> buffer;
-    for (QRgb color : rowsBottomUp)
-        for (int x = 0; x < width; ++x) {
+    for (QRgb color : rowsBottomUp) for (int x = 0; x < width; ++x) {
             buffer.push_back(uchar(qRed(color)));
             buffer.push_back(uchar(qGreen(color)));
             buffer.push_back(uchar(qBlue(color)));
-            if (components == 4)
-                buffer.push_back(uchar(x % 2 ? 0 : 128)); // alpha that must not show
-            if (components == 2)
-                buffer.pop_back();
+            if (components == 4) buffer.push_back(uchar(x % 2 ? 0 : 128)); // alpha that must not show
+            if (components == 2) buffer.pop_back();
         }
     return buffer;
 }
@@ -138,26 +101,23 @@ private Q_SLOTS:
     {
         QFETCH(int, views);
         SoBaseColor* top = nullptr;
-        SoSeparator* scene = redTopBlueBottom(&top);
-        scene->ref();
+        const auto scene = redTopBlueBottom(&top);
         ShownAreas shown;
-        QVERIFY(shown.add(views, scene));
+        QVERIFY(shown.add(views, scene.get()));
         for (int i = 0; i < 50; ++i) {
             Vw3OffscreenRenderer renderer(64, 48);
-            renderer.setSceneGraph(scene);
+            renderer.setSceneGraph(scene.get());
             QVERIFY2(showsTopAndBottom(renderer.getImage(), qRgb(255, 0, 0), qRgb(0, 0, 255)),
                      qPrintable(QStringLiteral("rendering %1").arg(i)));
-            for (Vw3RenderAreaQWindow* area : qAsConst(shown.areas))
-                QCOMPARE(area->render(), SiRenderArea::RENDERED);
+            for (Vw3RenderAreaQWindow* area : qAsConst(shown.areas)) QCOMPARE(area->render(), SiRenderArea::RENDERED);
         }
 
-        QVERIFY(shown.add(1, scene));
+        QVERIFY(shown.add(1, scene.get()));
         top->rgb.setValue(0, 1, 0);
         for (Vw3RenderAreaQWindow* area : qAsConst(shown.areas)) {
             QTRY_VERIFY(showsTopAndBottom(onScreen(area), qRgb(0, 255, 0), qRgb(0, 0, 255)));
             QVERIFY(showsTopAndBottom(area->getImage(64, 48), qRgb(0, 255, 0), qRgb(0, 0, 255)));
         }
-        scene->unref();
     }
 
     // Coin measures its offscreen limits once per process, on the first rendering, which is
@@ -174,35 +134,21 @@ private Q_SLOTS:
         QVERIFY2(child.exitStatus() == QProcess::NormalExit && child.exitCode() == 0, child.readAll().constData());
     }
 
-    void renderedSceneIsUpright()
-    {
-        SoSeparator* scene = redTopBlueBottom();
-        scene->ref();
-        Vw3OffscreenRenderer renderer(64, 48);
-        renderer.setSceneGraph(scene);
-        const QImage image = renderer.getImage();
-        scene->unref();
-        QCOMPARE(image.size(), QSize(64, 48));
-        QVERIFY(near(image.pixel(32, 5), qRgb(255, 0, 0)));
-        QVERIFY(near(image.pixel(32, 42), qRgb(0, 0, 255)));
-        QCOMPARE(qAlpha(image.pixel(0, 0)), 255);
-    }
-
-    void savedFileReadsBack()
+    void renderedUprightAndSaved()
     {
         QTemporaryDir dir;
-        SoSeparator* scene = redTopBlueBottom();
-        scene->ref();
-        Vw3OffscreenRenderer renderer(40, 30);
-        renderer.setSceneGraph(scene);
-        scene->unref();
+        Vw3OffscreenRenderer renderer(64, 48);
+        renderer.setSceneGraph(redTopBlueBottom().get());
+        const QImage image = renderer.getImage();
+        QCOMPARE(image.size(), QSize(64, 48));
+        QVERIFY(showsTopAndBottom(image, qRgb(255, 0, 0), qRgb(0, 0, 255)));
+        QCOMPARE(qAlpha(image.pixel(0, 0)), 255);
+
         const QString path = dir.filePath(QStringLiteral("scene.png"));
         QVERIFY(renderer.saveToFile(path));
-        QImage read(path);
-        QCOMPARE(read.size(), QSize(40, 30));
-        QVERIFY(near(read.pixel(20, 2), qRgb(255, 0, 0)));
-        QVERIFY(near(read.pixel(20, 27), qRgb(0, 0, 255)));
-
+        const QImage read(path);
+        QCOMPARE(read.size(), QSize(64, 48));
+        QVERIFY(showsTopAndBottom(read, qRgb(255, 0, 0), qRgb(0, 0, 255)));
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression("Vw3OffscreenRenderer::saveToFile: cannot write .*"));
         QVERIFY(!renderer.saveToFile(dir.filePath(QStringLiteral("no/such/folder/scene.png"))));
     }
@@ -225,8 +171,7 @@ private Q_SLOTS:
         const QList<QRgb> rows = {qRgb(0, 200, 0), qRgb(255, 255, 255), qRgb(200, 0, 0)};
         // A two-component buffer is laid out as three components, as it is then read.
         const std::vector<unsigned char> buffer = rowsBuffer(width, rows, components == 2 ? 3 : components);
-        if (logged)
-            QTest::ignoreMessage(QtWarningMsg, "Wrong offscreen renderer number components");
+        if (logged) QTest::ignoreMessage(QtWarningMsg, "Wrong offscreen renderer number components");
         const QImage image = Vw3OffscreenRenderer::bufferToImage(buffer.data(), int(buffer.size()), components,
                                                                  width, rows.size());
         QCOMPARE(image.size(), QSize(width, 3));

@@ -15,8 +15,7 @@ namespace {
 QImage picture(QImage::Format format)
 {
     QImage image(37, 23, format);
-    for (int y = 0; y < image.height(); ++y)
-        for (int x = 0; x < image.width(); ++x)
+    for (int y = 0; y < image.height(); ++y) for (int x = 0; x < image.width(); ++x)
             image.setPixel(x, y, qRgba(x * 7, y * 11, (x + y) * 3, format == QImage::Format_ARGB32 ? 40 + x * 5 : 255));
     return image;
 }
@@ -25,8 +24,7 @@ QImage picture(QImage::Format format)
 
 class TestVw3ImageFile : public QObject
 {
-    Q_OBJECT
-    QTemporaryDir _dir;
+    Q_OBJECT QTemporaryDir _dir;
 
 private Q_SLOTS:
     void writtenPixelsReadBack_data()

@@ -1,3 +1,6 @@
+// The Qt timer behind Inventor's sensors: single shots, repeats, stops, the tasks it holds,
+// and Inventor sensors run from the Qt event loop.
+
 #include <Vw3OivQtTimer.h>
 
 #include <SoSystemTimerTask.h>
@@ -29,6 +32,26 @@ private:
     bool* _deleted;
 };
 
+// A timer running a counting task every millisecond once started.
+struct Running
+{
+    Vw3OivQtTimer timer;
+    CountingTask* task = new CountingTask;
+
+    explicit Running(bool repeat)
+    {
+        task->ref();
+        timer.setTask(task);
+        timer.setRepeat(repeat);
+        timer.setInterval(1);
+    }
+    ~Running()
+    {
+        timer.setTask(nullptr);
+        task->unref();
+    }
+};
+
 } // namespace
 
 class TestVw3OivQtTimer : public QObject
@@ -40,62 +63,43 @@ private Q_SLOTS:
 
     void singleShotRunsOnce()
     {
-        Vw3OivQtTimer timer;
-        auto task = new CountingTask;
-        task->ref();
-        timer.setTask(task);
-        timer.setInterval(1);
-        timer.start();
-        QVERIFY(timer.isPending());
-        QTRY_COMPARE(task->runs, 1);
-        QVERIFY(!timer.isPending());
+        Running r(false);
+        r.timer.start();
+        QVERIFY(r.timer.isPending());
+        QTRY_COMPARE(r.task->runs, 1);
+        QVERIFY(!r.timer.isPending());
         // Nothing more comes without another start.
         QTest::qWait(30);
-        QCOMPARE(task->runs, 1);
-        timer.setTask(nullptr);
-        task->unref();
+        QCOMPARE(r.task->runs, 1);
     }
 
     void repeatingRunsUntilStopped()
     {
-        Vw3OivQtTimer timer;
-        auto task = new CountingTask;
-        task->ref();
-        timer.setTask(task);
-        timer.setRepeat(true);
-        timer.setInterval(1);
-        timer.start();
-        QTRY_VERIFY(task->runs >= 3);
-        QVERIFY(timer.isPending());
-        timer.stop();
-        QVERIFY(!timer.isPending());
-        const int runs = task->runs;
+        Running r(true);
+        r.timer.start();
+        QTRY_VERIFY(r.task->runs >= 3);
+        QVERIFY(r.timer.isPending());
+        r.timer.stop();
+        QVERIFY(!r.timer.isPending());
+        const int runs = r.task->runs;
         QTest::qWait(30);
-        QCOMPARE(task->runs, runs);
-
+        QCOMPARE(r.task->runs, runs);
         // Back to single shot.
-        timer.setRepeat(false);
-        timer.start();
-        QTRY_COMPARE(task->runs, runs + 1);
-        QVERIFY(!timer.isPending());
-        timer.setTask(nullptr);
-        task->unref();
+        r.timer.setRepeat(false);
+        r.timer.start();
+        QTRY_COMPARE(r.task->runs, runs + 1);
+        QVERIFY(!r.timer.isPending());
     }
 
     void stopBeforeFiringRunsNothing()
     {
-        Vw3OivQtTimer timer;
-        auto task = new CountingTask;
-        task->ref();
-        timer.setTask(task);
-        timer.setInterval(5);
-        timer.start();
-        timer.stop();
-        QVERIFY(!timer.isPending());
+        Running r(false);
+        r.timer.setInterval(5);
+        r.timer.start();
+        r.timer.stop();
+        QVERIFY(!r.timer.isPending());
         QTest::qWait(30);
-        QCOMPARE(task->runs, 0);
-        timer.setTask(nullptr);
-        task->unref();
+        QCOMPARE(r.task->runs, 0);
     }
 
     void tasksAreHeldByReference()
@@ -116,15 +120,15 @@ private Q_SLOTS:
     void inventorSensorsRunFromTheQtLoop()
     {
         QVERIFY(Vw3OivQtTimer::installProcessTimer());
+        const auto count = [](void* data, SoSensor*) { ++*static_cast<int*>(data); };
         int timerFired = 0;
-        SoTimerSensor timerSensor([](void* data, SoSensor*) { ++*static_cast<int*>(data); }, &timerFired);
+        SoTimerSensor timerSensor(count, &timerFired);
         timerSensor.setInterval(SbTime(0.005));
         timerSensor.schedule();
         QTRY_VERIFY(timerFired >= 3);
         timerSensor.unschedule();
-
         int oneShotFired = 0;
-        SoOneShotSensor oneShot([](void* data, SoSensor*) { ++*static_cast<int*>(data); }, &oneShotFired);
+        SoOneShotSensor oneShot(count, &oneShotFired);
         oneShot.schedule();
         QTRY_COMPARE(oneShotFired, 1);
     }

@@ -20,24 +20,24 @@ struct ModifierFlags
     bool alt, ctrl, shift;
 };
 
-QWidget* makeWidget(int width, int height)
-{
-    auto widget = new QWidget;
-    widget->resize(width, height);
-    return widget;
-}
 
 } // namespace
 
-Q_DECLARE_METATYPE(Qt::MouseButton)
-Q_DECLARE_METATYPE(Qt::KeyboardModifiers)
+Q_DECLARE_METATYPE(Qt::MouseButton) Q_DECLARE_METATYPE(Qt::KeyboardModifiers)
 
 class TestVw3QtEventToOivEvent : public QObject
 {
     Q_OBJECT
 
+    // Positions are flipped within its 200 x 100 pixels.
+    QWidget _widget;
+
 private Q_SLOTS:
-    void initTestCase() { Vg3OpenInventor::getInstance()->init(); }
+    void initTestCase()
+    {
+        Vg3OpenInventor::getInstance()->init();
+        _widget.resize(200, 100);
+    }
 
     void keyTables_data()
     {
@@ -64,10 +64,8 @@ private Q_SLOTS:
             {Qt::Key_Control, 0xFFE3}, {Qt::Key_Meta, 0xFFEB}, {Qt::Key_Alt, 0xFFE9},
             {Qt::Key_Menu, 0xFFE9}, {Qt::Key_CapsLock, 0xFFE5}, {Qt::Key_NumLock, 0xFF7F},
             {Qt::Key_ScrollLock, 0xFF14}};
-        for (const auto& entry : special)
-            QTest::addRow("special 0x%x", entry.first) << entry.first << entry.second;
-        for (int f = 0; f < 12; ++f)
-            QTest::addRow("F%d", f + 1) << Qt::Key_F1 + f << 0xFFBE + f;
+        for (const auto& entry : special) QTest::addRow("special 0x%x", entry.first) << entry.first << entry.second;
+        for (int f = 0; f < 12; ++f) QTest::addRow("F%d", f + 1) << Qt::Key_F1 + f << 0xFFBE + f;
 
         QTest::newRow("unlisted latin: exclamation") << int(Qt::Key_Exclam) << 0;
         QTest::newRow("unlisted latin: last entry 0xff") << 0xFF << 0;
@@ -85,15 +83,14 @@ private Q_SLOTS:
     {
         QFETCH(int, qtKey);
         QFETCH(int, inventorKey);
-        std::unique_ptr<QWidget> widget(makeWidget(100, 100));
         QKeyEvent press(QEvent::KeyPress, qtKey, Qt::NoModifier);
-        const SoKeyboardEvent* event = Vw3QtEventToOivEvent::getKeyPressEvent(&press, widget.get());
+        const SoKeyboardEvent* event = Vw3QtEventToOivEvent::getKeyPressEvent(&press, &_widget);
         QVERIFY(event);
         QCOMPARE(int(event->getKey()), inventorKey);
         QCOMPARE(event->getState(), SoButtonEvent::DOWN);
 
         QKeyEvent release(QEvent::KeyRelease, qtKey, Qt::NoModifier);
-        event = Vw3QtEventToOivEvent::getKeyReleaseEvent(&release, widget.get());
+        event = Vw3QtEventToOivEvent::getKeyReleaseEvent(&release, &_widget);
         QCOMPARE(int(event->getKey()), inventorKey);
         QCOMPARE(event->getState(), SoButtonEvent::UP);
     }
@@ -113,15 +110,14 @@ private Q_SLOTS:
     {
         QFETCH(QPoint, qtPosition);
         QFETCH(QPoint, inventorPosition);
-        std::unique_ptr<QWidget> widget(makeWidget(200, 100));
         const SbVec2s expected(short(inventorPosition.x()), short(inventorPosition.y()));
 
         QMouseEvent press(QEvent::MouseButtonPress, qtPosition, Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
-        QCOMPARE(Vw3QtEventToOivEvent::getMousePressEvent(&press, widget.get())->getPosition(), expected);
+        QCOMPARE(Vw3QtEventToOivEvent::getMousePressEvent(&press, &_widget)->getPosition(), expected);
         QMouseEvent move(QEvent::MouseMove, qtPosition, Qt::NoButton, Qt::NoButton, Qt::NoModifier);
-        QCOMPARE(Vw3QtEventToOivEvent::getMouseMoveEvent(&move, widget.get())->getPosition(), expected);
+        QCOMPARE(Vw3QtEventToOivEvent::getMouseMoveEvent(&move, &_widget)->getPosition(), expected);
         QMouseEvent release(QEvent::MouseButtonRelease, qtPosition, Qt::LeftButton, Qt::NoButton, Qt::NoModifier);
-        QCOMPARE(Vw3QtEventToOivEvent::getMouseReleaseEvent(&release, widget.get())->getPosition(), expected);
+        QCOMPARE(Vw3QtEventToOivEvent::getMouseReleaseEvent(&release, &_widget)->getPosition(), expected);
     }
 
     void buttons_data()
@@ -139,22 +135,17 @@ private Q_SLOTS:
     {
         QFETCH(Qt::MouseButton, qtButton);
         QFETCH(int, inventorButton);
-        std::unique_ptr<QWidget> widget(makeWidget(50, 50));
         const QPoint at(3, 4);
-        QMouseEvent press(QEvent::MouseButtonPress, at, qtButton, qtButton, Qt::NoModifier);
-        const SoMouseButtonEvent* event = Vw3QtEventToOivEvent::getMousePressEvent(&press, widget.get());
-        QCOMPARE(int(event->getButton()), inventorButton);
-        QCOMPARE(event->getState(), SoButtonEvent::DOWN);
-
-        QMouseEvent doubleClick(QEvent::MouseButtonDblClick, at, qtButton, qtButton, Qt::NoModifier);
-        event = Vw3QtEventToOivEvent::getMouseDoubleClickEvent(&doubleClick, widget.get());
-        QCOMPARE(int(event->getButton()), inventorButton);
-        QCOMPARE(event->getState(), SoButtonEvent::DOWN);
-
-        QMouseEvent release(QEvent::MouseButtonRelease, at, qtButton, Qt::NoButton, Qt::NoModifier);
-        event = Vw3QtEventToOivEvent::getMouseReleaseEvent(&release, widget.get());
-        QCOMPARE(int(event->getButton()), inventorButton);
-        QCOMPARE(event->getState(), SoButtonEvent::UP);
+        for (QEvent::Type type : {QEvent::MouseButtonPress, QEvent::MouseButtonDblClick, QEvent::MouseButtonRelease}) {
+            const bool down = type != QEvent::MouseButtonRelease;
+            QMouseEvent event(type, at, qtButton, down ? qtButton : Qt::NoButton, Qt::NoModifier);
+            const SoMouseButtonEvent* converted =
+                type == QEvent::MouseButtonPress ? Vw3QtEventToOivEvent::getMousePressEvent(&event, &_widget)
+                : down ? Vw3QtEventToOivEvent::getMouseDoubleClickEvent(&event, &_widget)
+                       : Vw3QtEventToOivEvent::getMouseReleaseEvent(&event, &_widget);
+            QCOMPARE(int(converted->getButton()), inventorButton);
+            QCOMPARE(converted->getState(), down ? SoButtonEvent::DOWN : SoButtonEvent::UP);
+        }
     }
 
     void modifiers_data()
@@ -180,7 +171,6 @@ private Q_SLOTS:
         QFETCH(bool, alt);
         QFETCH(bool, ctrl);
         QFETCH(bool, shift);
-        std::unique_ptr<QWidget> widget(makeWidget(50, 50));
         const auto check = [&](const SoEvent* event, const char* kind) {
             QVERIFY2(event, kind);
             QVERIFY2(bool(event->wasAltDown()) == alt, kind);
@@ -188,14 +178,14 @@ private Q_SLOTS:
             QVERIFY2(bool(event->wasShiftDown()) == shift, kind);
         };
         QKeyEvent key(QEvent::KeyPress, Qt::Key_A, qtModifiers);
-        check(Vw3QtEventToOivEvent::getKeyPressEvent(&key, widget.get()), "key");
+        check(Vw3QtEventToOivEvent::getKeyPressEvent(&key, &_widget), "key");
         QMouseEvent press(QEvent::MouseButtonPress, QPoint(1, 1), Qt::LeftButton, Qt::LeftButton, qtModifiers);
-        check(Vw3QtEventToOivEvent::getMousePressEvent(&press, widget.get()), "press");
+        check(Vw3QtEventToOivEvent::getMousePressEvent(&press, &_widget), "press");
         QMouseEvent move(QEvent::MouseMove, QPoint(1, 1), Qt::NoButton, Qt::NoButton, qtModifiers);
-        check(Vw3QtEventToOivEvent::getMouseMoveEvent(&move, widget.get()), "move");
+        check(Vw3QtEventToOivEvent::getMouseMoveEvent(&move, &_widget), "move");
         QWheelEvent wheel(QPointF(1, 1), QPointF(1, 1), QPoint(), QPoint(0, 120), Qt::NoButton, qtModifiers,
                           Qt::NoScrollPhase, false);
-        check(Vw3QtEventToOivEvent::getMouseWheelEvent(&wheel, widget.get()), "wheel");
+        check(Vw3QtEventToOivEvent::getMouseWheelEvent(&wheel, &_widget), "wheel");
     }
 
     void wheel_data()
@@ -218,10 +208,9 @@ private Q_SLOTS:
         QFETCH(QPoint, angleDelta);
         QFETCH(QPoint, inventorPosition);
         QFETCH(int, delta);
-        std::unique_ptr<QWidget> widget(makeWidget(200, 100));
         QWheelEvent event(qtPosition, qtPosition, QPoint(), angleDelta, Qt::NoButton, Qt::NoModifier,
                           Qt::NoScrollPhase, false);
-        const SoMouseWheelEvent* wheel = Vw3QtEventToOivEvent::getMouseWheelEvent(&event, widget.get());
+        const SoMouseWheelEvent* wheel = Vw3QtEventToOivEvent::getMouseWheelEvent(&event, &_widget);
         QVERIFY(wheel);
         QCOMPARE(wheel->getDelta(), delta);
         QCOMPARE(wheel->getPosition(), SbVec2s(short(inventorPosition.x()), short(inventorPosition.y())));
@@ -229,15 +218,14 @@ private Q_SLOTS:
 
     void enterAndLeaveSitAtTheOrigin()
     {
-        std::unique_ptr<QWidget> widget(makeWidget(200, 100));
         // Move somewhere first: enter and leave must not reuse the last position.
         QMouseEvent move(QEvent::MouseMove, QPoint(50, 50), Qt::NoButton, Qt::NoButton, Qt::ShiftModifier);
-        Vw3QtEventToOivEvent::getMouseMoveEvent(&move, widget.get());
+        Vw3QtEventToOivEvent::getMouseMoveEvent(&move, &_widget);
         for (QEvent::Type type : {QEvent::Enter, QEvent::Leave}) {
             QEvent event(type);
             const SoLocation2Event* location = type == QEvent::Enter
-                                                   ? Vw3QtEventToOivEvent::getMouseEnterEvent(&event, widget.get())
-                                                   : Vw3QtEventToOivEvent::getMouseLeaveEvent(&event, widget.get());
+                                                   ? Vw3QtEventToOivEvent::getMouseEnterEvent(&event, &_widget)
+                                                   : Vw3QtEventToOivEvent::getMouseLeaveEvent(&event, &_widget);
             QVERIFY(location);
             QCOMPARE(location->getPosition(), SbVec2s(0, 0));
             QVERIFY(!location->wasShiftDown() && !location->wasCtrlDown() && !location->wasAltDown());
@@ -246,7 +234,6 @@ private Q_SLOTS:
 
     void touchPoints()
     {
-        std::unique_ptr<QWidget> widget(makeWidget(200, 100));
         QTouchDevice device;
         device.setType(QTouchDevice::TouchScreen);
         QList<QTouchEvent::TouchPoint> points;
@@ -261,7 +248,7 @@ private Q_SLOTS:
                << point(3, Qt::TouchPointReleased, QPointF(40, 49));
         QTouchEvent event(QEvent::TouchUpdate, &device, Qt::NoModifier, Qt::TouchPointPressed | Qt::TouchPointMoved,
                           points);
-        const std::vector<const SoEvent*> events = Vw3QtEventToOivEvent::getTouchEvents(&event, widget.get());
+        const std::vector<const SoEvent*> events = Vw3QtEventToOivEvent::getTouchEvents(&event, &_widget);
         QCOMPARE(int(events.size()), 3);
         QVERIFY(SoMouseButtonEvent::isButtonPressEvent(events[0], SoMouseButtonEvent::BUTTON1));
         QCOMPARE(events[0]->getPosition(), SbVec2s(10, 99));
@@ -273,14 +260,13 @@ private Q_SLOTS:
 
     void missingArgumentsAreRefused()
     {
-        std::unique_ptr<QWidget> widget(makeWidget(10, 10));
         QMouseEvent press(QEvent::MouseButtonPress, QPoint(1, 1), Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
         QTest::ignoreMessage(QtWarningMsg, "Vw3QtEventToOivEvent::getMousePressEvent: no widget given");
         QVERIFY(!Vw3QtEventToOivEvent::getMousePressEvent(&press, nullptr));
         QTest::ignoreMessage(QtWarningMsg, "Vw3QtEventToOivEvent::getKeyPressEvent: no event given");
-        QVERIFY(!Vw3QtEventToOivEvent::getKeyPressEvent(nullptr, widget.get()));
+        QVERIFY(!Vw3QtEventToOivEvent::getKeyPressEvent(nullptr, &_widget));
         QTest::ignoreMessage(QtWarningMsg, "Vw3QtEventToOivEvent::getMouseWheelEvent: no event given");
-        QVERIFY(!Vw3QtEventToOivEvent::getMouseWheelEvent(nullptr, widget.get()));
+        QVERIFY(!Vw3QtEventToOivEvent::getMouseWheelEvent(nullptr, &_widget));
     }
 };
 
