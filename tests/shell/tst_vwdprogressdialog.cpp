@@ -28,7 +28,11 @@ private Q_SLOTS:
     void quickWorkShowsNothing()
     {
         bool dialogSeen = false;
-        QTimer::singleShot(0, [&] { dialogSeen = shownDialog() != nullptr; });
+        // Owned here: quick work may return before any event loop ran the probe.
+        QTimer probe;
+        probe.setSingleShot(true);
+        connect(&probe, &QTimer::timeout, [&] { dialogSeen = shownDialog() != nullptr; });
+        probe.start(0);
         int result = 0;
         QVERIFY(VwdProgressDialog::run(nullptr, QStringLiteral("Quick"), [&](KbcProgress&) { result = 42; }));
         QCOMPARE(result, 42);
