@@ -194,7 +194,7 @@ private Q_SLOTS:
         QTest::addColumn<int>("emissions");
         QTest::newRow("right and down") << QPoint(0, 0) << QPoint(30, 20) << 1;
         QTest::newRow("grabbed off-centre, up and left") << QPoint(14, -10) << QPoint(-45, -25) << 1;
-        QTest::newRow("zero-length drag") << QPoint(0, 0) << QPoint(0, 0) << 0;
+        QTest::newRow("zero-length drag, announced all the same") << QPoint(0, 0) << QPoint(0, 0) << 1;
         QTest::newRow("pressed outside") << QPoint(0, 50) << QPoint(30, 0) << 0;
     }
     void dragMovesTheRectangle()
@@ -227,12 +227,15 @@ private Q_SLOTS:
     void doubleClickCentres_data()
     {
         QTest::addColumn<QPoint>("offset"); // pixels from the area's centre
-        QTest::newRow("on the rectangle") << QPoint(6, 4);
-        QTest::newRow("elsewhere") << QPoint(-60, 45);
+        QTest::addColumn<int>("emissions");
+        // The first click on the rectangle is a drag of no length, announced as any drag.
+        QTest::newRow("on the rectangle") << QPoint(6, 4) << 2;
+        QTest::newRow("elsewhere") << QPoint(-60, 45) << 1;
     }
     void doubleClickCentres()
     {
         QFETCH(QPoint, offset);
+        QFETCH(int, emissions);
         auto view = makeOverview();
         QVERIFY(view);
         QSignalSpy moved(view.get(), &Vwv2DOverView::zoomAreaChanged);
@@ -242,7 +245,7 @@ private Q_SLOTS:
         QTest::mouseClick(surface, Qt::LeftButton, {}, at);
         QTest::mouseDClick(surface, Qt::LeftButton, {}, at);
         QTest::mouseRelease(surface, Qt::LeftButton, {}, at);
-        QCOMPARE(moved.count(), 1);
+        QCOMPARE(moved.count(), emissions);
         const QRectF got = moved.last().at(0).toRectF();
         QVERIFY(near(got.center(), plotOf(*view)->pixelToView(QPointF(at)), plotOf(*view)->getFactorPixelToSize()));
         QCOMPARE(got.size(), AREA.size());
