@@ -17,6 +17,9 @@
 #include <qwt_scale_draw.h>
 #include <qwt_scale_widget.h>
 
+#include "ImageChecks.h"
+
+#include <QPainter>
 #include <QtTest>
 #include <memory>
 
@@ -149,6 +152,23 @@ private Q_SLOTS:
         QCOMPARE(plot->getAxisOffset(QwtPlot::xBottom), 0.0);
         // Without a subtitle, plain text with the same unbreakable spaces.
         QCOMPARE(plot->axisTitle(QwtPlot::yLeft).text(), QStringLiteral("Local\u00a0[m]"));
+    }
+
+    void plotPaintsItsOwnBackground()
+    {
+        // A parent painting a loud colour: none of it shows beside the axes.
+        struct Loud : QWidget
+        {
+            void paintEvent(QPaintEvent*) override { QPainter(this).fillRect(rect(), Qt::magenta); }
+        } parent;
+        auto* plot = new VwqBasemapPlot(&parent);
+        plot->updatePlotAxes(QRectF(0, 0, 100, 100), QStringLiteral("Local"), KbuUnit::fromKey("m"));
+        parent.resize(400, 300);
+        plot->resize(parent.size());
+        parent.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&parent));
+        QVERIFY(plot->axisEnabled(QwtPlot::yLeft));
+        QCOMPARE(ImageChecks::countNear(parent.grab().toImage(), Qt::magenta), 0);
     }
 
     void stylesFollowThePreferences()

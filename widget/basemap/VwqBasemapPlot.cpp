@@ -101,6 +101,8 @@ VwqBasemapPlot::VwqBasemapPlot(QWidget* parent)
     _d->grid->attach(this);
 
     plotLayout()->setAlignCanvasToScales(true);
+    // The plot paints its own background beside the axes, whatever its parent draws.
+    setAutoFillBackground(true);
     setAutoReplot(false);
     setTitle(QString());
     for (int axis = 0; axis < axisCnt; ++axis) {
