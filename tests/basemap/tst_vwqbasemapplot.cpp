@@ -19,6 +19,7 @@
 
 #include "ImageChecks.h"
 
+#include <QDesktopWidget>
 #include <QPainter>
 #include <QtTest>
 #include <memory>
@@ -132,26 +133,74 @@ private Q_SLOTS:
         QVERIFY(!plot->magnifier()->isDisabled());
     }
 
+    void axisLabelsLeaveTheOffsetOut_data()
+    {
+        QTest::addColumn<QRectF>("rect");
+        QTest::addColumn<QString>("title");
+        QTest::addColumn<QString>("subtitle");
+        QTest::addColumn<QString>("expected"); // of the x axis, %1 standing for its offset
+        QTest::newRow("offset and subtitle") << QRectF(500000, 6543200, 100, 60) << "UTM 31N" << "Field A"
+                                             << "UTM 31N&nbsp;[m]&nbsp;(+%1)&nbsp;&nbsp;&nbsp;<small><i>Field A</i></small>";
+        QTest::newRow("negative offset") << QRectF(-500100, 0, 100, 60) << "Local" << "" << "Local&nbsp;[m]&nbsp;(%1)";
+        QTest::newRow("no offset, no subtitle") << QRectF(0, 0, 100, 60) << "Local" << "" << "Local&nbsp;[m]";
+        QTest::newRow("markup in the names is text") << QRectF(0, 0, 100, 60) << "A<B & C" << "<b>"
+                                                     << "A&lt;B &amp; C&nbsp;[m]&nbsp;&nbsp;&nbsp;<small><i>&lt;b&gt;</i></small>";
+    }
     void axisLabelsLeaveTheOffsetOut()
     {
+        QFETCH(QRectF, rect);
+        QFETCH(QString, title);
+        QFETCH(QString, subtitle);
+        QFETCH(QString, expected);
         auto plot = makePlot();
-        plot->updatePlotAxes(QRectF(500000, 6543200, 100, 60), QStringLiteral("UTM 31N"), KbuUnit::fromKey("m"),
-                             QStringLiteral("Field A"));
-        const double x = plot->getAxisOffset(QwtPlot::xBottom);
-        const double y = plot->getAxisOffset(QwtPlot::yLeft);
-        QVERIFY2(x > 400000 && x <= 500000, qPrintable(QString::number(x)));
-        QVERIFY2(y > 6500000 && y <= 6543200, qPrintable(QString::number(y)));
-        const QString label = plot->axisScaleDraw(QwtPlot::xBottom)->label(500050).text();
-        QCOMPARE(label, QLocale::system().toString(500050 - x, 'g', 6));
-        const QString title = plot->axisTitle(QwtPlot::xBottom).text();
-        QVERIFY2(title.startsWith(QStringLiteral("UTM 31N&nbsp;[m]&nbsp;(+")), qPrintable(title));
-        QVERIFY(title.endsWith(QStringLiteral("&nbsp;&nbsp;&nbsp;<small><i>Field A</i></small>")));
+        plot->updatePlotAxes(rect, title, KbuUnit::fromKey("m"), subtitle);
+        const double offset = plot->getAxisOffset(QwtPlot::xBottom);
+        QVERIFY2(expected.contains(QLatin1String("%1")) ? qAbs(offset) > 400000 && qAbs(offset) <= 500100 : offset == 0,
+                 qPrintable(QString::number(offset)));
+        QCOMPARE(plot->axisScaleDraw(QwtPlot::xBottom)->label(rect.left() + 50).text(),
+                 QLocale::system().toString(rect.left() + 50 - offset, 'g', 6));
+        QCOMPARE(plot->axisTitle(QwtPlot::xBottom).text(), expected.arg(offset, 0, 'g', 12));
+        QCOMPARE(plot->axisTitle(QwtPlot::yRight).text().section(QLatin1String("&nbsp;"), 0, 1),
+                 expected.section(QLatin1String("&nbsp;"), 0, 1));
+    }
 
-        // Small coordinates need no offset.
-        plot->updatePlotAxes(QRectF(0, 0, 100, 60), QStringLiteral("Local"), KbuUnit::fromKey("m"));
-        QCOMPARE(plot->getAxisOffset(QwtPlot::xBottom), 0.0);
-        // Without a subtitle, plain text with the same unbreakable spaces.
-        QCOMPARE(plot->axisTitle(QwtPlot::yLeft).text(), QStringLiteral("Local\u00a0[m]"));
+    // The titles are laid out as Qwt lays out rich text, their layouts kept between paints:
+    // the same size and the same pixels, also after the font changes.
+    void axisTitlesAreRichText()
+    {
+        auto plot = makePlot();
+        plot->updatePlotAxes(QRectF(0, 0, 100, 60), QStringLiteral("Local"), KbuUnit::fromKey("m"),
+                             QStringLiteral("Field A"));
+        QwtText title = plot->axisTitle(QwtPlot::xBottom);
+        QwtText qwtRich(title.text(), QwtText::RichText);
+        // Of the screen's resolution, as an axis is.
+        const auto picture = [](const QwtText& text) {
+            QImage image(300, 40, QImage::Format_RGB32);
+            image.setDotsPerMeterX(qRound(QApplication::desktop()->logicalDpiX() / 0.0254));
+            image.setDotsPerMeterY(qRound(QApplication::desktop()->logicalDpiY() / 0.0254));
+            image.fill(Qt::white);
+            QPainter painter(&image);
+            text.draw(&painter, QRectF(0, 0, 300, 40));
+            return image;
+        };
+        for (const int points : {9, 14, 9}) {
+            QFont font(plot->font());
+            font.setPointSize(points);
+            title.setFont(font);
+            qwtRich.setFont(font);
+            QCOMPARE(title.textSize(), qwtRich.textSize());
+            QCOMPARE(title.heightForWidth(120), qwtRich.heightForWidth(120));
+            const QImage ours = picture(title);
+            const QImage theirs = picture(qwtRich);
+            QVERIFY(ImageChecks::count(ours, [](QRgb p) { return qGray(p) < 128; }) > 20);
+            int differing = 0;
+            for (int y = 0; y < ours.height(); ++y)
+                for (int x = 0; x < ours.width(); ++x)
+                    differing += !ImageChecks::near(ours.pixel(x, y), theirs.pixel(x, y));
+            QCOMPARE(differing, 0);
+        }
+        // "&nbsp;" is a space, not six characters.
+        QVERIFY(title.textSize().width() < QwtText(title.text(), QwtText::PlainText).textSize().width() * 0.8);
     }
 
     void plotPaintsItsOwnBackground()

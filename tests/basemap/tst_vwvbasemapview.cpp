@@ -218,10 +218,10 @@ private Q_SLOTS:
         QTest::addColumn<QString>("system");
         QTest::addColumn<QPointF>("centre");
         QTest::addColumn<QString>("title");
-        QTest::newRow("local") << "local:m" << QPointF(50, 25) << "Local coordinate system\u00a0[m]";
-        QTest::newRow("local feet") << "local:ft" << QPointF(50, 25) << "Local coordinate system\u00a0[ft]";
+        QTest::newRow("local") << "local:m" << QPointF(50, 25) << "Local coordinate system&nbsp;[m]";
+        QTest::newRow("local feet") << "local:ft" << QPointF(50, 25) << "Local coordinate system&nbsp;[ft]";
         QTest::newRow("UTM, with an offset") << "EPSG:32631" << QPointF(431500, 6541500)
-                                             << "WGS 84 / UTM zone 31N\u00a0[m]\u00a0(+6";
+                                             << "WGS 84 / UTM zone 31N&nbsp;[m]&nbsp;(+6";
     }
 
     void axisTitlesNameTheSystem()
