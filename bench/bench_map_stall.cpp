@@ -2,7 +2,9 @@
 // wheel zoom and each pan step: the layer shows its kept image moved or scaled at once and
 // draws the new one on a worker thread. The map is the whole view as an application shows
 // it (axes, grid, decorations) with its overview following. Reports the longest and the
-// median stall.
+// median stall. The point count is --points=N, else the environment variable
+// VELMORA_MAP_POINTS, else 10,000,000; other arguments are not ours (scripts/bench.sh hands
+// every benchmark the same ones) and are left alone.
 
 #include <VsdPointSet.h>
 #include <VssProject.h>
@@ -36,13 +38,32 @@ double elapsedMs(const QElapsedTimer& timer)
     return timer.nsecsElapsed() / 1e6;
 }
 
+// 0 when the count given is not a positive number.
+int pointCount(const QStringList& arguments)
+{
+    const QString option = QStringLiteral("--points=");
+    QString given = qEnvironmentVariable("VELMORA_MAP_POINTS");
+    for (const QString& argument : arguments)
+        if (argument.startsWith(option))
+            given = argument.mid(option.size());
+    if (given.isEmpty())
+        return 10000000;
+    bool ok = false;
+    const int count = given.toInt(&ok);
+    return ok && count > 0 ? count : 0;
+}
+
 } // namespace
 
 int main(int argc, char** argv)
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication app(argc, argv);
-    const int count = argc > 1 ? QByteArray(argv[1]).toInt() : 10000000;
+    const int count = pointCount(QCoreApplication::arguments());
+    if (count == 0) {
+        std::fprintf(stderr, "bench_map_stall: the point count (--points=N or VELMORA_MAP_POINTS) must be a positive number\n");
+        return 2;
+    }
 
     const QRectF extent(0, 0, 10000, 8000);
     QTemporaryDir folder;
@@ -76,7 +97,7 @@ int main(int argc, char** argv)
     for (int waited = 0; item->isRendering() && waited < 60000; waited += 50)
         QTest::qWait(50);
     QThreadPool::globalInstance()->waitForDone();
-    std::printf("canvas %d x %d\n", plot.canvas()->width(), plot.canvas()->height());
+    std::printf("%d points, canvas %d x %d\n", count, plot.canvas()->width(), plot.canvas()->height());
 
     std::vector<double> stalls;
     QWidget* canvas = plot.canvas();
@@ -107,7 +128,8 @@ int main(int argc, char** argv)
     std::printf("%d points, %zu steps: GUI-thread stall per step median %.2f ms, longest %.2f ms\n", count,
                 stalls.size(), median, longest);
     const bool ok = longest <= GOAL_MS;
-    std::printf("stall %-44s %6.2f ms (goal <= %.0f ms) %s\n", "longest, wheel and pan steps", longest, GOAL_MS,
+    const QByteArray label = QStringLiteral("%1 points, longest wheel or pan step").arg(count).toUtf8();
+    std::printf("stall %-44s %6.2f ms (goal <= %.0f ms) %s\n", label.constData(), longest, GOAL_MS,
                 ok ? "ok" : "MISSED");
     return ok ? 0 : 1;
 }

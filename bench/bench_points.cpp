@@ -139,9 +139,9 @@ int main(int argc, char** argv)
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication app(argc, argv);
     return runWithRatios(argc, argv,
-                         {{"BM_DotsVsCurve/1000000", {"1M dots vs QwtPlotCurve Dots", 1.0 / 3.0}},
-                          {"BM_DotsVsCurve/10000000", {"10M dots vs QwtPlotCurve Dots", 1.0 / 3.0}},
-                          {"BM_DotsVsFloor/1000000", {"1M dots vs plain pixel loop", 1.5}},
-                          {"BM_DotsVsFloor/10000000", {"10M dots vs plain pixel loop", 1.5}},
-                          {"BM_CirclesVsSymbols/1000000", {"1M 5-px circles vs QwtSymbol", 0.25}}});
+                         {{"BM_DotsVsCurve/1000000", {"1000000 dots 1000x800 vs QwtPlotCurve Dots", 1.0 / 3.0}},
+                          {"BM_DotsVsCurve/10000000", {"10000000 dots 1000x800 vs QwtPlotCurve Dots", 1.0 / 3.0}},
+                          {"BM_DotsVsFloor/1000000", {"1000000 dots 1000x800 vs plain pixel loop", 1.5}},
+                          {"BM_DotsVsFloor/10000000", {"10000000 dots 1000x800 vs plain pixel loop", 1.5}},
+                          {"BM_CirclesVsSymbols/1000000", {"1000000 5-px discs 1000x800 vs QwtSymbol", 0.25}}});
 }

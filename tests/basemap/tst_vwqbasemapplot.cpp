@@ -1,43 +1,74 @@
-// The map plot as its view uses it: modes switching the tools, pans and wheel zooms going
-// onto the zoom stack, rulers holding the wheel back, axis labels without the round
-// offset, and styles following the map preferences live.
+// The map plot as its view uses it: its canvas maps at one scale, rulers holding the wheel
+// back, rich-text axis titles and
+// labels without the round offset, its own background, and styles following the map
+// preferences live. Its tools driven with the mouse, the wheel and the keys on a bare plot
+// whose canvas is 600 x 400 pixels showing 0..600 by 0..400 map units (one unit a pixel):
+// the view each gesture leaves in each mode (pan, centre, click and box zoom, none), wheel
+// zoom about the mouse, the zoom stack and its limits, and the tracker.
 
+#include "ImageChecks.h"
+#include "MapTestKit.h"
 #include <KbuUnit.h>
 #include <VupMapPreferences.h>
 #include <VupPreferenceRegistry.h>
-#include <VwqBasemapPlot.h>
 #include <VwqPlotMagnifier.h>
-#include <VwqPlotMeasureArea.h>
-#include <VwqPlotMeasureLine.h>
 #include <VwqPlotPanner.h>
-#include <VwqPlotZoomer.h>
+#include <VwqPlotTracker.h>
 
-#include <qwt_plot_curve.h>
 #include <qwt_plot_grid.h>
 #include <qwt_scale_draw.h>
-#include <qwt_scale_widget.h>
 
-#include <QtTest>
-#include <memory>
+#include <QDesktopWidget>
+#include <QPainter>
+#include <functional>
+
+Q_DECLARE_METATYPE(std::function<void(QWidget*)>)
 
 namespace {
 
-std::unique_ptr<VwqBasemapPlot> makePlot()
-{
-    auto plot = std::make_unique<VwqBasemapPlot>();
-    plot->resize(640, 480);
-    plot->show();
-    if (!QTest::qWaitForWindowExposed(plot.get()))
-        return nullptr;
-    plot->zoomer()->resetZoom(QRectF(0, 0, 1000, 1000));
-    return plot;
-}
+using Gesture = std::function<void(QWidget*)>;
 
-void wheel(QWidget* canvas, const QPoint& at, int delta)
+// The tools on a bare plot showing 0..600 by 0..400 map units, one unit a pixel.
+struct Plot
 {
-    QWheelEvent event(at, canvas->mapToGlobal(at), QPoint(), QPoint(0, delta), Qt::NoButton, Qt::NoModifier,
-                      Qt::NoScrollPhase, false);
-    QApplication::sendEvent(canvas, &event);
+    std::unique_ptr<QwtPlot> plot = MapTest::barePlot();
+    QWidget* canvas = plot->canvas();
+    VwqPlotPanner* panner = new VwqPlotPanner(canvas);
+    VwqPlotMagnifier* magnifier = new VwqPlotMagnifier(canvas);
+    VwqPlotZoomer* zoomer = new VwqPlotZoomer(canvas);
+    VwqPlotTracker* tracker = new VwqPlotTracker(canvas);
+
+    Plot()
+    {
+        zoomer->setFactor(0.1);
+        zoomer->setMaxStackDepth(100);
+        plot->setAxisScale(QwtPlot::xBottom, 0, 600);
+        plot->setAxisScale(QwtPlot::yLeft, 0, 400);
+        plot->replot();
+    }
+    void setMode(Vw::ViewMode mode)
+    {
+        panner->setMode(mode);
+        zoomer->setMode(mode);
+    }
+    QRectF view() const { return zoomer->getZoomRect(); }
+    QPointF toMap(const QPoint& pixel) const
+    {
+        return QPointF(plot->canvasMap(QwtPlot::xBottom).invTransform(pixel.x()), plot->canvasMap(QwtPlot::yLeft).invTransform(pixel.y()));
+    }
+};
+
+Gesture drag(const QPoint& from, const QPoint& to)
+{
+    return [=](QWidget* canvas) { MapTest::drag(canvas, from, to); };
+}
+Gesture click(const QPoint& at)
+{
+    return [=](QWidget* canvas) { QTest::mouseClick(canvas, Qt::LeftButton, Qt::NoModifier, at); };
+}
+Gesture key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
+{
+    return [=](QWidget* canvas) { QTest::keyClick(canvas, key, modifiers); };
 }
 
 } // namespace
@@ -47,6 +78,8 @@ class TestVwqBasemapPlot : public QObject
     Q_OBJECT
     QTemporaryDir _dir;
 
+    static std::unique_ptr<VwqBasemapPlot> makePlot() { return MapTest::showPlot(QRectF(0, 0, 1000, 1000), QSize(600, 450)); }
+
 private Q_SLOTS:
     void init()
     {
@@ -54,66 +87,20 @@ private Q_SLOTS:
         VupPreferenceRegistry::getInstance()->setStorageFile(_dir.filePath(QStringLiteral("preferences.ini")));
     }
 
-    void canvasMapCoversTheWholeCanvas()
+    void canvasMapsAtOneScale()
     {
         auto plot = makePlot();
         QVERIFY(plot);
         const QWidget* canvas = plot->canvas();
-        QCOMPARE(plot->canvasMap(QwtPlot::xBottom).p1(), 0.0);
         QCOMPARE(plot->canvasMap(QwtPlot::xBottom).p2(), double(canvas->width()));
         QCOMPARE(plot->canvasMap(QwtPlot::yLeft).p1(), double(canvas->height()));
         QCOMPARE(plot->canvasMap(QwtPlot::yLeft).p2(), 0.0);
-        // 1:1: a map unit is as many pixels across as up (within the canvas frame's pixels).
         const QRectF view = plot->currentViewRect();
         const double across = view.width() / canvas->width();
         QVERIFY(qAbs(across - view.height() / canvas->height()) < 0.01 * across);
         const QPointF p(123.4, 567.8);
-        const QPointF back = plot->pixelToView(plot->viewToPixel(p));
-        QVERIFY(qAbs(back.x() - p.x()) < 1e-9 && qAbs(back.y() - p.y()) < 1e-9);
+        QVERIFY(MapTest::near(plot->pixelToView(plot->viewToPixel(p)), p, 1e-9));
         QVERIFY(qAbs(plot->getFactorPixelToSize() * plot->getFactorSizeToPixel() - 1.0) < 1e-12);
-    }
-
-    void modesSwitchTheTools_data()
-    {
-        QTest::addColumn<int>("mode");
-        QTest::addColumn<QList<bool>>("enabled"); // panner, zoomer, length ruler, area ruler
-        QTest::newRow("pan") << int(Vw::PAN) << QList<bool>{true, false, false, false};
-        QTest::newRow("select") << int(Vw::SELECT) << QList<bool>{true, false, false, false};
-        QTest::newRow("zoom box") << int(Vw::ZOOM_BOX) << QList<bool>{false, true, false, false};
-        QTest::newRow("measure area") << int(Vw::MEASURE_AREA) << QList<bool>{false, false, false, true};
-        QTest::newRow("measure length") << int(Vw::MEASURE_LENGTH) << QList<bool>{false, false, true, false};
-        QTest::newRow("none") << int(Vw::NO_MODE) << QList<bool>{false, false, false, false};
-    }
-    void modesSwitchTheTools()
-    {
-        QFETCH(int, mode);
-        QFETCH(QList<bool>, enabled);
-        auto plot = makePlot();
-        plot->setMode(Vw::ViewMode(mode));
-        QCOMPARE(plot->getMode(), Vw::ViewMode(mode));
-        QCOMPARE((QList<bool>{plot->panner()->isEnabled(), plot->zoomer()->isEnabled(),
-                              plot->lengthSurveyor()->isEnabled(), plot->areaSurveyor()->isEnabled()}),
-                 enabled);
-    }
-
-    void pansAndWheelZoomsGoOntoTheStack()
-    {
-        auto plot = makePlot();
-        plot->setMode(Vw::PAN);
-        QSignalSpy zoomed(plot->zoomer(), &VwqPlotZoomer::zoomed);
-        QSignalSpy viewChanged(plot.get(), &VwqBasemapPlot::currentViewChanged);
-        const int before = plot->zoomer()->getZoomStack().size();
-
-        QTest::keyClick(plot->canvas(), Qt::Key_Right, Qt::ShiftModifier);
-        wheel(plot->canvas(), QPoint(100, 100), 120);
-        QCOMPARE(plot->zoomer()->getZoomStack().size(), before + 2);
-        QCOMPARE(zoomed.count(), 2);
-        QVERIFY(!viewChanged.isEmpty());
-        QCOMPARE(viewChanged.last().at(0).toRectF(), plot->currentViewRect());
-
-        // Back twice brings the first view again.
-        plot->zoomer()->zoom(-2);
-        QVERIFY(qAbs(plot->currentViewRect().width() - plot->zoomer()->getZoomStack().first().width()) < 1e-6);
     }
 
     void aRulerInUseHoldsTheWheelBack()
@@ -123,32 +110,93 @@ private Q_SLOTS:
         QTest::mouseClick(plot->canvas(), Qt::LeftButton, Qt::NoModifier, QPoint(50, 50));
         QVERIFY(plot->magnifier()->isDisabled());
         const QRectF view = plot->currentViewRect();
-        wheel(plot->canvas(), QPoint(100, 100), 120);
+        MapTest::wheel(plot->canvas(), QPoint(100, 100), 120);
         QCOMPARE(plot->currentViewRect(), view);
         QTest::keyClick(plot->canvas(), Qt::Key_Escape);
         QVERIFY(!plot->magnifier()->isDisabled());
     }
 
+    void axisLabelsLeaveTheOffsetOut_data()
+    {
+        // expected: of the x axis, %1 standing for its offset
+        MapTest::addColumns<QRectF, QString, QString, QString>({"rect", "title", "subtitle", "expected"});
+        QTest::newRow("offset and subtitle") << QRectF(500000, 6543200, 100, 60) << "UTM 31N" << "Field A"
+                                             << "UTM 31N&nbsp;[m]&nbsp;(+%1)&nbsp;&nbsp;&nbsp;<small><i>Field A</i></small>";
+        QTest::newRow("negative offset") << QRectF(-500100, 0, 100, 60) << "Local" << "" << "Local&nbsp;[m]&nbsp;(%1)";
+        QTest::newRow("no offset, no subtitle") << QRectF(0, 0, 100, 60) << "Local" << "" << "Local&nbsp;[m]";
+        QTest::newRow("markup in the names is text") << QRectF(0, 0, 100, 60) << "A<B & C" << "<b>"
+                                                     << "A&lt;B &amp; C&nbsp;[m]&nbsp;&nbsp;&nbsp;<small><i>&lt;b&gt;</i></small>";
+    }
     void axisLabelsLeaveTheOffsetOut()
     {
+        auto [rect, title, subtitle, expected] =
+            MapTest::fetch<QRectF, QString, QString, QString>({"rect", "title", "subtitle", "expected"});
         auto plot = makePlot();
-        plot->updatePlotAxes(QRectF(500000, 6543200, 100, 60), QStringLiteral("UTM 31N"), KbuUnit::fromKey("m"),
-                             QStringLiteral("Field A"));
-        const double x = plot->getAxisOffset(QwtPlot::xBottom);
-        const double y = plot->getAxisOffset(QwtPlot::yLeft);
-        QVERIFY2(x > 400000 && x <= 500000, qPrintable(QString::number(x)));
-        QVERIFY2(y > 6500000 && y <= 6543200, qPrintable(QString::number(y)));
-        const QString label = plot->axisScaleDraw(QwtPlot::xBottom)->label(500050).text();
-        QCOMPARE(label, QLocale::system().toString(500050 - x, 'g', 6));
-        const QString title = plot->axisTitle(QwtPlot::xBottom).text();
-        QVERIFY2(title.startsWith(QStringLiteral("UTM 31N&nbsp;[m]&nbsp;(+")), qPrintable(title));
-        QVERIFY(title.endsWith(QStringLiteral("&nbsp;&nbsp;&nbsp;<small><i>Field A</i></small>")));
+        plot->updatePlotAxes(rect, title, KbuUnit::fromKey("m"), subtitle);
+        const double offset = plot->getAxisOffset(QwtPlot::xBottom);
+        QVERIFY2(expected.contains(QLatin1String("%1")) ? qAbs(offset) > 400000 && qAbs(offset) <= 500100 : offset == 0,
+                 qPrintable(QString::number(offset)));
+        QCOMPARE(plot->axisScaleDraw(QwtPlot::xBottom)->label(rect.left() + 50).text(),
+                 QLocale::system().toString(rect.left() + 50 - offset, 'g', 6));
+        QCOMPARE(plot->axisTitle(QwtPlot::xBottom).text(), expected.arg(offset, 0, 'g', 12));
+        QCOMPARE(plot->axisTitle(QwtPlot::yRight).text().section(QLatin1String("&nbsp;"), 0, 1),
+                 expected.section(QLatin1String("&nbsp;"), 0, 1));
+    }
 
-        // Small coordinates need no offset.
-        plot->updatePlotAxes(QRectF(0, 0, 100, 60), QStringLiteral("Local"), KbuUnit::fromKey("m"));
-        QCOMPARE(plot->getAxisOffset(QwtPlot::xBottom), 0.0);
-        // Without a subtitle, plain text with the same unbreakable spaces.
-        QCOMPARE(plot->axisTitle(QwtPlot::yLeft).text(), QStringLiteral("Local\u00a0[m]"));
+    // The titles are laid out as Qwt lays out rich text, their layouts kept between paints:
+    // the same size and the same pixels, also after the font changes.
+    void axisTitlesAreRichText()
+    {
+        auto plot = makePlot();
+        plot->updatePlotAxes(QRectF(0, 0, 100, 60), QStringLiteral("Local"), KbuUnit::fromKey("m"),
+                             QStringLiteral("Field A"));
+        QwtText title = plot->axisTitle(QwtPlot::xBottom);
+        QwtText qwtRich(title.text(), QwtText::RichText);
+        // Of the screen's resolution, as an axis is.
+        const auto picture = [](const QwtText& text) {
+            QImage image(300, 40, QImage::Format_RGB32);
+            image.setDotsPerMeterX(qRound(QApplication::desktop()->logicalDpiX() / 0.0254));
+            image.setDotsPerMeterY(qRound(QApplication::desktop()->logicalDpiY() / 0.0254));
+            image.fill(Qt::white);
+            QPainter painter(&image);
+            text.draw(&painter, QRectF(0, 0, 300, 40));
+            return image;
+        };
+        for (const int points : {9, 14, 9}) {
+            QFont font(plot->font());
+            font.setPointSize(points);
+            title.setFont(font);
+            qwtRich.setFont(font);
+            QCOMPARE(title.textSize(), qwtRich.textSize());
+            QCOMPARE(title.heightForWidth(120), qwtRich.heightForWidth(120));
+            const QImage ours = picture(title);
+            const QImage theirs = picture(qwtRich);
+            QVERIFY(ImageChecks::count(ours, [](QRgb p) { return qGray(p) < 128; }) > 20);
+            int differing = 0;
+            for (int y = 0; y < ours.height(); ++y)
+                for (int x = 0; x < ours.width(); ++x)
+                    differing += !ImageChecks::near(ours.pixel(x, y), theirs.pixel(x, y));
+            QCOMPARE(differing, 0);
+        }
+        // "&nbsp;" is a space, not six characters.
+        QVERIFY(title.textSize().width() < QwtText(title.text(), QwtText::PlainText).textSize().width() * 0.8);
+    }
+
+    void plotPaintsItsOwnBackground()
+    {
+        // A parent painting a loud colour: none of it shows beside the axes.
+        struct Loud : QWidget
+        {
+            void paintEvent(QPaintEvent*) override { QPainter(this).fillRect(rect(), Qt::magenta); }
+        } parent;
+        auto* plot = new VwqBasemapPlot(&parent);
+        plot->updatePlotAxes(QRectF(0, 0, 100, 100), QStringLiteral("Local"), KbuUnit::fromKey("m"));
+        parent.resize(400, 300);
+        plot->resize(parent.size());
+        parent.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&parent));
+        QVERIFY(plot->axisEnabled(QwtPlot::yLeft));
+        QCOMPARE(ImageChecks::countNear(parent.grab().toImage(), Qt::magenta), 0);
     }
 
     void stylesFollowThePreferences()
@@ -161,25 +209,164 @@ private Q_SLOTS:
         QCOMPARE(plot->canvas()->palette().color(QPalette::Window), QColor(0x10, 0x20, 0x30));
         QCOMPARE(plot->grid()->z(), 10000.0);
         QVERIFY(!plot->magnifier()->isNaturalDirection());
-
         plot->setGridVisible(false);
-        QVERIFY(!plot->grid()->isVisible());
-        QVERIFY(!VupMapPreferences::isGridVisible());
+        QVERIFY(!plot->grid()->isVisible() && !VupMapPreferences::isGridVisible());
         VupMapPreferences::setValue(QStringLiteral("gridVisible"), true);
         QVERIFY(plot->grid()->isVisible());
     }
 
-    void layersAreAttachedOnTheMapAxes()
+    void gesturesLeaveTheirView_data()
     {
-        auto plot = makePlot();
-        auto* curve = new QwtPlotCurve;
-        curve->setAxes(QwtPlot::xTop, QwtPlot::yRight);
-        plot->addPlotItem(curve);
-        QCOMPARE(curve->plot(), plot.get());
-        QCOMPARE(curve->xAxis(), int(QwtPlot::xBottom));
-        QCOMPARE(curve->yAxis(), int(QwtPlot::yLeft));
-        QVERIFY(curve->testItemAttribute(QwtPlotItem::AutoScale));
-        QVERIFY(!curve->testRenderHint(QwtPlotItem::RenderAntialiased));
+        // zooms: zoomed() signals
+        MapTest::addColumns<int, Gesture, QRectF, double, int>({"mode", "gesture", "view", "tolerance", "zooms"});
+        const QRectF start(0, 0, 600, 400);
+        // The map follows the hand: 40 units to the right, 30 down on screen (y grows up).
+        QTest::newRow("pan, drag") << int(Vw::PAN) << drag({300, 200}, {340, 230}) << QRectF(-40, 30, 600, 400) << 1.0 << 0;
+        // One pixel is 600/599 units: the canvas map runs from pixel 0 to pixel 599.
+        QTest::newRow("pan, right") << int(Vw::PAN) << key(Qt::Key_Right) << QRectF(-1, 0, 600, 400) << 0.05 << 0;
+        QTest::newRow("pan, shift right") << int(Vw::PAN) << key(Qt::Key_Right, Qt::ShiftModifier)
+                                          << QRectF(-5, 0, 600, 400) << 0.05 << 0;
+        QTest::newRow("pan, left") << int(Vw::PAN) << key(Qt::Key_Left) << QRectF(1, 0, 600, 400) << 0.05 << 0;
+        QTest::newRow("pan, shift up") << int(Vw::PAN) << key(Qt::Key_Up, Qt::ShiftModifier)
+                                       << QRectF(0, -5, 600, 400) << 0.05 << 0;
+        QTest::newRow("pan, down") << int(Vw::PAN) << key(Qt::Key_Down) << QRectF(0, 1, 600, 400) << 0.05 << 0;
+        // Map point (100, 350) comes to the middle of the canvas.
+        QTest::newRow("select, click centres") << int(Vw::SELECT) << click({100, 50}) << QRectF(-200, 150, 600, 400) << 1.0 << 0;
+        // Scaled by 0.9 or 1.1 about the clicked point (120, 320), which keeps its place.
+        QTest::newRow("zoom in, click") << int(Vw::ZOOM_IN) << click({120, 80}) << QRectF(12, 32, 540, 360) << 1.0 << 1;
+        QTest::newRow("zoom out, click") << int(Vw::ZOOM_OUT) << click({120, 80}) << QRectF(-12, -32, 660, 440) << 1.0 << 1;
+        QTest::newRow("zoom box, 1 x 1 is a click, ignored") << int(Vw::ZOOM_BOX) << drag({100, 100}, {101, 101}) << start << 1e-6 << 0;
+        // Grown to 11 x 11 about its centre, then widened to the view's 3:2 shape.
+        QTest::newRow("zoom box, 3 x 1 grows to 11 pixels") << int(Vw::ZOOM_BOX) << drag({100, 100}, {103, 101})
+                                                            << QRectF(101.5 - 8.25, 299.5 - 5.5, 16.5, 11) << 1.5 << 1;
+        QTest::newRow("zoom box, wide keeps its width") << int(Vw::ZOOM_BOX) << drag({1, 1}, {301, 101})
+                                                        << QRectF(1, 249, 300, 200) << 1.5 << 1;
+        QTest::newRow("zoom box, tall keeps its height") << int(Vw::ZOOM_BOX) << drag({10, 10}, {30, 110})
+                                                         << QRectF(-55, 290, 150, 100) << 1.5 << 1;
+        QTest::newRow("measure area, a drag moves nothing") << int(Vw::MEASURE_AREA) << drag({300, 200}, {340, 230}) << start << 1e-3 << 0;
+        QTest::newRow("no mode, a drag moves nothing") << int(Vw::NO_MODE) << drag({300, 200}, {340, 230}) << start << 1e-3 << 0;
+    }
+    void gesturesLeaveTheirView()
+    {
+        auto [mode, gesture, view, tolerance, zooms] =
+            MapTest::fetch<int, Gesture, QRectF, double, int>({"mode", "gesture", "view", "tolerance", "zooms"});
+        Plot p;
+        p.setMode(Vw::ViewMode(mode));
+        QSignalSpy zoomed(p.zoomer, &VwqPlotZoomer::zoomed);
+        gesture(p.canvas);
+        QTRY_VERIFY2(MapTest::near(p.view(), view, tolerance), MapTest::describe(p.view()));
+        QCOMPARE(zoomed.count(), zooms);
+    }
+
+    void wheelZoomKeepsThePointUnderTheMouse_data()
+    {
+        MapTest::addColumns<QPoint, int, bool, bool>({"at", "delta", "natural", "zoomsIn"});
+        QTest::newRow("away from the user zooms in") << QPoint(150, 100) << 120 << true << true;
+        QTest::newRow("towards the user zooms out") << QPoint(450, 300) << -120 << true << false;
+        QTest::newRow("inverted wheel") << QPoint(10, 390) << 120 << false << false;
+        QTest::newRow("three notches at a corner") << QPoint(599, 0) << 360 << true << true;
+    }
+    void wheelZoomKeepsThePointUnderTheMouse()
+    {
+        auto [at, delta, natural, zoomsIn] = MapTest::fetch<QPoint, int, bool, bool>({"at", "delta", "natural", "zoomsIn"});
+        Plot p;
+        p.magnifier->setNaturalDirection(natural);
+        QSignalSpy rescaled(p.magnifier, &VwqPlotMagnifier::rescaled);
+        const QPointF under = p.toMap(at);
+        MapTest::wheel(p.canvas, at, delta);
+        QCOMPARE(rescaled.count(), 1);
+        QCOMPARE(p.view().width() < 600, zoomsIn);
+        QVERIFY(MapTest::near(p.toMap(at), under, 0.01));
+    }
+
+    void wheelLeavesAHugeViewAndADisabledMagnifierAlone()
+    {
+        Plot p;
+        p.zoomer->resetZoom(QRectF(0, 0, 8e9, 5e9));
+        MapTest::wheel(p.canvas, QPoint(300, 200), -120);
+        QVERIFY(MapTest::near(p.view(), QRectF(0, 0, 8e9, 5e9), 1.0));
+        MapTest::wheel(p.canvas, QPoint(300, 200), 120); // zooming in is still allowed
+        QVERIFY(p.view().width() < 8e9);
+
+        p.zoomer->resetZoom(QRectF(0, 0, 600, 400));
+        p.magnifier->disable();
+        MapTest::wheel(p.canvas, QPoint(300, 200), 120);
+        QVERIFY(MapTest::near(p.view(), QRectF(0, 0, 600, 400)));
+        p.magnifier->enable();
+        MapTest::wheel(p.canvas, QPoint(300, 200), 120);
+        QVERIFY(p.view().width() < 600);
+    }
+
+    // Each step is a zoom to the next rectangle, or a move in the stack.
+    void zoomStack_data()
+    {
+        // steps: >= 10: zoom to a rectangle of that width; else offset
+        MapTest::addColumns<int, QList<int>, int, int, double>({"depth", "steps", "size", "index", "width"});
+        QTest::newRow("two zooms keep the start") << -1 << QList<int>{300, 200} << 3 << 2 << 200.0;
+        QTest::newRow("back once") << -1 << QList<int>{300, 200, -1} << 3 << 1 << 300.0;
+        QTest::newRow("back past the start stays at it") << -1 << QList<int>{300, -1, -1, -1} << 2 << 0 << 600.0;
+        QTest::newRow("back and forward") << -1 << QList<int>{300, 200, -1, 1} << 3 << 2 << 200.0;
+        QTest::newRow("forward past the end stays") << -1 << QList<int>{300, 1} << 2 << 1 << 300.0;
+        QTest::newRow("a zoom after going back drops the rest") << -1 << QList<int>{300, 200, -1, -1, 100} << 2 << 1 << 100.0;
+        QTest::newRow("the same rectangle twice is one entry") << -1 << QList<int>{300, 300} << 2 << 1 << 300.0;
+        QTest::newRow("depth 2 drops the oldest") << 2 << QList<int>{500, 400, 300, 200} << 3 << 2 << 200.0;
+    }
+    void zoomStack()
+    {
+        auto [depth, steps, size, index, width] =
+            MapTest::fetch<int, QList<int>, int, int, double>({"depth", "steps", "size", "index", "width"});
+        Plot p;
+        p.zoomer->setMaxStackDepth(depth);
+        for (int step : steps) {
+            if (step >= 10)
+                p.zoomer->zoom(QRectF(0, 0, step, step * 2.0 / 3.0));
+            else
+                p.zoomer->zoom(step);
+        }
+        QCOMPARE(p.zoomer->getZoomStack().size(), size);
+        QCOMPARE(p.zoomer->getZoomRectIndex(), index);
+        QCOMPARE(p.view().width(), width);
+    }
+
+    void limitsClampAndBadRectanglesNeverReachTheStack_data()
+    {
+        // view: null: the rectangle is refused
+        MapTest::addColumns<QRectF, QRectF>({"rect", "view"});
+        QTest::newRow("NaN") << QRectF(std::nan(""), 0, 10, 10) << QRectF();
+        QTest::newRow("infinite") << QRectF(0, 0, HUGE_VAL, 10) << QRectF();
+        QTest::newRow("empty") << QRectF(5, 5, 0, 0) << QRectF();
+        QTest::newRow("outside the limits") << QRectF(-500, -500, 100, 100) << QRectF();
+        QTest::newRow("across a limit, clamped") << QRectF(-100, 0, 400, 300) << QRectF(0, 0, 300, 300);
+    }
+    void limitsClampAndBadRectanglesNeverReachTheStack()
+    {
+        auto [rect, view] = MapTest::fetch<QRectF, QRectF>({"rect", "view"});
+        Plot p;
+        p.zoomer->setAxisLimits(QwtPlot::xBottom, 0, 1000);
+        p.zoomer->setAxisLimits(QwtPlot::yLeft, 0, 1000);
+        QSignalSpy zoomed(p.zoomer, &VwqPlotZoomer::zoomed);
+        if (!std::isfinite(rect.x() + rect.width()))
+            QTest::ignoreMessage(QtWarningMsg, QRegularExpression("^VwqPlotZoomer::zoom: "));
+        p.zoomer->zoom(rect);
+        QCOMPARE(zoomed.count(), view.isNull() ? 0 : 1);
+        QCOMPARE(p.zoomer->getZoomStack().isEmpty(), view.isNull());
+        QVERIFY2(MapTest::near(p.view(), view.isNull() ? QRectF(0, 0, 600, 400) : view), MapTest::describe(p.view()));
+        if (view.isNull())
+            return;
+        p.zoomer->setAxisNoLimit(QwtPlot::xBottom);
+        p.zoomer->zoom(rect);
+        QVERIFY(MapTest::near(p.view(), rect));
+    }
+
+    void trackerReportsMapPositions()
+    {
+        Plot p;
+        QSignalSpy moved(p.tracker, &VwqPlotTracker::newTrackerPosition);
+        QTest::mouseMove(p.canvas, QPoint(150, 100));
+        QTRY_VERIFY(!moved.isEmpty());
+        const QPointF position = moved.last().at(0).toPointF();
+        QVERIFY(MapTest::near(position, QPointF(150, 300), 1.0));
+        QVERIFY(p.tracker->trackerTextF(position).isEmpty());
     }
 };
 

@@ -2,6 +2,8 @@
 // the measure text beside the cursor, its units and preferences, the signals a listener
 // receives, the drawing of segment lengths and angles, and input that measures nothing.
 
+#include "ImageChecks.h"
+#include "MapTestKit.h"
 #include <KbbUserStringFormats.h>
 #include <KbuUnit.h>
 #include <VupMapPreferences.h>
@@ -9,15 +11,7 @@
 #include <VwqPlotMeasureArea.h>
 #include <VwqPlotMeasureLine.h>
 
-#include <qwt_plot.h>
-#include <qwt_plot_layout.h>
 #include <qwt_scale_div.h>
-#include <qwt_scale_map.h>
-#include <qwt_text.h>
-
-#include <QtTest>
-#include <limits>
-#include <memory>
 
 namespace {
 enum class Ruler { Line, Area };
@@ -28,34 +22,10 @@ namespace {
 
 using Clicks = QVector<QPoint>;
 
-// A bare plot scaled so that canvas pixel (x, y) is the map point (x, height - 1 - y).
-std::unique_ptr<QwtPlot> makePlot()
-{
-    auto plot = std::make_unique<QwtPlot>();
-    for (int axis = 0; axis < QwtPlot::axisCnt; ++axis)
-        plot->enableAxis(axis, false);
-    plot->setCanvasBackground(Qt::white);
-    plot->resize(600, 400);
-    plot->show();
-    if (!QTest::qWaitForWindowExposed(plot.get()))
-        qWarning("makePlot: the plot was not exposed");
-    plot->updateLayout();
-    const int height = plot->canvas()->height();
-    const QwtScaleMap x = plot->canvasMap(QwtPlot::xBottom);
-    const QwtScaleMap y = plot->canvasMap(QwtPlot::yLeft);
-    plot->setAxisScale(QwtPlot::xBottom, x.p1(), x.p2());
-    plot->setAxisScale(QwtPlot::yLeft, height - 1 - y.p1(), height - 1 - y.p2());
-    plot->replot();
-    return plot;
-}
-
 VwqPlotAMeasure* makeRuler(Ruler kind, QwtPlot* plot)
 {
-    VwqPlotAMeasure* ruler = nullptr;
-    if (kind == Ruler::Line)
-        ruler = new VwqPlotMeasureLine(plot->canvas());
-    else
-        ruler = new VwqPlotMeasureArea(plot->canvas());
+    VwqPlotAMeasure* ruler = kind == Ruler::Line ? static_cast<VwqPlotAMeasure*>(new VwqPlotMeasureLine(plot->canvas()))
+                                                 : new VwqPlotMeasureArea(plot->canvas());
     ruler->setRubberBandPen(QPen(Qt::red));
     ruler->setMode(kind == Ruler::Line ? Vw::MEASURE_LENGTH : Vw::MEASURE_AREA);
     return ruler;
@@ -64,8 +34,7 @@ VwqPlotAMeasure* makeRuler(Ruler kind, QwtPlot* plot)
 void moveTo(QWidget* canvas, const QPoint& pos)
 {
     QCursor::setPos(canvas->mapToGlobal(pos));
-    QMouseEvent move(QEvent::MouseMove, pos, canvas->mapToGlobal(pos), Qt::NoButton, Qt::NoButton, Qt::NoModifier);
-    QApplication::sendEvent(canvas, &move);
+    MapTest::moveMouse(canvas, pos);
 }
 
 // The user moves to each point and clicks it.
@@ -91,14 +60,9 @@ void switchOff(const QStringList& preferences)
 
 bool isYellowish(QRgb c) { return qRed(c) > 220 && qGreen(c) > 220 && qBlue(c) < 190; }
 bool isRed(QRgb c) { return qRed(c) > 200 && qGreen(c) < 80 && qBlue(c) < 80; }
-
 int blackPixels(const QImage& image, const QRect& area)
 {
-    int count = 0;
-    for (int y = area.top(); y <= area.bottom(); ++y)
-        for (int x = area.left(); x <= area.right(); ++x)
-            count += qMax(qMax(qRed(image.pixel(x, y)), qGreen(image.pixel(x, y))), qBlue(image.pixel(x, y))) < 100;
-    return count;
+    return ImageChecks::count(image.copy(area), [](QRgb c) { return qMax(qMax(qRed(c), qGreen(c)), qBlue(c)) < 100; });
 }
 
 } // namespace
@@ -106,11 +70,11 @@ int blackPixels(const QImage& image, const QRect& area)
 class TestVwqPlotMeasure : public QObject
 {
     Q_OBJECT
+    QTemporaryDir _dir;
 
 private Q_SLOTS:
     void initTestCase()
     {
-        QVERIFY(_dir.isValid());
         VupPreferenceRegistry::getInstance()->setStorageFile(_dir.filePath(QStringLiteral("preferences.ini")));
         QLocale::setDefault(QLocale::c());
     }
@@ -123,260 +87,209 @@ private Q_SLOTS:
         KbbUserStringFormats::resetToDefaults();
     }
 
-    void measureText_data();
-    void measureText();
-    void picking_data();
-    void picking();
-    void drawing_data();
-    void drawing();
-    void degenerateInput_data();
-    void degenerateInput();
+    void measureText_data()
+    {
+        // userUnit: the user's format of its unit class; "" keeps m and m²
+        MapTest::addColumns<Ruler, QString, QString, QStringList, Clicks, QString>(
+            {"ruler", "viewUnit", "userUnit", "switchedOff", "clicks", "expected"});
 
-private:
-    QTemporaryDir _dir;
-};
-
-void TestVwqPlotMeasure::measureText_data()
-{
-    QTest::addColumn<Ruler>("ruler");
-    QTest::addColumn<QString>("viewUnit");
-    QTest::addColumn<QString>("userUnit"); // the user's format of its unit class; "" keeps m and m²
-    QTest::addColumn<QStringList>("switchedOff");
-    QTest::addColumn<Clicks>("clicks");
-    QTest::addColumn<QString>("expected");
-
-    const auto row = [](const char* name, Ruler ruler, const char* view, const char* user, const QStringList& off,
-                        const Clicks& clicks, const QString& expected) {
-        QTest::newRow(name) << ruler << QString::fromLatin1(view) << QString::fromLatin1(user) << off << clicks
-                            << expected;
-    };
-    const Clicks east{{100, 200}, {200, 200}};
-    const Clicks square{{100, 200}, {110, 200}, {110, 190}, {100, 190}};
-    const QString eastText = QStringLiteral("Total Length : 100.00 m\nAzimuth : 90.00 °");
-    const QString squareText = QStringLiteral("Area : 100.00 m²\nPerimeter : 30.00 m");
-
-    row("line, one vertex shows nothing", Ruler::Line, "m", "", {}, {{100, 200}}, QString());
-    row("line, 100 m east", Ruler::Line, "m", "", {}, east, eastText);
-    row("line, south-west diagonal", Ruler::Line, "m", "", {}, {{200, 100}, {100, 200}},
-        QStringLiteral("Total Length : 141.42 m\nAzimuth : 225.00 °"));
-    row("line, path sums its segments, azimuth of the last", Ruler::Line, "m", "", {},
-        {{100, 200}, {200, 200}, {200, 100}}, QStringLiteral("Total Length : 200.00 m\nAzimuth : 0.00 °"));
-    row("line, repeated clicks on one pixel count once", Ruler::Line, "m", "", {},
-        {{100, 200}, {100, 200}, {200, 200}, {200, 200}}, eastText);
-    row("line, view in km", Ruler::Line, "km", "", {}, east,
-        QStringLiteral("Total Length : 100000.00 m\nAzimuth : 90.00 °"));
-    row("line, an area unit for the view is refused", Ruler::Line, "m2", "", {}, east, eastText);
-    row("line, total length off", Ruler::Line, "m", "", {QStringLiteral("lineRulerTotalLength")}, east,
-        QStringLiteral("Azimuth : 90.00 °"));
-    row("line, azimuth off, area preferences ignored", Ruler::Line, "m", "",
-        {QStringLiteral("lineRulerAzimuth"), QStringLiteral("areaRulerArea")}, east,
-        QStringLiteral("Total Length : 100.00 m"));
-    row("area, two vertices show nothing", Ruler::Area, "m", "", {}, east, QString());
-    row("area, square of 10 m, perimeter without the closing edge", Ruler::Area, "m", "", {}, square, squareText);
-    row("area, view in km", Ruler::Area, "km", "", {}, square,
-        QStringLiteral("Area : 100000000.00 m²\nPerimeter : 30000.00 m"));
-    row("area, view in ft", Ruler::Area, "ft", "", {}, square, QStringLiteral("Area : 9.29 m²\nPerimeter : 9.14 m"));
-    row("area, written in the user's hectares", Ruler::Area, "m", "ha", {}, square,
-        QStringLiteral("Area : 0.01 ha\nPerimeter : 30.00 m"));
-    row("area, written in the user's km", Ruler::Area, "m", "km", {}, square,
-        QStringLiteral("Area : 100.00 m²\nPerimeter : 0.03 km"));
-    row("area, area off", Ruler::Area, "m", "", {QStringLiteral("areaRulerArea")}, square,
-        QStringLiteral("Perimeter : 30.00 m"));
-    row("area, perimeter off, line preferences ignored", Ruler::Area, "m", "",
-        {QStringLiteral("areaRulerPerimeter"), QStringLiteral("lineRulerTotalLength")}, square,
-        QStringLiteral("Area : 100.00 m²"));
-}
-
-void TestVwqPlotMeasure::measureText()
-{
-    QFETCH(Ruler, ruler);
-    QFETCH(QString, viewUnit);
-    QFETCH(QString, userUnit);
-    QFETCH(QStringList, switchedOff);
-    QFETCH(Clicks, clicks);
-    QFETCH(QString, expected);
-
-    switchOff(switchedOff);
-    if (!userUnit.isEmpty()) {
-        const KbuUnit& unit = KbuUnit::fromKey(userUnit);
-        KbbStringFormat format = KbbUserStringFormats::getStringFormat(unit.getUnitClass());
-        format.setUnit(unit);
-        KbbUserStringFormats::setStringFormat(unit.getUnitClass(), format);
+        const auto row = [](const char* name, Ruler ruler, const char* view, const char* user, const QStringList& off,
+                            const Clicks& clicks, const QString& expected) {
+            QTest::newRow(name) << ruler << QString::fromLatin1(view) << QString::fromLatin1(user) << off << clicks << expected;
+        };
+        const Clicks east{{100, 200}, {200, 200}};
+        const Clicks square{{100, 200}, {110, 200}, {110, 190}, {100, 190}};
+        const QString eastText = QStringLiteral("Total Length : 100.00 m\nAzimuth : 90.00 °");
+        const Ruler line = Ruler::Line, area = Ruler::Area;
+        row("line, one vertex shows nothing", line, "m", "", {}, {{100, 200}}, QString());
+        row("line, 100 m east", line, "m", "", {}, east, eastText);
+        row("line, south-west diagonal", line, "m", "", {}, {{200, 100}, {100, 200}}, "Total Length : 141.42 m\nAzimuth : 225.00 °");
+        row("line, path sums its segments, azimuth of the last", line, "m", "", {}, {{100, 200}, {200, 200}, {200, 100}},
+            "Total Length : 200.00 m\nAzimuth : 0.00 °");
+        row("line, repeated clicks on one pixel count once", line, "m", "", {}, {{100, 200}, {100, 200}, {200, 200}, {200, 200}},
+            eastText);
+        row("line, view in km", line, "km", "", {}, east, "Total Length : 100000.00 m\nAzimuth : 90.00 °");
+        row("line, an area unit for the view is refused", line, "m2", "", {}, east, eastText);
+        row("line, total length off", line, "m", "", {"lineRulerTotalLength"}, east, "Azimuth : 90.00 °");
+        row("line, azimuth off, area preferences ignored", line, "m", "", {"lineRulerAzimuth", "areaRulerArea"}, east,
+            "Total Length : 100.00 m");
+        row("area, two vertices show nothing", area, "m", "", {}, east, QString());
+        row("area, square of 10 m, perimeter without the closing edge", area, "m", "", {}, square,
+            "Area : 100.00 m²\nPerimeter : 30.00 m");
+        row("area, view in km", area, "km", "", {}, square, "Area : 100000000.00 m²\nPerimeter : 30000.00 m");
+        row("area, view in ft", area, "ft", "", {}, square, "Area : 9.29 m²\nPerimeter : 9.14 m");
+        row("area, written in the user's hectares", area, "m", "ha", {}, square, "Area : 0.01 ha\nPerimeter : 30.00 m");
+        row("area, written in the user's km", area, "m", "km", {}, square, "Area : 100.00 m²\nPerimeter : 0.03 km");
+        row("area, area off", area, "m", "", {"areaRulerArea"}, square, "Perimeter : 30.00 m");
+        row("area, perimeter off, line preferences ignored", area, "m", "", {"areaRulerPerimeter", "lineRulerTotalLength"},
+            square, "Area : 100.00 m²");
     }
-    const auto plot = makePlot();
-    VwqPlotAMeasure* measure = makeRuler(ruler, plot.get());
-    if (!KbuUnit::fromKey(viewUnit).belongsTo(KbuEUnitClass::LENGTH))
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("setViewCoordinateUnit: .* not a length")));
-    measure->setViewCoordinateUnit(KbuUnit::fromKey(viewUnit));
 
-    pick(plot->canvas(), clicks);
-    const QwtText text = shownText(*measure);
-    QCOMPARE(text.text(), expected);
-    if (!expected.isEmpty())
-        QCOMPARE(text.backgroundBrush().color(), QColor(255, 255, 255, 200));
+    void measureText()
+    {
+        auto [ruler, viewUnit, userUnit, switchedOff, clicks, expected] =
+            MapTest::fetch<Ruler, QString, QString, QStringList, Clicks, QString>({"ruler", "viewUnit", "userUnit", "switchedOff", "clicks", "expected"});
 
-    // The text goes with the measure.
-    QTest::mouseClick(plot->canvas(), Qt::RightButton, Qt::NoModifier, clicks.last());
-    QVERIFY(shownText(*measure).isEmpty());
-}
+        switchOff(switchedOff);
+        if (!userUnit.isEmpty()) {
+            const KbuUnit& unit = KbuUnit::fromKey(userUnit);
+            KbbStringFormat format = KbbUserStringFormats::getStringFormat(unit.getUnitClass());
+            format.setUnit(unit);
+            KbbUserStringFormats::setStringFormat(unit.getUnitClass(), format);
+        }
+        const auto plot = MapTest::barePlot();
+        VwqPlotAMeasure* measure = makeRuler(ruler, plot.get());
+        if (!KbuUnit::fromKey(viewUnit).belongsTo(KbuEUnitClass::LENGTH))
+            QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("setViewCoordinateUnit: .* not a length")));
+        measure->setViewCoordinateUnit(KbuUnit::fromKey(viewUnit));
 
-void TestVwqPlotMeasure::picking_data()
-{
-    QTest::addColumn<Ruler>("ruler");
-    QTest::addColumn<int>("mode");
-    QTest::addColumn<Clicks>("clicks");
-    QTest::addColumn<int>("ending"); // a key, 0 for a right click, -1 for a switch to pan mode
-    QTest::addColumn<Clicks>("selection"); // empty: nothing is selected
+        pick(plot->canvas(), clicks);
+        const QwtText text = shownText(*measure);
+        QCOMPARE(text.text(), expected);
+        if (!expected.isEmpty())
+            QCOMPARE(text.backgroundBrush().color(), QColor(255, 255, 255, 200));
 
-    const int length = Vw::MEASURE_LENGTH, area = Vw::MEASURE_AREA;
-    const Clicks path{{100, 200}, {200, 200}, {200, 200}, {200, 100}};
-    const Clicks picked{{100, 200}, {200, 200}, {200, 100}};
-    QTest::newRow("line, right click ends") << Ruler::Line << length << path << 0 << picked;
-    QTest::newRow("line, Space ends") << Ruler::Line << length << path << int(Qt::Key_Space) << picked;
-    QTest::newRow("line, Escape abandons") << Ruler::Line << length << path << int(Qt::Key_Escape) << Clicks();
-    QTest::newRow("line, a mode switch abandons") << Ruler::Line << length << path << -1 << Clicks();
-    QTest::newRow("line, one vertex is no measure")
-        << Ruler::Line << length << Clicks{{100, 200}, {100, 200}} << 0 << Clicks();
-    QTest::newRow("line, area mode takes no clicks") << Ruler::Line << area << path << 0 << Clicks();
-    QTest::newRow("area, right click ends") << Ruler::Area << area << path << 0 << picked;
-    QTest::newRow("area, two vertices are no measure")
-        << Ruler::Area << area << Clicks{{100, 200}, {200, 200}} << 0 << Clicks();
-    QTest::newRow("area, zoom box mode takes no clicks") << Ruler::Area << int(Vw::ZOOM_BOX) << path << 0 << Clicks();
-}
-
-void TestVwqPlotMeasure::picking()
-{
-    QFETCH(Ruler, ruler);
-    QFETCH(int, mode);
-    QFETCH(Clicks, clicks);
-    QFETCH(int, ending);
-    QFETCH(Clicks, selection);
-
-    const auto plot = makePlot();
-    VwqPlotAMeasure* measure = makeRuler(ruler, plot.get());
-    measure->setMode(Vw::NO_MODE);
-    plot->canvas()->setCursor(Qt::CrossCursor); // another tool's
-    measure->setMode(Vw::ViewMode(mode));
-    const bool ownMode = mode == (ruler == Ruler::Line ? Vw::MEASURE_LENGTH : Vw::MEASURE_AREA);
-    QCOMPARE(plot->canvas()->cursor().shape(), ownMode ? Qt::ArrowCursor : Qt::CrossCursor);
-    QSignalSpy started(measure, &VwqPlotAMeasure::startPicking);
-    QSignalSpy stopped(measure, &VwqPlotAMeasure::stopPicking);
-    QSignalSpy selected(measure, QOverload<const QVector<QPointF>&>::of(&QwtPlotPicker::selected));
-
-    pick(plot->canvas(), clicks);
-    QCOMPARE(started.count(), ownMode ? 1 : 0);
-    QCOMPARE(stopped.count(), 0);
-    if (ending == 0)
+        // The text goes with the measure.
         QTest::mouseClick(plot->canvas(), Qt::RightButton, Qt::NoModifier, clicks.last());
-    else if (ending > 0)
-        QTest::keyClick(plot->canvas(), Qt::Key(ending));
-    else
-        measure->setMode(Vw::PAN);
+        QVERIFY(shownText(*measure).isEmpty());
+    }
 
-    QVERIFY(!measure->isActive());
-    QCOMPARE(started.count(), ownMode ? 1 : 0);
-    QCOMPARE(stopped.count(), ownMode ? 1 : 0);
-    QCOMPARE(selected.count(), selection.isEmpty() ? 0 : 1);
-    if (selection.isEmpty())
-        return;
-    QVector<QPointF> expected;
-    for (const QPoint& p : selection)
-        expected << QPointF(p.x(), plot->canvas()->height() - 1 - p.y());
-    QCOMPARE(selected.first().first().value<QVector<QPointF>>(), expected);
-}
+    void picking_data()
+    {
+        // ending: a key, 0 for a right click, -1 for a switch to pan mode; selection: empty: nothing is selected
+        MapTest::addColumns<Ruler, int, Clicks, int, Clicks>({"ruler", "mode", "clicks", "ending", "selection"});
 
-void TestVwqPlotMeasure::drawing_data()
-{
-    QTest::addColumn<Ruler>("ruler");
-    QTest::addColumn<QStringList>("switchedOff");
-    QTest::addColumn<bool>("lengthLabel");
-    QTest::addColumn<bool>("angleArc");
+        const int length = Vw::MEASURE_LENGTH, area = Vw::MEASURE_AREA;
+        const Clicks path{{100, 200}, {200, 200}, {200, 200}, {200, 100}};
+        const Clicks picked{{100, 200}, {200, 200}, {200, 100}};
+        QTest::newRow("line, right click ends") << Ruler::Line << length << path << 0 << picked;
+        QTest::newRow("line, Space ends") << Ruler::Line << length << path << int(Qt::Key_Space) << picked;
+        QTest::newRow("line, Escape abandons") << Ruler::Line << length << path << int(Qt::Key_Escape) << Clicks();
+        QTest::newRow("line, a mode switch abandons") << Ruler::Line << length << path << -1 << Clicks();
+        QTest::newRow("line, one vertex is no measure") << Ruler::Line << length << Clicks{{100, 200}, {100, 200}} << 0 << Clicks();
+        QTest::newRow("line, area mode takes no clicks") << Ruler::Line << area << path << 0 << Clicks();
+        QTest::newRow("area, right click ends") << Ruler::Area << area << path << 0 << picked;
+        QTest::newRow("area, two vertices are no measure") << Ruler::Area << area << Clicks{{100, 200}, {200, 200}} << 0 << Clicks();
+        QTest::newRow("area, zoom box mode takes no clicks") << Ruler::Area << int(Vw::ZOOM_BOX) << path << 0 << Clicks();
+    }
 
-    QTest::newRow("line, length labels and angle arcs") << Ruler::Line << QStringList() << true << true;
-    QTest::newRow("line, length labels off") << Ruler::Line << QStringList{QStringLiteral("lineRulerLength")}
-                                             << false << true;
-    QTest::newRow("line, angle arcs off, area preferences ignored")
-        << Ruler::Line << QStringList{QStringLiteral("lineRulerAngle"), QStringLiteral("areaRulerLength")} << true
-        << false;
-    QTest::newRow("area, closed") << Ruler::Area << QStringList() << true << true;
+    void picking()
+    {
+        auto [ruler, mode, clicks, ending, selection] =
+            MapTest::fetch<Ruler, int, Clicks, int, Clicks>({"ruler", "mode", "clicks", "ending", "selection"});
 
-}
+        const auto plot = MapTest::barePlot();
+        VwqPlotAMeasure* measure = makeRuler(ruler, plot.get());
+        measure->setMode(Vw::NO_MODE);
+        plot->canvas()->setCursor(Qt::CrossCursor); // another tool's
+        measure->setMode(Vw::ViewMode(mode));
+        const bool ownMode = mode == (ruler == Ruler::Line ? Vw::MEASURE_LENGTH : Vw::MEASURE_AREA);
+        QCOMPARE(plot->canvas()->cursor().shape(), ownMode ? Qt::ArrowCursor : Qt::CrossCursor);
+        QSignalSpy started(measure, &VwqPlotAMeasure::startPicking);
+        QSignalSpy stopped(measure, &VwqPlotAMeasure::stopPicking);
+        QSignalSpy selected(measure, QOverload<const QVector<QPointF>&>::of(&QwtPlotPicker::selected));
 
-void TestVwqPlotMeasure::drawing()
-{
-    QFETCH(Ruler, ruler);
-    QFETCH(QStringList, switchedOff);
-    QFETCH(bool, lengthLabel);
-    QFETCH(bool, angleArc);
+        pick(plot->canvas(), clicks);
+        QCOMPARE(started.count(), ownMode ? 1 : 0);
+        QCOMPARE(stopped.count(), 0);
+        if (ending == 0)
+            QTest::mouseClick(plot->canvas(), Qt::RightButton, Qt::NoModifier, clicks.last());
+        else if (ending > 0)
+            QTest::keyClick(plot->canvas(), Qt::Key(ending));
+        else
+            measure->setMode(Vw::PAN);
 
-    switchOff(switchedOff);
-    const auto plot = makePlot();
-    makeRuler(ruler, plot.get());
-    // East along y = 300, then north: a right angle at (300, 300) whose arc, 50 px in
-    // radius, opens up and to the left. The area ruler closes along x + y = 400.
-    pick(plot->canvas(), {{100, 300}, {300, 300}, {300, 100}});
-    const QImage image = plot->canvas()->grab().toImage();
+        QVERIFY(!measure->isActive());
+        QCOMPARE(started.count(), ownMode ? 1 : 0);
+        QCOMPARE(stopped.count(), ownMode ? 1 : 0);
+        QCOMPARE(selected.count(), selection.isEmpty() ? 0 : 1);
+        if (selection.isEmpty())
+            return;
+        QVector<QPointF> expected;
+        for (const QPoint& p : selection)
+            expected << QPointF(p.x(), plot->canvas()->height() - 1 - p.y());
+        QCOMPARE(selected.first().first().value<QVector<QPointF>>(), expected);
+    }
 
-    QVERIFY(isRed(image.pixel(270, 300)));
-    QVERIFY(isRed(image.pixel(300, 250)));
-    QCOMPARE(isRed(image.pixel(150, 250)) || isRed(image.pixel(151, 250)), ruler == Ruler::Area);
-    // "200.00 m" on the middle of the first segment; its lower half shows only when the
-    // overlay's mask covers the label and not just the line.
-    const int lengthText = blackPixels(image, QRect(185, 303, 30, 3));
-    QVERIFY2(lengthLabel ? lengthText > 5 : lengthText == 0, qPrintable(QString::number(lengthText)));
-    QCOMPARE(isYellowish(image.pixel(295, 295)), angleArc);
-    QCOMPARE(isYellowish(image.pixel(288, 296)), angleArc);
-    QVERIFY2(!isYellowish(image.pixel(305, 305)), "the arc stays between its segments");
-    QVERIFY2(!isYellowish(image.pixel(245, 295)), "the arc ends at its radius");
-    // "90.00 °" on the bisector, 30 px from the vertex.
-    const int angleText = blackPixels(image, QRect(267, 274, 24, 10));
-    QVERIFY2(angleArc ? angleText > 5 : angleText == 0, qPrintable(QString::number(angleText)));
-}
+    void drawing_data()
+    {
+        MapTest::addColumns<Ruler, QStringList, bool, bool>({"ruler", "switchedOff", "lengthLabel", "angleArc"});
 
-void TestVwqPlotMeasure::degenerateInput_data()
-{
-    QTest::addColumn<Ruler>("ruler");
-    QTest::addColumn<double>("axisMinimum");
-    QTest::addColumn<double>("axisMaximum");
-    QTest::addColumn<Clicks>("clicks");
+        QTest::newRow("line, length labels and angle arcs") << Ruler::Line << QStringList() << true << true;
+        QTest::newRow("line, length labels off") << Ruler::Line << QStringList{"lineRulerLength"} << false << true;
+        QTest::newRow("line, angle arcs off, area preferences ignored")
+            << Ruler::Line << QStringList{"lineRulerAngle", "areaRulerLength"} << true << false;
+        QTest::newRow("area, closed") << Ruler::Area << QStringList() << true << true;
+    }
 
-    const double nan = std::numeric_limits<double>::quiet_NaN();
-    const double inf = std::numeric_limits<double>::infinity();
-    const Clicks triangle{{100, 200}, {200, 200}, {200, 100}};
-    QTest::newRow("line, no vertices") << Ruler::Line << 0.0 << 399.0 << Clicks();
-    QTest::newRow("line, NaN axes") << Ruler::Line << nan << nan << triangle;
-    QTest::newRow("area, infinite axes") << Ruler::Area << -inf << inf << triangle;
-    QTest::newRow("area, axes of no range") << Ruler::Area << 5.0 << 5.0 << triangle;
-}
+    void drawing()
+    {
+        auto [ruler, switchedOff, lengthLabel, angleArc] =
+            MapTest::fetch<Ruler, QStringList, bool, bool>({"ruler", "switchedOff", "lengthLabel", "angleArc"});
 
-void TestVwqPlotMeasure::degenerateInput()
-{
-    QFETCH(Ruler, ruler);
-    QFETCH(double, axisMinimum);
-    QFETCH(double, axisMaximum);
-    QFETCH(Clicks, clicks);
+        switchOff(switchedOff);
+        const auto plot = MapTest::barePlot();
+        makeRuler(ruler, plot.get());
+        // East along y = 300, then north: a right angle at (300, 300) whose arc, 50 px in
+        // radius, opens up and to the left. The area ruler closes along x + y = 400.
+        pick(plot->canvas(), {{100, 300}, {300, 300}, {300, 100}});
+        const QImage image = plot->canvas()->grab().toImage();
 
-    const auto plot = makePlot();
-    for (int axis : {QwtPlot::xBottom, QwtPlot::yLeft})
-        plot->setAxisScaleDiv(axis, QwtScaleDiv(axisMinimum, axisMaximum));
-    plot->replot();
-    VwqPlotAMeasure* measure = makeRuler(ruler, plot.get());
-    QSignalSpy selected(measure, QOverload<const QVector<QPointF>&>::of(&QwtPlotPicker::selected));
-    QSignalSpy stopped(measure, &VwqPlotAMeasure::stopPicking);
-    for (int i = 0; i < clicks.size(); ++i)
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("append: the pixel .* no plot coordinates")));
+        QVERIFY(isRed(image.pixel(270, 300)));
+        QVERIFY(isRed(image.pixel(300, 250)));
+        QCOMPARE(isRed(image.pixel(150, 250)) || isRed(image.pixel(151, 250)), ruler == Ruler::Area);
+        // "200.00 m" on the middle of the first segment; its lower half shows only when the
+        // overlay's mask covers the label and not just the line.
+        const int lengthText = blackPixels(image, QRect(185, 303, 30, 3));
+        QVERIFY2(lengthLabel ? lengthText > 5 : lengthText == 0, qPrintable(QString::number(lengthText)));
+        QCOMPARE(isYellowish(image.pixel(295, 295)), angleArc);
+        QCOMPARE(isYellowish(image.pixel(288, 296)), angleArc);
+        QVERIFY2(!isYellowish(image.pixel(305, 305)), "the arc stays between its segments");
+        QVERIFY2(!isYellowish(image.pixel(245, 295)), "the arc ends at its radius");
+        // "90.00 °" on the bisector, 30 px from the vertex.
+        const int angleText = blackPixels(image, QRect(267, 274, 24, 10));
+        QVERIFY2(angleArc ? angleText > 5 : angleText == 0, qPrintable(QString::number(angleText)));
+    }
 
-    pick(plot->canvas(), clicks);
-    moveTo(plot->canvas(), QPoint(250, 50));
-    QVERIFY(shownText(*measure).isEmpty());
-    QVERIFY(!plot->canvas()->grab().isNull());
-    QTest::mouseClick(plot->canvas(), Qt::RightButton, Qt::NoModifier, QPoint(250, 50));
-    QTest::keyClick(plot->canvas(), Qt::Key_Space);
-    QTest::keyClick(plot->canvas(), Qt::Key_Escape);
+    void degenerateInput_data()
+    {
+        MapTest::addColumns<Ruler, double, double, Clicks>({"ruler", "axisMinimum", "axisMaximum", "clicks"});
 
-    QCOMPARE(stopped.count(), clicks.isEmpty() ? 0 : 1);
-    QCOMPARE(selected.count(), 0);
-}
+        const double nan = std::nan(""), inf = HUGE_VAL;
+        const Clicks triangle{{100, 200}, {200, 200}, {200, 100}};
+        QTest::newRow("line, no vertices") << Ruler::Line << 0.0 << 399.0 << Clicks();
+        QTest::newRow("line, NaN axes") << Ruler::Line << nan << nan << triangle;
+        QTest::newRow("area, infinite axes") << Ruler::Area << -inf << inf << triangle;
+        QTest::newRow("area, axes of no range") << Ruler::Area << 5.0 << 5.0 << triangle;
+    }
+
+    void degenerateInput()
+    {
+        auto [ruler, axisMinimum, axisMaximum, clicks] =
+            MapTest::fetch<Ruler, double, double, Clicks>({"ruler", "axisMinimum", "axisMaximum", "clicks"});
+
+        const auto plot = MapTest::barePlot();
+        for (int axis : {QwtPlot::xBottom, QwtPlot::yLeft})
+            plot->setAxisScaleDiv(axis, QwtScaleDiv(axisMinimum, axisMaximum));
+        plot->replot();
+        VwqPlotAMeasure* measure = makeRuler(ruler, plot.get());
+        QSignalSpy selected(measure, QOverload<const QVector<QPointF>&>::of(&QwtPlotPicker::selected));
+        QSignalSpy stopped(measure, &VwqPlotAMeasure::stopPicking);
+        for (int i = 0; i < clicks.size(); ++i)
+            QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("append: the pixel .* no plot coordinates")));
+
+        pick(plot->canvas(), clicks);
+        moveTo(plot->canvas(), QPoint(250, 50));
+        QVERIFY(shownText(*measure).isEmpty());
+        QVERIFY(!plot->canvas()->grab().isNull());
+        QTest::mouseClick(plot->canvas(), Qt::RightButton, Qt::NoModifier, QPoint(250, 50));
+        QTest::keyClick(plot->canvas(), Qt::Key_Space);
+        QTest::keyClick(plot->canvas(), Qt::Key_Escape);
+
+        QCOMPARE(stopped.count(), clicks.isEmpty() ? 0 : 1);
+        QCOMPARE(selected.count(), 0);
+    }
+};
 
 QTEST_MAIN(TestVwqPlotMeasure)
 #include "tst_vwqplotmeasure.moc"

@@ -2,20 +2,13 @@
 // size change, the zoom-area rectangle drawn where the area maps, moved by drags, double
 // clicks and arrow keys with one signal each, and the main map's rectangles it refuses.
 
-#include <VsdPointSet.h>
-#include <VssProject.h>
-#include <VugDatasetStore.h>
+#include "ImageChecks.h"
+#include "MapTestData.h"
+#include "MapTestKit.h"
 #include <VugERendering.h>
 #include <VugScene.h>
 #include <VugSceneItem.h>
 #include <Vwv2DOverView.h>
-#include <VwqBasemapPlot.h>
-
-#include <QtTest>
-#include <cmath>
-#include <memory>
-
-Q_DECLARE_METATYPE(Qt::CursorShape)
 
 namespace {
 
@@ -42,36 +35,12 @@ QPoint areaCentre(const Vwv2DOverView& view)
     return plotOf(view)->viewToPixel(view.getZoomArea().center()).toPoint();
 }
 
-void moveMouse(QWidget* widget, const QPoint& at, Qt::MouseButtons buttons)
-{
-    QMouseEvent move(QEvent::MouseMove, at, widget->mapToGlobal(at), Qt::NoButton, buttons, Qt::NoModifier);
-    QApplication::sendEvent(widget, &move);
-}
-
-// For failure messages; QTest::toString() hands back memory the caller must free.
-QString describe(const QRectF& r)
-{
-    return QStringLiteral("(%1, %2, %3 x %4)").arg(r.x()).arg(r.y()).arg(r.width()).arg(r.height());
-}
-
-QString describe(const QPointF& p)
-{
-    return QStringLiteral("(%1, %2)").arg(p.x()).arg(p.y());
-}
-
-bool near(const QPointF& a, const QPointF& b, double tolerance)
-{
-    return qAbs(a.x() - b.x()) <= tolerance && qAbs(a.y() - b.y()) <= tolerance;
-}
-
 } // namespace
 
 class TestVwv2DOverView : public QObject
 {
     Q_OBJECT
-    QTemporaryDir _dir;
-    std::unique_ptr<VssProject> _project;
-    std::unique_ptr<VugDatasetStore> _datasets;
+    MapTestData _data;
     std::unique_ptr<VugScene> _scene;
 
     // A shown overview of the scene (0,0)-(500,500) with the zoom area AREA.
@@ -79,7 +48,7 @@ class TestVwv2DOverView : public QObject
     {
         auto view = std::make_unique<Vwv2DOverView>();
         view->resize(200, 200);
-        view->setScene(_scene.get(), _datasets.get());
+        view->setScene(_scene.get(), _data.datasets.get());
         view->show();
         if (!QTest::qWaitForWindowExposed(view.get()))
             return nullptr;
@@ -90,16 +59,9 @@ class TestVwv2DOverView : public QObject
 private Q_SLOTS:
     void initTestCase()
     {
-        _project = VssProject::create(_dir.filePath(QStringLiteral("p")), QStringLiteral("P"));
-        _datasets = std::make_unique<VugDatasetStore>(*_project);
-        VsdPointSet a, b, c;
-        a.append(0, 0);
-        a.append(100, 50);
-        b.append(500, 500);
+        VsdPointSet c;
         c.append(1000, -300);
-        QVERIFY(_datasets->setPointSet(QStringLiteral("a"), a));
-        QVERIFY(_datasets->setPointSet(QStringLiteral("b"), b));
-        QVERIFY(_datasets->setPointSet(QStringLiteral("c"), c));
+        QVERIFY(_data.datasets->setPointSet(QStringLiteral("c"), c));
         _scene = std::make_unique<VugScene>(1);
         _scene->appendItem(pointsItem(QStringLiteral("x"), QStringLiteral("a")));
         _scene->appendItem(pointsItem(QStringLiteral("z"), QStringLiteral("b")));
@@ -133,7 +95,7 @@ private Q_SLOTS:
 
         VugScene grown(2);
         grown.setItems(_scene->items());
-        view->setScene(&grown, _datasets.get());
+        view->setScene(&grown, _data.datasets.get());
         grown.appendItem(pointsItem(QStringLiteral("c"), QStringLiteral("c")));
         QTRY_VERIFY(fits(QPointF(0, -300), QPointF(1000, 500)));
     }
@@ -144,95 +106,69 @@ private Q_SLOTS:
         QVERIFY(view);
         const QRectF shown = plotOf(*view)->currentViewRect();
         VugScene empty(3);
-        view->setScene(&empty, _datasets.get());
+        view->setScene(&empty, _data.datasets.get());
         QCOMPARE(plotOf(*view)->currentViewRect(), shown);
         QCOMPARE(view->getZoomArea(), AREA);
 
         auto doomed = std::make_unique<VugScene>(4);
         doomed->setItems(_scene->items());
-        view->setScene(doomed.get(), _datasets.get());
+        view->setScene(doomed.get(), _data.datasets.get());
         doomed.reset();
         view->resize(260, 180);
         QTest::mouseDClick(surfaceAt(*view, QPointF(20, 20)), Qt::LeftButton, {}, QPoint(20, 20));
         QVERIFY(view->getZoomArea().isValid());
     }
 
-    void cursorShowsWhatCanBeGrabbed_data()
-    {
-        QTest::addColumn<QRectF>("area");
-        QTest::addColumn<QPoint>("offset"); // pixels from the area's centre
-        QTest::addColumn<bool>("pressed");
-        QTest::addColumn<Qt::CursorShape>("cursor");
-        QTest::newRow("hover inside") << AREA << QPoint(12, -8) << false << Qt::OpenHandCursor;
-        QTest::newRow("hover outside") << AREA << QPoint(40, 0) << false << Qt::ArrowCursor;
-        QTest::newRow("pressed inside") << AREA << QPoint(0, 0) << true << Qt::ClosedHandCursor;
-        QTest::newRow("pressed outside") << AREA << QPoint(0, 40) << true << Qt::ArrowCursor;
-        QTest::newRow("tiny area still grabbable") << QRectF(250, 250, 0.5, 0.5) << QPoint(2, 2) << false
-                                                   << Qt::OpenHandCursor;
-    }
-    void cursorShowsWhatCanBeGrabbed()
-    {
-        QFETCH(QRectF, area);
-        QFETCH(QPoint, offset);
-        QFETCH(bool, pressed);
-        QFETCH(Qt::CursorShape, cursor);
-        auto view = makeOverview();
-        QVERIFY(view);
-        view->setZoomArea(area);
-        const QPoint at = areaCentre(*view) + offset;
-        QWidget* surface = surfaceAt(*view, at);
-        moveMouse(surface, at, Qt::NoButton);
-        if (pressed)
-            QTest::mousePress(surface, Qt::LeftButton, {}, at);
-        QCOMPARE(surface->cursor().shape(), cursor);
-    }
-
+    // The cursor shows what can be grabbed, before and during the drag.
     void dragMovesTheRectangle_data()
     {
-        QTest::addColumn<QPoint>("grab"); // pixels from the area's centre
-        QTest::addColumn<QPoint>("delta");
-        QTest::addColumn<int>("emissions");
-        QTest::newRow("right and down") << QPoint(0, 0) << QPoint(30, 20) << 1;
-        QTest::newRow("grabbed off-centre, up and left") << QPoint(14, -10) << QPoint(-45, -25) << 1;
-        QTest::newRow("zero-length drag") << QPoint(0, 0) << QPoint(0, 0) << 0;
-        QTest::newRow("pressed outside") << QPoint(0, 50) << QPoint(30, 0) << 0;
+        // grab: pixels from the area's centre
+        MapTest::addColumns<QRectF, QPoint, QPoint, int>({"area", "grab", "delta", "emissions"});
+        QTest::newRow("right and down") << AREA << QPoint(0, 0) << QPoint(30, 20) << 1;
+        QTest::newRow("grabbed off-centre, up and left") << AREA << QPoint(14, -10) << QPoint(-45, -25) << 1;
+        QTest::newRow("zero-length drag, announced all the same") << AREA << QPoint(0, 0) << QPoint(0, 0) << 1;
+        QTest::newRow("tiny area still grabbable") << QRectF(250, 250, 0.5, 0.5) << QPoint(2, 2) << QPoint(10, 0) << 1;
+        QTest::newRow("pressed outside") << AREA << QPoint(0, 50) << QPoint(30, 0) << 0;
     }
     void dragMovesTheRectangle()
     {
-        QFETCH(QPoint, grab);
-        QFETCH(QPoint, delta);
-        QFETCH(int, emissions);
+        auto [area, grab, delta, emissions] = MapTest::fetch<QRectF, QPoint, QPoint, int>({"area", "grab", "delta", "emissions"});
         auto view = makeOverview();
         QVERIFY(view);
+        view->setZoomArea(area);
         QSignalSpy moved(view.get(), &Vwv2DOverView::zoomAreaChanged);
         const QPoint from = areaCentre(*view) + grab;
         QWidget* surface = surfaceAt(*view, from);
+        MapTest::moveMouse(surface, from);
+        QCOMPARE(surface->cursor().shape(), emissions ? Qt::OpenHandCursor : Qt::ArrowCursor);
         QTest::mousePress(surface, Qt::LeftButton, {}, from);
-        moveMouse(surface, from + delta / 2, Qt::LeftButton);
-        moveMouse(surface, from + delta, Qt::LeftButton);
-        if (surface->cursor().shape() == Qt::ClosedHandCursor)
-            view->setZoomArea(QRectF(0, 0, 10, 10)); // the main map's zoom loses to the drag
+        QCOMPARE(surface->cursor().shape(), emissions ? Qt::ClosedHandCursor : Qt::ArrowCursor);
+        MapTest::moveMouse(surface, from + delta / 2, Qt::LeftButton);
+        MapTest::moveMouse(surface, from + delta, Qt::LeftButton);
+        view->setZoomArea(QRectF(0, 0, 10, 10)); // the main map's zoom loses to a drag
         QTest::mouseRelease(surface, Qt::LeftButton, {}, from + delta);
 
         QCOMPARE(moved.count(), emissions);
         const double perPixel = plotOf(*view)->getFactorPixelToSize();
-        const QRectF expected = emissions ? AREA.translated(delta.x() * perPixel, -delta.y() * perPixel) : AREA;
+        const QRectF expected = emissions ? area.translated(delta.x() * perPixel, -delta.y() * perPixel) : QRectF(0, 0, 10, 10);
         const QRectF got = view->getZoomArea();
-        QVERIFY2(near(got.center(), expected.center(), perPixel), qPrintable(describe(got)));
-        QVERIFY(qFuzzyCompare(got.width(), AREA.width()) && qFuzzyCompare(got.height(), AREA.height()));
+        QVERIFY2(MapTest::near(got.center(), expected.center(), perPixel), MapTest::describe(got));
+        QVERIFY(qFuzzyCompare(got.width(), expected.width()) && qFuzzyCompare(got.height(), expected.height()));
         if (emissions)
             QCOMPARE(moved.last().at(0).toRectF(), got);
     }
 
     void doubleClickCentres_data()
     {
-        QTest::addColumn<QPoint>("offset"); // pixels from the area's centre
-        QTest::newRow("on the rectangle") << QPoint(6, 4);
-        QTest::newRow("elsewhere") << QPoint(-60, 45);
+        // offset: pixels from the area's centre
+        MapTest::addColumns<QPoint, int>({"offset", "emissions"});
+        // The first click on the rectangle is a drag of no length, announced as any drag.
+        QTest::newRow("on the rectangle") << QPoint(6, 4) << 2;
+        QTest::newRow("elsewhere") << QPoint(-60, 45) << 1;
     }
     void doubleClickCentres()
     {
-        QFETCH(QPoint, offset);
+        auto [offset, emissions] = MapTest::fetch<QPoint, int>({"offset", "emissions"});
         auto view = makeOverview();
         QVERIFY(view);
         QSignalSpy moved(view.get(), &Vwv2DOverView::zoomAreaChanged);
@@ -242,16 +178,16 @@ private Q_SLOTS:
         QTest::mouseClick(surface, Qt::LeftButton, {}, at);
         QTest::mouseDClick(surface, Qt::LeftButton, {}, at);
         QTest::mouseRelease(surface, Qt::LeftButton, {}, at);
-        QCOMPARE(moved.count(), 1);
+        QCOMPARE(moved.count(), emissions);
         const QRectF got = moved.last().at(0).toRectF();
-        QVERIFY(near(got.center(), plotOf(*view)->pixelToView(QPointF(at)), plotOf(*view)->getFactorPixelToSize()));
+        QVERIFY(MapTest::near(got.center(), plotOf(*view)->pixelToView(QPointF(at)), plotOf(*view)->getFactorPixelToSize()));
         QCOMPARE(got.size(), AREA.size());
     }
 
     void arrowKeysMoveTheRectangle_data()
     {
-        QTest::addColumn<int>("key");
-        QTest::addColumn<QPoint>("direction"); // on screen
+        // direction: on screen
+        MapTest::addColumns<int, QPoint>({"key", "direction"});
         QTest::newRow("left") << int(Qt::Key_Left) << QPoint(-1, 0);
         QTest::newRow("right") << int(Qt::Key_Right) << QPoint(1, 0);
         QTest::newRow("up") << int(Qt::Key_Up) << QPoint(0, -1);
@@ -260,8 +196,7 @@ private Q_SLOTS:
     }
     void arrowKeysMoveTheRectangle()
     {
-        QFETCH(int, key);
-        QFETCH(QPoint, direction);
+        auto [key, direction] = MapTest::fetch<int, QPoint>({"key", "direction"});
         auto view = makeOverview();
         QVERIFY(view);
         view->activateWindow();
@@ -303,8 +238,7 @@ private Q_SLOTS:
 
     void rectangleIsDrawnWhereTheAreaMaps_data()
     {
-        QTest::addColumn<QSize>("size");
-        QTest::addColumn<QRectF>("area");
+        MapTest::addColumns<QSize, QRectF>({"size", "area"});
         QTest::newRow("as shown") << QSize(200, 200) << AREA;
         QTest::newRow("after a resize") << QSize(340, 180) << AREA;
         QTest::newRow("larger than at first") << QSize(900, 900) << AREA;
@@ -323,20 +257,13 @@ private Q_SLOTS:
         const QImage image = view->grab().toImage();
         const QPoint origin = plotOf(*view)->canvas()->mapTo(view.get(), QPoint(0, 0));
         const QRectF r = plotOf(*view)->viewToPixel(area).translated(origin);
-        // Counts border-coloured pixels within 3 pixels of a point.
+        // Border-coloured pixels within 3 pixels of a point.
         const auto borderAround = [&](const QPointF& p) {
-            int count = 0;
-            for (int dx = -3; dx <= 3; ++dx)
-                for (int dy = -3; dy <= 3; ++dy) {
-                    const QColor c = image.pixelColor(p.toPoint() + QPoint(dx, dy));
-                    count += qAbs(c.red() - border.red()) + qAbs(c.green() - border.green())
-                                 + qAbs(c.blue() - border.blue()) < 24;
-                }
-            return count;
+            return ImageChecks::countNear(image.copy(QRect(p.toPoint() - QPoint(3, 3), QSize(7, 7))), border);
         };
         for (const QPointF& side : {QPointF(r.left(), r.center().y()), QPointF(r.right(), r.center().y()),
                                     QPointF(r.center().x(), r.top()), QPointF(r.center().x(), r.bottom())})
-            QVERIFY2(borderAround(side) > 0, qPrintable(describe(side)));
+            QVERIFY2(borderAround(side) > 0, qPrintable(QStringLiteral("%1, %2").arg(side.x()).arg(side.y())));
         QCOMPARE(borderAround(r.center() + QPointF(r.width() / 2 + 12, 0)), 0);
     }
 };

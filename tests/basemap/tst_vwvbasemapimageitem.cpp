@@ -2,32 +2,30 @@
 // large (the kept image shown moved until the new one comes), at full quality for exports,
 // and never delivered to an item that is gone. The point renderer's picks go to its set.
 
+#include "ImageChecks.h"
+#include "MapTestKit.h"
 #include "MessageCatcher.h"
+#include <KbeError.h>
 #include <VsdPointSet.h>
-#include <VwqBasemapPlot.h>
-#include <VwqPlotZoomer.h>
 #include <VwvBasemapImageItem.h>
 #include <VwvBasemapRenderer.h>
 
 #include <qwt_plot_renderer.h>
 
-#include <KbbDebug.h>
-#include <KbeError.h>
-
 #include <QSemaphore>
-#include <QtTest>
-#include <memory>
 
 namespace {
 
 // Paints a filled square of map units [40, 60] x [40, 60], claiming to be costly so that
-// the item draws it on a worker thread; it may be held at a gate.
+// the item draws it on a worker thread unless told otherwise; it may be held at a gate,
+// and may fail every drawing.
 class SquareRenderer : public VwvIBasemapRenderer
 {
 public:
-    explicit SquareRenderer(QRgb color, QSemaphore* gate = nullptr)
-        : _color(color)
-        , _gate(gate)
+    enum Failure { NONE, OURS, STANDARD };
+    explicit SquareRenderer(QRgb color, QSemaphore* gate = nullptr, Failure failure = NONE,
+                            qint64 cost = VwvBasemapImageItem::SYNCHRONOUS_COST * 10)
+        : _color(color), _gate(gate), _failure(failure), _cost(cost)
     {
     }
     QRectF boundingRect() const override { return QRectF(0, 0, 100, 100); }
@@ -36,10 +34,14 @@ public:
         if (_gate)
             _gate->acquire();
         ++renders;
-        const QRectF pixels = QRectF(QPointF(x.transform(40), y.transform(60)), QPointF(x.transform(60), y.transform(40)));
-        QPainter(&image).fillRect(pixels, QColor(_color));
+        if (_failure == STANDARD)
+            throw std::runtime_error("disk on fire");
+        if (_failure == OURS)
+            throw KbeError(QStringLiteral("the grid file is damaged"));
+        QPainter(&image).fillRect(QRectF(QPointF(x.transform(40), y.transform(60)), QPointF(x.transform(60), y.transform(40))),
+                                  QColor(_color));
     }
-    qint64 renderCost() const override { return VwvBasemapImageItem::SYNCHRONOUS_COST * 10; }
+    qint64 renderCost() const override { return _cost; }
     int pointToRank(const QPointF&, double) const override { return -1; }
     KbiIntervalIntSmallDisjoint rectangleToRank(const QRectF&) const override { return {}; }
     KbiIntervalIntSmallDisjoint polygonToRanks(const QPolygonF&) const override { return {}; }
@@ -49,30 +51,8 @@ public:
 private:
     QRgb _color;
     QSemaphore* _gate;
-};
-
-// Fails every drawing, on the spot or on a worker thread.
-class FailingRenderer : public SquareRenderer
-{
-public:
-    explicit FailingRenderer(qint64 cost, bool standard)
-        : SquareRenderer(0)
-        , _cost(cost)
-        , _standard(standard)
-    {
-    }
-    void render(QImage&, const QwtScaleMap&, const QwtScaleMap&) const override
-    {
-        ++renders;
-        if (_standard)
-            throw std::runtime_error("disk on fire");
-        throw KbeError(QStringLiteral("the grid file is damaged"));
-    }
-    qint64 renderCost() const override { return _cost; }
-
-private:
+    Failure _failure;
     qint64 _cost;
-    bool _standard;
 };
 
 struct Map
@@ -89,13 +69,12 @@ struct Map
         QVERIFY(QTest::qWaitForWindowExposed(&plot));
         plot.zoomer()->resetZoom(QRectF(0, 0, 100, 100));
     }
-
-    QRgb at(const QPointF& mapPoint)
+    void show(std::shared_ptr<VwvIBasemapRenderer> renderer)
     {
-        const QImage image = plot.canvas()->grab().toImage();
-        const QPointF pixel = plot.viewToPixel(mapPoint);
-        return image.pixel(pixel.toPoint());
+        item->setRenderer(std::move(renderer));
+        plot.replot();
     }
+    QRgb at(const QPointF& mapPoint) { return plot.canvas()->grab().toImage().pixel(plot.viewToPixel(mapPoint).toPoint()); }
 };
 
 } // namespace
@@ -114,8 +93,7 @@ private Q_SLOTS:
         style.size = 7;
         style.color = qRgb(200, 0, 0);
         Map map;
-        map.item->setRenderer(std::make_shared<VwvBasemapRenderer>(points, QString(), VugColorScale::rainbow(), style));
-        map.plot.replot();
+        map.show(std::make_shared<VwvBasemapRenderer>(points, QString(), VugColorScale::rainbow(), style));
         QVERIFY(!map.item->isRendering());
         QCOMPARE(map.at(QPointF(50, 50)), qRgb(200, 0, 0));
         QCOMPARE(map.item->boundingRect(), QRectF(50, 50, 0, 0));
@@ -125,11 +103,9 @@ private Q_SLOTS:
     {
         Map map;
         auto renderer = std::make_shared<SquareRenderer>(qRgb(0, 0, 255));
-        map.item->setRenderer(renderer);
-        map.plot.replot();
+        map.show(renderer);
         QTRY_VERIFY(!map.item->isRendering());
         QTRY_COMPARE(map.at(QPointF(50, 50)), qRgb(0, 0, 255));
-
         // Zoomed out twice as far: the kept image shows at once, scaled, then the new one.
         const int before = renderer->renders;
         map.plot.zoomer()->zoom(QRectF(-50, -50, 200, 200));
@@ -146,14 +122,10 @@ private Q_SLOTS:
         map.item->setRenderer(std::make_shared<SquareRenderer>(qRgb(0, 128, 0)));
         QImage image(400, 400, QImage::Format_ARGB32_Premultiplied);
         image.fill(Qt::white);
-        QwtPlotRenderer renderer;
         QPainter painter(&image);
-        renderer.render(&map.plot, &painter, QRectF(0, 0, 400, 400));
+        QwtPlotRenderer().render(&map.plot, &painter, QRectF(0, 0, 400, 400));
         painter.end();
-        int green = 0;
-        for (int y = 0; y < image.height(); ++y)
-            for (int x = 0; x < image.width(); ++x)
-                green += image.pixel(x, y) == qRgb(0, 128, 0);
+        const int green = ImageChecks::countNear(image, QColor(0, 128, 0));
         QVERIFY2(green > 1000, qPrintable(QString::number(green)));
     }
 
@@ -161,8 +133,7 @@ private Q_SLOTS:
     {
         QSemaphore gate;
         auto map = std::make_unique<Map>();
-        map->item->setRenderer(std::make_shared<SquareRenderer>(qRgb(1, 2, 3), &gate));
-        map->plot.replot();
+        map->show(std::make_shared<SquareRenderer>(qRgb(1, 2, 3), &gate));
         QTRY_VERIFY(map->item->isRendering());
         map.reset(); // the plot deletes its items
         gate.release();
@@ -170,18 +141,21 @@ private Q_SLOTS:
         QCoreApplication::processEvents(); // a stray delivery would crash here
     }
 
-    void aLateDrawingOfAnOldRendererIsDropped()
+    void newRenderersReplaceTheOldPictureInTurn()
     {
         QSemaphore gate;
         Map map;
-        map.item->setRenderer(std::make_shared<SquareRenderer>(qRgb(9, 9, 9), &gate));
-        map.plot.replot();
+        map.show(std::make_shared<SquareRenderer>(qRgb(0, 0, 255)));
+        QTRY_COMPARE(map.at(QPointF(50, 50)), qRgb(0, 0, 255));
+        // While the new drawing is held, the map shows the old one rather than nothing.
+        map.show(std::make_shared<SquareRenderer>(qRgb(200, 0, 0), &gate));
         QTRY_VERIFY(map.item->isRendering());
-        map.item->setRenderer(std::make_shared<SquareRenderer>(qRgb(0, 200, 200)));
-        map.plot.replot();
+        QCOMPARE(map.at(QPointF(50, 50)), qRgb(0, 0, 255));
+        // A third renderer meanwhile, drawn on the spot: the held drawing, finished late, is
+        // not shown over it.
+        map.show(std::make_shared<SquareRenderer>(qRgb(0, 200, 200), nullptr, SquareRenderer::NONE, 10));
         gate.release();
         QTRY_COMPARE(map.at(QPointF(50, 50)), qRgb(0, 200, 200));
-        // The first drawing, finished late, is not shown over it.
         QThreadPool::globalInstance()->waitForDone();
         QCoreApplication::processEvents();
         QCOMPARE(map.at(QPointF(50, 50)), qRgb(0, 200, 200));
@@ -189,26 +163,20 @@ private Q_SLOTS:
 
     void drawingErrorsAreReportedOnce_data()
     {
-        QTest::addColumn<qint64>("cost");
-        QTest::addColumn<bool>("standard");
-        QTest::addColumn<QString>("message");
-        QTest::newRow("on the spot") << qint64(10) << false << "Error while drawing layer 'layer': the grid file is damaged";
-        QTest::newRow("on a worker") << VwvBasemapImageItem::SYNCHRONOUS_COST * 10 << true
+        MapTest::addColumns<qint64, int, QString>({"cost", "failure", "message"});
+        QTest::newRow("on the spot") << qint64(10) << int(SquareRenderer::OURS)
+                                     << "Error while drawing layer 'layer': the grid file is damaged";
+        QTest::newRow("on a worker") << VwvBasemapImageItem::SYNCHRONOUS_COST * 10 << int(SquareRenderer::STANDARD)
                                      << "Error while drawing layer 'layer': std::exception: disk on fire";
     }
-
     void drawingErrorsAreReportedOnce()
     {
-        QFETCH(qint64, cost);
-        QFETCH(bool, standard);
-        QFETCH(QString, message);
+        auto [cost, failure, message] = MapTest::fetch<qint64, int, QString>({"cost", "failure", "message"});
         MessageCatcher caught;
-        QStringList& warnings = caught.warnings;
         Map map;
-        auto failing = std::make_shared<FailingRenderer>(cost, standard);
-        map.item->setRenderer(failing);
-        map.plot.replot();
-        QTRY_COMPARE(warnings.size(), 1);
+        auto failing = std::make_shared<SquareRenderer>(0, nullptr, SquareRenderer::Failure(failure), cost);
+        map.show(failing);
+        QTRY_COMPARE(caught.warnings.size(), 1);
         QTRY_VERIFY(!map.item->isRendering());
         QCoreApplication::processEvents();
         // Replots of the same view do not try again, nor repeat the message.
@@ -219,43 +187,23 @@ private Q_SLOTS:
         QCOMPARE(int(failing->renders), tries);
         QVERIFY(map.at(QPointF(50, 50)) != qRgb(0, 0, 0));
         // A working renderer draws again.
-        map.item->setRenderer(std::make_shared<SquareRenderer>(qRgb(0, 0, 255)));
-        map.plot.replot();
+        map.show(std::make_shared<SquareRenderer>(qRgb(0, 0, 255)));
         QTRY_COMPARE(map.at(QPointF(50, 50)), qRgb(0, 0, 255));
         caught.stop();
-        QCOMPARE(warnings, QStringList{message});
-    }
-
-    void theOldPictureStandsInForANewRenderer()
-    {
-        QSemaphore gate;
-        Map map;
-        map.item->setRenderer(std::make_shared<SquareRenderer>(qRgb(0, 0, 255)));
-        map.plot.replot();
-        QTRY_COMPARE(map.at(QPointF(50, 50)), qRgb(0, 0, 255));
-        // While the new drawing is held, the map shows the old one rather than nothing.
-        map.item->setRenderer(std::make_shared<SquareRenderer>(qRgb(200, 0, 0), &gate));
-        map.plot.replot();
-        QTRY_VERIFY(map.item->isRendering());
-        QCOMPARE(map.at(QPointF(50, 50)), qRgb(0, 0, 255));
-        gate.release();
-        QTRY_COMPARE(map.at(QPointF(50, 50)), qRgb(200, 0, 0));
+        QCOMPARE(caught.warnings, QStringList{message});
     }
 
     void sharpOnHighDpiScreens_data()
     {
-        QTest::addColumn<qreal>("ratio");
-        QTest::addColumn<int>("dotSize");
+        MapTest::addColumns<qreal, int>({"ratio", "dotSize"});
         QTest::newRow("ordinary screen, 5-pixel symbol") << qreal(1) << 5;
         QTest::newRow("double density, 5-pixel symbol") << qreal(2) << 5;
         QTest::newRow("double density, one-pixel dot") << qreal(2) << 1;
         QTest::newRow("one and a half") << qreal(1.5) << 5;
     }
-
     void sharpOnHighDpiScreens()
     {
-        QFETCH(qreal, ratio);
-        QFETCH(int, dotSize);
+        auto [ratio, dotSize] = MapTest::fetch<qreal, int>({"ratio", "dotSize"});
         // A screen's backing store: a pixmap of that many device pixels per logical pixel.
         QPixmap screen(QSize(100, 100) * ratio);
         screen.setDevicePixelRatio(ratio);
@@ -266,41 +214,20 @@ private Q_SLOTS:
         style.size = dotSize;
         VwvBasemapImageItem item;
         item.setRenderer(std::make_shared<VwvBasemapRenderer>(one, QString(), VugColorScale::rainbow(), style));
-        QwtScaleMap x, y;
-        x.setScaleInterval(0, 100);
-        x.setPaintInterval(0, 100);
-        y.setScaleInterval(0, 100);
-        y.setPaintInterval(100, 0);
+        const MapTest::Canvas maps;
         QPainter painter(&screen);
-        item.draw(&painter, x, y, QRectF(0, 0, 100, 100));
+        item.draw(&painter, maps.xMap, maps.yMap, QRectF(0, 0, 100, 100));
         painter.end();
         const QImage image = screen.toImage();
-        int marked = 0;
-        for (int j = 0; j < image.height(); ++j)
-            for (int i = 0; i < image.width(); ++i)
-                marked += image.pixel(i, j) != qRgb(255, 255, 255);
+        const int marked = ImageChecks::count(image, [](QRgb p) { return p != qRgb(255, 255, 255); });
         // The symbol keeps its logical size, in as many device pixels as the screen has; a
         // dot stays one device pixel.
         const double across = std::lround(dotSize * ratio);
         const int expected = dotSize == 1 ? 1 : int(std::lround(M_PI * across * across / 4.0));
-        QVERIFY2(qAbs(marked - expected) <= expected / 4 + 1,
-                 qPrintable(QStringLiteral("%1 pixels marked, %2 expected").arg(marked).arg(expected)));
+        QVERIFY2(qAbs(marked - expected) <= expected / 4 + 1, qPrintable(QStringLiteral("%1 pixels marked, %2 expected").arg(marked).arg(expected)));
         // Centred on the sample, in device pixels.
         const QPoint centre(int(50 * ratio), int(50 * ratio));
         QVERIFY(image.pixel(centre) != qRgb(255, 255, 255) || image.pixel(centre - QPoint(1, 1)) != qRgb(255, 255, 255));
-    }
-
-    void pointPicksGoToTheSet()
-    {
-        VsdPointSet points;
-        points.append(10, 10);
-        points.append(20, 20);
-        points.append(30, 30);
-        VwvBasemapRenderer renderer(points);
-        QCOMPARE(renderer.pointToRank(QPointF(19, 19), 2.0), 1);
-        QCOMPARE(renderer.pointToRank(QPointF(25, 25), 2.0), -1);
-        QCOMPARE(renderer.rectangleToRank(QRectF(5, 5, 20, 20)).toList(), (QVector<int>{0, 1}));
-        QCOMPARE(renderer.polygonToRanks(QPolygonF({{0, 0}, {40, 0}, {40, 40}})).toList(), (QVector<int>{0, 1, 2}));
     }
 };
 

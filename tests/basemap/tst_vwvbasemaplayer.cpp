@@ -2,21 +2,23 @@
 // converted between the view's and the dataset's coordinate systems, snapping, the plot
 // item following the layer's title, visibility and z, gone with either side, and sample
 // selection: the four ways to mask, bad ranks, the ring drawn on the map, and layers that
-// cannot select.
+// cannot select. The layers of a scene follow the dataset store: a layer's selection kept in
+// its point set (shown by the other layers of the set and by a second plot's, still there
+// when the layer is rebuilt or the store reloaded), a replaced dataset redrawing only the
+// layers that draw it, a removed one leaving its items without a layer until it comes back.
 
+#include "ImageChecks.h"
+#include "MapTestData.h"
+#include "MapTestKit.h"
 #include <VsdPointSet.h>
 #include <VsdPolygonSet.h>
-#include <VwqBasemapPlot.h>
-#include <VwqPlotZoomer.h>
+#include <VugERendering.h>
+#include <VugScene.h>
 #include <VwvBasemapImageItem.h>
 #include <VwvBasemapLayer.h>
 #include <VwvBasemapRenderer.h>
 #include <VwvBasemapRendererPolygon.h>
-
-#include <qwt_plot_canvas.h>
-
-#include <QtTest>
-#include <memory>
+#include <VwvBasemapSceneLayers.h>
 
 namespace {
 
@@ -29,34 +31,54 @@ std::shared_ptr<VwvBasemapRenderer> points(const QVector<QPointF>& at, const QVe
     return std::make_shared<VwvBasemapRenderer>(set);
 }
 
-// Pixels of the colour within two pixels of where the map point is shown.
-int pixelsNear(VwqBasemapPlot& plot, const QPointF& mapPoint, QRgb color)
+// Pixels of the selection colour within two pixels of where the map point is shown.
+int ringNear(VwqBasemapPlot& plot, const QPointF& mapPoint)
 {
-    const QImage image = plot.canvas()->grab().toImage();
     const QPoint centre = plot.viewToPixel(mapPoint).toPoint();
-    int n = 0;
-    for (int y = centre.y() - 2; y <= centre.y() + 2; ++y)
-        for (int x = centre.x() - 2; x <= centre.x() + 2; ++x) {
-            const QRgb p = image.valid(x, y) ? image.pixel(x, y) : 0;
-            n += std::abs(qRed(p) - qRed(color)) <= 4 && std::abs(qGreen(p) - qGreen(color)) <= 4
-                && std::abs(qBlue(p) - qBlue(color)) <= 4;
-        }
-    return n;
+    const QImage around = plot.canvas()->grab().toImage().copy(QRect(centre - QPoint(2, 2), QSize(5, 5)));
+    return ImageChecks::countNear(around, QColor(VwvPointRasterizer::Style().selectionColor), 4);
 }
 
-// A plot whose canvas is exactly 400 x 400 pixels, showing `view`.
-std::unique_ptr<VwqBasemapPlot> makePlot(const QRectF& view)
+// count samples on the diagonal from (start, start), one unit apart, with a "Thickness".
+VsdPointSet diagonal(double start, int count)
 {
-    auto plot = std::make_unique<VwqBasemapPlot>();
-    for (int axis = 0; axis < QwtPlot::axisCnt; ++axis)
-        plot->enableAxis(axis, false);
-    plot->canvas()->setFixedSize(400, 400);
-    plot->show();
-    if (!QTest::qWaitForWindowExposed(plot.get()))
-        return nullptr;
-    plot->zoomer()->resetZoom(view);
-    return plot;
+    VsdPointSet set;
+    for (int i = 0; i < count; ++i)
+        set.append(start + i, start + i);
+    QVector<double> thickness(count, 2.0);
+    set.addVariable(QStringLiteral("Thickness"), thickness);
+    return set;
 }
+
+// A project holding a (samples 0..4), b (10..12) and c (20..21), and a scene whose items
+// X, Y, Z draw the given keys, laid out on a plot.
+struct World
+{
+    MapTestData data;
+    std::unique_ptr<VugDatasetStore>& store = data.datasets;
+    VugScene scene{1};
+    VwqBasemapPlot plot;
+    VwvBasemapSceneLayers layers{&plot};
+
+    explicit World(const QStringList& keys)
+    {
+        store->setPointSet(QStringLiteral("a"), diagonal(0, 5));
+        store->setPointSet(QStringLiteral("b"), diagonal(10, 3));
+        store->setPointSet(QStringLiteral("c"), diagonal(20, 2));
+        const QStringList ids = {QStringLiteral("x"), QStringLiteral("y"), QStringLiteral("z")};
+        for (int i = 0; i < keys.size(); ++i)
+            scene.appendItem(VugSceneItem(ids.at(i), ids.at(i).toUpper(), VugERendering::POINTS, keys.at(i)));
+        layers.setScene(&scene, store.get());
+    }
+
+    QList<double> zOrder() const
+    {
+        QList<double> z;
+        for (int rank = 0; rank < layers.count(); ++rank)
+            z << (layers.getLayer(rank) ? layers.getLayer(rank)->getZ() : -1.0);
+        return z;
+    }
+};
 
 } // namespace
 
@@ -67,9 +89,7 @@ class TestVwvBasemapLayer : public QObject
 private Q_SLOTS:
     void picksWithinEightPixels_data()
     {
-        QTest::addColumn<QRectF>("view");
-        QTest::addColumn<QPointF>("click");
-        QTest::addColumn<int>("rank");
+        MapTest::addColumns<QRectF, QPointF, int>({"view", "click", "rank"});
 
         // 400 pixels over 100 units: 8 pixels are 2 units.
         QTest::newRow("1.4 units away, picked") << QRectF(0, 0, 100, 100) << QPointF(51, 51) << 1;
@@ -81,11 +101,9 @@ private Q_SLOTS:
     }
     void picksWithinEightPixels()
     {
-        QFETCH(QRectF, view);
-        QFETCH(QPointF, click);
-        QFETCH(int, rank);
+        auto [view, click, rank] = MapTest::fetch<QRectF, QPointF, int>({"view", "click", "rank"});
 
-        auto plot = makePlot(view);
+        auto plot = MapTest::showPlot(view);
         QVERIFY(plot);
         VwvBasemapLayer layer(plot.get(), points({{10, 10}, {50, 50}, {45, 45}}));
         QCOMPARE(layer.pointToRank(click), rank);
@@ -94,7 +112,7 @@ private Q_SLOTS:
     void picksAreConvertedToTheDatasetsSystem()
     {
         // The view in kilometres, the samples in metres.
-        auto plot = makePlot(QRectF(0, 0, 20, 20));
+        auto plot = MapTest::showPlot(QRectF(0, 0, 20, 20));
         VwvBasemapLayer layer(plot.get(), points({{10000, 10000}, {15000, 12000}}));
         layer.setCoordinateSystems(VuuCoordSystem::local(KbuUnit::fromKey(QStringLiteral("km"))),
                                    VuuCoordSystem::local(KbuUnit::fromKey(QStringLiteral("m"))));
@@ -119,7 +137,7 @@ private Q_SLOTS:
 
     void thePlotItemFollowsTheLayer()
     {
-        auto plot = makePlot(QRectF(0, 0, 100, 100));
+        auto plot = MapTest::showPlot(QRectF(0, 0, 100, 100));
         auto layer = std::make_unique<VwvBasemapLayer>(plot.get(), points({{10, 10}}));
         VwvBasemapImageItem* item = layer->getPlotItem();
         QCOMPARE(item->plot(), plot.get());
@@ -147,13 +165,8 @@ private Q_SLOTS:
 
     void mask_data()
     {
-        QTest::addColumn<QVector<int>>("before");
         // One rank goes through mask(int), any other count through the set.
-        QTest::addColumn<QVector<int>>("ranks");
-        QTest::addColumn<int>("flag");
-        QTest::addColumn<QString>("after");
-        QTest::addColumn<int>("emitted");
-        QTest::addColumn<bool>("warns");
+        MapTest::addColumns<QVector<int>, QVector<int>, int, QString, int, bool>({"before", "ranks", "flag", "after", "emitted", "warns"});
 
         using V = QVector<int>;
         QTest::newRow("select one") << V{} << V{2} << int(Vu::SELECT) << "2" << 1 << false;
@@ -207,20 +220,17 @@ private Q_SLOTS:
 
     void theSelectedSampleIsRingedOnTheMap()
     {
-        const QRgb ring = VwvPointRasterizer::Style().selectionColor;
-        auto plot = makePlot(QRectF(0, 0, 100, 100));
+        auto plot = MapTest::showPlot(QRectF(0, 0, 100, 100));
         QVERIFY(plot);
         VwvBasemapLayer layer(plot.get(), points({{30.5, 50.5}, {60.5, 50.5}}));
         layer.setZ(1.0); // over the grid
         plot->replot();
-        QCOMPARE(pixelsNear(*plot, QPointF(60.5, 50.5), ring), 0);
-
+        QCOMPARE(ringNear(*plot, QPointF(60.5, 50.5)), 0);
         layer.mask(1, Vu::SELECT);
-        QVERIFY(pixelsNear(*plot, QPointF(60.5, 50.5), ring) >= 6);
-        QCOMPARE(pixelsNear(*plot, QPointF(30.5, 50.5), ring), 0);
-
+        QVERIFY(ringNear(*plot, QPointF(60.5, 50.5)) >= 6);
+        QCOMPARE(ringNear(*plot, QPointF(30.5, 50.5)), 0);
         layer.clearSelection();
-        QCOMPARE(pixelsNear(*plot, QPointF(60.5, 50.5), ring), 0);
+        QCOMPARE(ringNear(*plot, QPointF(60.5, 50.5)), 0);
     }
 
     void aLayerThatCannotSelectIgnoresMasks()
@@ -246,6 +256,109 @@ private Q_SLOTS:
         QSignalSpy leftChanged(&left, &VwvBasemapLayer::sampleSelectionChanged);
         left.mask(0, Vu::SELECT);
         QCOMPARE(leftChanged.count(), 0);
+    }
+
+    void theSelectionIsKeptInThePointSet()
+    {
+        World w({QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("a")});
+        VwqBasemapPlot overviewPlot;
+        VwvBasemapSceneLayers overview(&overviewPlot);
+        overview.setScene(&w.scene, w.store.get());
+        QSignalSpy selection(&w.layers, &VwvBasemapSceneLayers::selectionChanged);
+        QSignalSpy rebuilt(&w.layers, &VwvBasemapSceneLayers::layersChanged);
+        QSignalSpy stored(w.store.get(), &VugDatasetStore::datasetChanged);
+        const QPointer<VwvBasemapLayer> x = w.layers.getLayer(0);
+        const QPointer<VwvBasemapLayer> y = w.layers.getLayer(1);
+        const QPointer<VwvBasemapLayer> z = w.layers.getLayer(2);
+
+        x->mask(KbiIntervalIntSmallDisjoint(1, 2), Vu::SELECT);
+        QCOMPARE(w.store->pointSet(QStringLiteral("a"))->selection().toString(), QStringLiteral("1-2"));
+        QCOMPARE(selection.count(), 1);
+        QCOMPARE(stored.count(), 1);
+        // The layer that was masked stays; Z, drawing the same set, is redrawn with it.
+        QCOMPARE(w.layers.getLayer(0), x.data());
+        QCOMPARE(x->getSelection().toString(), QStringLiteral("1-2"));
+        QCOMPARE(w.layers.getLayer(1), y.data());
+        QVERIFY(!z);
+        QCOMPARE(w.layers.getLayer(2)->getSelection().toString(), QStringLiteral("1-2"));
+        QCOMPARE(rebuilt.count(), 1);
+        QCOMPARE(overview.getLayer(0)->getSelection().toString(), QStringLiteral("1-2"));
+        QCOMPARE(w.zOrder(), (QList<double>{1, 2, 3}));
+
+        // Nothing new: nothing written.
+        x->mask(2, Vu::SELECT);
+        QCOMPARE(selection.count(), 1);
+        QCOMPARE(stored.count(), 1);
+
+        // A layer made again for the item reads the selection from the set.
+        QVERIFY(w.scene.setItemSource(0, QStringLiteral("a"), QStringLiteral("Thickness")));
+        QVERIFY(!x);
+        QCOMPARE(w.layers.getLayer(0)->getSelection().toString(), QStringLiteral("1-2"));
+
+        // Loading the store again puts the saved set, with its selection, back on the map.
+        w.store->save();
+        w.layers.getLayer(0)->mask(4, Vu::REPLACE);
+        QCOMPARE(w.store->pointSet(QStringLiteral("a"))->selection().toString(), QStringLiteral("4"));
+        w.store->load();
+        const KbiIntervalIntSmallDisjoint loaded = w.store->pointSet(QStringLiteral("a"))->selection();
+        QCOMPARE(loaded.toString(), QStringLiteral("1-2"));
+        QCOMPARE(w.layers.getLayer(0)->getSelection(), loaded);
+        QCOMPARE(w.layers.getLayer(2)->getSelection(), loaded);
+        QCOMPARE(w.zOrder(), (QList<double>{1, 2, 3}));
+    }
+
+    void layersFollowTheirDatasets_data()
+    {
+        // yBounds: null: Y has no layer
+        MapTest::addColumns<QStringList, bool, QRectF, int>({"events", "yRebuilt", "yBounds", "rebuilds"});
+
+        const QRectF before(10, 10, 2, 2);
+        const QRectF after(50, 50, 3, 3);
+        QTest::newRow("its set replaced") << QStringList{"set b"} << true << after << 1;
+        QTest::newRow("its set removed") << QStringList{"remove b"} << true << QRectF() << 1;
+        QTest::newRow("its set removed and put back") << QStringList{"remove b", "set b"} << true << after << 2;
+        QTest::newRow("a set no item draws") << QStringList{"set d", "remove d"} << false << before << 0;
+        QTest::newRow("another item's set replaced") << QStringList{"set c"} << false << before << 1;
+    }
+    void layersFollowTheirDatasets()
+    {
+        auto [events, yRebuilt, yBounds, rebuilds] =
+            MapTest::fetch<QStringList, bool, QRectF, int>({"events", "yRebuilt", "yBounds", "rebuilds"});
+
+        World w({QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c")});
+        w.scene.renameItem(1, QStringLiteral("Wells"));
+        w.scene.setItemActive(1, false);
+        const QPointer<VwvBasemapLayer> x = w.layers.getLayer(0);
+        const QPointer<VwvBasemapLayer> y = w.layers.getLayer(1);
+        QSignalSpy rebuilt(&w.layers, &VwvBasemapSceneLayers::layersChanged);
+
+        for (const QString& event : events) {
+            const QString key = event.section(QLatin1Char(' '), 1);
+            if (event.startsWith(QLatin1String("set"))) {
+                QVERIFY(w.store->setPointSet(key, diagonal(50, 4)));
+            } else {
+                if (key == QLatin1String("b"))
+                    QTest::ignoreMessage(QtWarningMsg, "VwvBasemapView: cannot create render layer 'Wells': The item "
+                                                       "'Wells' needs the point set 'b', which the project does not hold.");
+                QVERIFY(w.store->remove(key));
+            }
+        }
+
+        QCOMPARE(rebuilt.count(), rebuilds);
+        QCOMPARE(w.layers.getLayer(0), x.data());
+        QCOMPARE(w.layers.count(), 3);
+        QCOMPARE(!y, yRebuilt);
+        VwvBasemapLayer* layer = w.layers.getLayer(1);
+        QCOMPARE(layer != nullptr, !yBounds.isNull());
+        if (layer) {
+            QCOMPARE(layer->boundingRect(), yBounds);
+            QCOMPARE(layer->getTitle(), QStringLiteral("Wells"));
+            QVERIFY(!layer->isVisible());
+        }
+        QCOMPARE(w.zOrder(), (QList<double>{1, layer ? 2.0 : -1.0, 3}));
+        // The third layer is only made again when its own set changed.
+        const bool zOwnSet = events.contains(QStringLiteral("set c"));
+        QCOMPARE(w.layers.getLayer(2)->boundingRect(), zOwnSet ? QRectF(50, 50, 3, 3) : QRectF(20, 20, 1, 1));
     }
 };
 

@@ -1,70 +1,71 @@
-// The polygon, polyline, grid wireframe and raster renderers drawn into a small image and
-// checked at known pixels (a fill, a hole, an edge, a line, a cell's colour, a turned
-// grid), their picks, refused styles, and input that must draw nothing and not crash.
+// The renderer a scene item gets, by its rendering (and the errors for renderings the map
+// does not draw, and for a missing dataset); the polygon, polyline, grid wireframe and
+// raster renderers drawn into a small image and checked at known pixels (a fill, a hole,
+// an edge, a line, a cell's colour, a turned grid), their picks, refused styles, and
+// input that must draw nothing and not crash.
 
+#include "ImageChecks.h"
+#include "MapTestData.h"
+#include "MapTestKit.h"
 #include <KbbGlobal.h>
+#include <KbeError.h>
 #include <VsdGrid.h>
 #include <VsdPolygonSet.h>
 #include <VsdPolylineSet.h>
 #include <VugColorScale.h>
+#include <VugERendering.h>
+#include <VugSceneItem.h>
+#include <VwvBasemapRenderer.h>
+#include <VwvBasemapRendererFactory.h>
 #include <VwvBasemapRendererGridWire.h>
 #include <VwvBasemapRendererPolygon.h>
 #include <VwvBasemapRendererPolyline.h>
 #include <VwvBasemapRendererRaster.h>
 
-#include <QtTest>
-#include <cmath>
-#include <memory>
+#include <typeinfo>
 
 namespace {
 
-// 100 x 100 transparent pixels showing 0..100 by 0..100 map units, y up: the pixel (px, py)
-// shows the map point (px + 0.5, 99.5 - py).
-struct Canvas
-{
-    QImage image;
-    QwtScaleMap xMap;
-    QwtScaleMap yMap;
+using MapTest::Canvas;
 
-    explicit Canvas(QImage::Format format = QImage::Format_ARGB32_Premultiplied)
-        : image(100, 100, format)
-    {
-        image.fill(Qt::transparent);
-        xMap.setScaleInterval(0, 100);
-        xMap.setPaintInterval(0, 100);
-        yMap.setScaleInterval(0, 100);
-        yMap.setPaintInterval(100, 0);
-    }
-    void draw(const VwvIBasemapRenderer& renderer) { renderer.render(image, xMap, yMap); }
-    // Not premultiplied, whatever the format.
-    QRgb pixel(int x, int y) const { return image.pixelColor(x, y).rgba(); }
-    QRgb at(const QPointF& map) const { return pixel(int(map.x()), std::min(99, int(100 - map.y()))); }
-    // Whether a pixel within one of the map point has the colour: aliased edges fall on
-    // either side of a line through pixel corners.
-    bool near(const QPointF& map, QRgb color) const
-    {
-        const int px = int(map.x());
-        const int py = std::min(99, int(100 - map.y()));
-        for (int y = py - 1; y <= py + 1; ++y)
-            for (int x = px - 1; x <= px + 1; ++x)
-                if (image.valid(x, y) && close(pixel(x, y), color))
-                    return true;
-        return false;
-    }
-    int opaqueCount() const
-    {
-        int n = 0;
-        for (int y = 0; y < image.height(); ++y)
-            for (int x = 0; x < image.width(); ++x)
-                n += qAlpha(image.pixel(x, y)) > 0;
-        return n;
-    }
-    static bool close(QRgb a, QRgb b, int tolerance = 4)
-    {
-        return std::abs(qRed(a) - qRed(b)) <= tolerance && std::abs(qGreen(a) - qGreen(b)) <= tolerance
-            && std::abs(qBlue(a) - qBlue(b)) <= tolerance && std::abs(qAlpha(a) - qAlpha(b)) <= tolerance;
-    }
-};
+// Colours compared with their opacity, which the renderers' fills carry.
+bool close(QRgb a, QRgb b)
+{
+    return ImageChecks::near(a, b, 4) && std::abs(qAlpha(a) - qAlpha(b)) <= 4;
+}
+
+Canvas drawn(const VwvIBasemapRenderer& renderer, Canvas c)
+{
+    renderer.render(c.image, c.xMap, c.yMap);
+    return c;
+}
+
+Canvas drawn(const VwvIBasemapRenderer& renderer, QImage::Format format = QImage::Format_ARGB32_Premultiplied)
+{
+    return drawn(renderer, Canvas(format));
+}
+
+// Whether a pixel within one of the map point's has the colour: aliased edges fall on
+// either side of a line through pixel corners.
+bool near(const Canvas& c, const QPointF& map, QRgb color)
+{
+    for (int dy = -1; dy <= 1; ++dy)
+        for (int dx = -1; dx <= 1; ++dx) {
+            const QPointF p = map + QPointF(dx, dy);
+            if (p.x() >= 0 && p.x() < 100 && p.y() > 0 && p.y() <= 100 && close(c.at(p), color))
+                return true;
+        }
+    return false;
+}
+
+int opaqueCount(const QImage& image)
+{
+    int n = 0;
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+            n += qAlpha(image.pixel(x, y)) > 0;
+    return n;
+}
 
 QPolygonF square(double x0, double y0, double x1, double y1)
 {
@@ -131,13 +132,59 @@ const QRgb NONE = qRgba(0, 0, 0, 0);
 class TestVwvBasemapRenderers : public QObject
 {
     Q_OBJECT
+    MapTestData _data;
 
 private Q_SLOTS:
+    void initTestCase()
+    {
+        VsdPointSet points;
+        points.append(1, 2);
+        points.addVariable(QStringLiteral("Porosity"), {0.2});
+        QVERIFY(_data.datasets->setPointSet(QStringLiteral("samples"), points));
+        QVERIFY(_data.datasets->setPolygonSet(QStringLiteral("boundary"), samplePolygons()));
+        QVERIFY(_data.datasets->setPolylineSet(QStringLiteral("faults"), samplePolylines()));
+        QVERIFY(_data.datasets->setGrid(QStringLiteral("thickness"), sampleGrid()));
+    }
+
+    void renderingPicksTheRenderer_data()
+    {
+        // type: the renderer's class, or the error's text
+        MapTest::addColumns<int, QString, QString>({"rendering", "dataset", "type"});
+        const QString points = typeid(VwvBasemapRenderer).name();
+        QTest::newRow("points") << int(VugERendering::POINTS_V) << "samples" << points;
+        QTest::newRow("point symbols") << int(VugERendering::POINT_SYMBOLS_V) << "samples" << points;
+        QTest::newRow("point labels") << int(VugERendering::POINT_LABELS_V) << "samples" << points;
+        QTest::newRow("raster") << int(VugERendering::RASTER_V) << "thickness" << typeid(VwvBasemapRendererRaster).name();
+        QTest::newRow("polygons") << int(VugERendering::POLYGONS_V) << "boundary" << typeid(VwvBasemapRendererPolygon).name();
+        QTest::newRow("grid wireframe") << int(VugERendering::GRID_WIRE_V) << "thickness" << typeid(VwvBasemapRendererGridWire).name();
+        QTest::newRow("polylines") << int(VugERendering::POLYLINES_V) << "faults" << typeid(VwvBasemapRendererPolyline).name();
+        QTest::newRow("tiled map: not on the map yet") << int(VugERendering::TILED_RASTER_MAP_V) << "samples"
+                                                       << "No 2D renderer for rendering '2'.";
+        QTest::newRow("surface: 3D only") << int(VugERendering::SURFACE_V) << "thickness" << "No 2D renderer for rendering '16'.";
+        QTest::newRow("missing dataset") << int(VugERendering::POINTS_V) << "nowhere"
+                                         << "The item 'Item' needs the point set 'nowhere', which the project does not hold.";
+        QTest::newRow("another kind of dataset") << int(VugERendering::POLYGONS_V) << "samples"
+                                                 << "The item 'Item' needs the polygon set 'samples', which the project does not hold.";
+    }
+    void renderingPicksTheRenderer()
+    {
+        auto [rendering, dataset, type] = MapTest::fetch<int, QString, QString>({"rendering", "dataset", "type"});
+
+        const VugSceneItem item(QStringLiteral("i1"), QStringLiteral("Item"), VugERendering::fromValue(rendering),
+                                dataset, QStringLiteral("Porosity"));
+        try {
+            const auto renderer = VwvBasemapRendererFactory::create(item, *_data.datasets);
+            QVERIFY(renderer);
+            QCOMPARE(QString::fromLatin1(typeid(*renderer).name()), type);
+            // Over the item's dataset: it has an extent (a single sample's is a point).
+            QVERIFY(renderer->boundingRect() != QRectF());
+        } catch (const KbeError& error) {
+            QCOMPARE(error.getMessage(), type);
+        }
+    }
     void polygonFillHolesAndOutline_data()
     {
-        QTest::addColumn<QPointF>("point");
-        QTest::addColumn<bool>("selected");
-        QTest::addColumn<QRgb>("expected");
+        MapTest::addColumns<QPointF, bool, QRgb>({"point", "selected", "expected"});
 
         QTest::newRow("inside the ring") << QPointF(25.5, 25.5) << false << FILL;
         QTest::newRow("inside the hole") << QPointF(50.5, 50.5) << false << NONE;
@@ -150,9 +197,7 @@ private Q_SLOTS:
     }
     void polygonFillHolesAndOutline()
     {
-        QFETCH(QPointF, point);
-        QFETCH(bool, selected);
-        QFETCH(QRgb, expected);
+        auto [point, selected, expected] = MapTest::fetch<QPointF, bool, QRgb>({"point", "selected", "expected"});
 
         VwvBasemapRendererPolygon::Style style;
         style.fillColor = QColor::fromRgba(FILL);
@@ -160,20 +205,18 @@ private Q_SLOTS:
         style.selectionColor = QColor::fromRgba(SELECTION);
         const VwvBasemapRendererPolygon renderer(samplePolygons(), selected ? KbiIntervalIntSmallDisjoint(0) : KbiIntervalIntSmallDisjoint(),
                                                  style);
-        Canvas c;
-        c.draw(renderer);
+        const Canvas c = drawn(renderer);
         if (expected == NONE || expected == FILL)
-            QVERIFY2(Canvas::close(c.at(point), expected), qPrintable(QString::number(c.at(point), 16)));
+            QVERIFY2(close(c.at(point), expected), qPrintable(QString::number(c.at(point), 16)));
         else
-            QVERIFY(c.near(point, expected));
+            QVERIFY(near(c, point, expected));
         // The unselected square beside is never drawn in the selection colour.
-        QVERIFY(!c.near(QPointF(92, 95), SELECTION));
+        QVERIFY(!near(c, QPointF(92, 95), SELECTION));
     }
 
     void polylinesAndSelection_data()
     {
-        QTest::addColumn<QPointF>("point");
-        QTest::addColumn<QRgb>("expected");
+        MapTest::addColumns<QPointF, QRgb>({"point", "expected"});
 
         QTest::newRow("on the first line") << QPointF(30.5, 20) << OUTLINE;
         QTest::newRow("on the selected line") << QPointF(70.5, 70) << SELECTION;
@@ -183,25 +226,18 @@ private Q_SLOTS:
     }
     void polylinesAndSelection()
     {
-        QFETCH(QPointF, point);
-        QFETCH(QRgb, expected);
+        auto [point, expected] = MapTest::fetch<QPointF, QRgb>({"point", "expected"});
 
         VwvBasemapRendererPolyline::Style style;
         style.color = QColor::fromRgba(OUTLINE);
         style.selectionColor = QColor::fromRgba(SELECTION);
-        Canvas c;
-        c.draw(VwvBasemapRendererPolyline(samplePolylines(), KbiIntervalIntSmallDisjoint(1), style));
-        if (expected == NONE)
-            QCOMPARE(c.at(point), NONE);
-        else
-            QVERIFY(c.near(point, expected));
+        const Canvas c = drawn(VwvBasemapRendererPolyline(samplePolylines(), KbiIntervalIntSmallDisjoint(1), style));
+        QVERIFY(expected == NONE ? c.at(point) == NONE : near(c, point, expected));
     }
 
     void gridWireFollowsTheCells_data()
     {
-        QTest::addColumn<double>("angle");
-        QTest::addColumn<QPointF>("point");
-        QTest::addColumn<bool>("drawn");
+        MapTest::addColumns<double, QPointF, bool>({"angle", "point", "isDrawn"});
 
         QTest::newRow("a column edge") << 0.0 << QPointF(30, 55.5) << true;
         QTest::newRow("a row edge") << 0.0 << QPointF(55.5, 70) << true;
@@ -214,22 +250,16 @@ private Q_SLOTS:
     }
     void gridWireFollowsTheCells()
     {
-        QFETCH(double, angle);
-        QFETCH(QPointF, point);
-        QFETCH(bool, drawn);
+        auto [angle, point, isDrawn] = MapTest::fetch<double, QPointF, bool>({"angle", "point", "isDrawn"});
 
         VwvBasemapRendererGridWire::Style style;
         style.color = QColor::fromRgba(OUTLINE);
-        Canvas c;
-        c.draw(VwvBasemapRendererGridWire(sampleGrid(angle), style));
-        QCOMPARE(c.near(point, OUTLINE), drawn);
+        QCOMPARE(near(drawn(VwvBasemapRendererGridWire(sampleGrid(angle), style)), point, OUTLINE), isDrawn);
     }
 
     void gridWireDrawsOnlyTheOutlineOfTinyCells_data()
     {
-        QTest::addColumn<int>("nodes");
-        QTest::addColumn<int>("minimum");
-        QTest::addColumn<int>("maximum");
+        MapTest::addColumns<int, int, int>({"nodes", "minimum", "maximum"});
 
         // Cells of about 5 pixels: 21 lines each way, 98 pixels long.
         QTest::newRow("5-pixel cells: the wireframe") << 20 << 3300 << 4200;
@@ -238,23 +268,18 @@ private Q_SLOTS:
     }
     void gridWireDrawsOnlyTheOutlineOfTinyCells()
     {
-        QFETCH(int, nodes);
-        QFETCH(int, minimum);
-        QFETCH(int, maximum);
+        auto [nodes, minimum, maximum] = MapTest::fetch<int, int, int>({"nodes", "minimum", "maximum"});
 
         const double cell = 98.0 / nodes;
         const VsdGrid grid(QPointF(1 + cell / 2, 1 + cell / 2), cell, cell, nodes, nodes);
-        Canvas c;
-        c.draw(VwvBasemapRendererGridWire(grid));
-        const int n = c.opaqueCount();
+        const int n = opaqueCount(drawn(VwvBasemapRendererGridWire(grid)).image);
         QVERIFY2(n >= minimum && n <= maximum, qPrintable(QString::number(n)));
     }
 
     void rasterCellsAgreeWithPicks_data()
     {
-        QTest::addColumn<double>("angle");
-        QTest::addColumn<QPointF>("point");
-        QTest::addColumn<int>("rank"); // -1: outside, the pixel left transparent
+        // rank: -1: outside, the pixel left transparent
+        MapTest::addColumns<double, QPointF, int>({"angle", "point", "rank"});
 
         QTest::newRow("first cell") << 0.0 << QPointF(2.5, 2.5) << 0;
         QTest::newRow("a middle cell") << 0.0 << QPointF(34.5, 57.5) << 53;
@@ -269,28 +294,22 @@ private Q_SLOTS:
     }
     void rasterCellsAgreeWithPicks()
     {
-        QFETCH(double, angle);
-        QFETCH(QPointF, point);
-        QFETCH(int, rank);
+        auto [angle, point, rank] = MapTest::fetch<double, QPointF, int>({"angle", "point", "rank"});
 
         const VsdGrid grid = sampleGrid(angle);
         const VugColorScale scale = grey099();
         const VwvBasemapRendererRaster renderer(grid, scale);
-        Canvas c;
-        c.draw(renderer);
+        const Canvas c = drawn(renderer);
         // The pixel's centre, not the point, decides the cell; the rows keep both in one cell.
         QCOMPARE(renderer.pointToRank(point, 0.0), rank);
         const double value = rank < 0 ? KbbGlobal::D_FFFF : grid.values().at(rank);
         const QRgb expected = rank < 0 || KbbGlobal::isUndefined(value) ? NONE : scale.colorAt(value);
-        QVERIFY2(Canvas::close(c.at(point), expected),
-                 qPrintable(QStringLiteral("%1 for %2").arg(c.at(point), 8, 16).arg(expected, 8, 16)));
+        QVERIFY2(close(c.at(point), expected), qPrintable(QStringLiteral("%1 for %2").arg(c.at(point), 8, 16).arg(expected, 8, 16)));
     }
 
     void rasterIntoOtherFormatsAndWithOpacity_data()
     {
-        QTest::addColumn<int>("format");
-        QTest::addColumn<double>("opacity");
-        QTest::addColumn<int>("alpha");
+        MapTest::addColumns<int, double, int>({"format", "opacity", "alpha"});
 
         QTest::newRow("premultiplied") << int(QImage::Format_ARGB32_Premultiplied) << 1.0 << 255;
         QTest::newRow("RGB32") << int(QImage::Format_RGB32) << 1.0 << 255;
@@ -300,38 +319,31 @@ private Q_SLOTS:
     }
     void rasterIntoOtherFormatsAndWithOpacity()
     {
-        QFETCH(int, format);
-        QFETCH(double, opacity);
-        QFETCH(int, alpha);
+        auto [format, opacity, alpha] = MapTest::fetch<int, double, int>({"format", "opacity", "alpha"});
 
         VugColorScale scale;
         scale.setClasses({0, 50, 99}, {qRgb(200, 0, 0), qRgb(0, 0, 200)});
         VwvBasemapRendererRaster::Style style;
         style.opacity = opacity;
-        Canvas c{QImage::Format(format)};
-        c.draw(VwvBasemapRendererRaster(sampleGrid(), scale, style));
+        const Canvas c = drawn(VwvBasemapRendererRaster(sampleGrid(), scale, style), QImage::Format(format));
         const QRgb low = c.at(QPointF(15.5, 15.5));
         const QRgb high = c.at(QPointF(15.5, 85.5));
         if (format == QImage::Format_RGB32) { // drawn over black, opaque
-            QVERIFY(Canvas::close(low, qRgb(200, 0, 0)));
-            QVERIFY(Canvas::close(high, qRgb(0, 0, 200)));
+            QVERIFY(close(low, qRgb(200, 0, 0)));
+            QVERIFY(close(high, qRgb(0, 0, 200)));
             return;
         }
         QVERIFY2(std::abs(qAlpha(low) - alpha) <= 2, qPrintable(QString::number(qAlpha(low))));
         if (alpha > 0) {
-            QVERIFY(Canvas::close(low, qRgba(200, 0, 0, alpha)));
-            QVERIFY(Canvas::close(high, qRgba(0, 0, 200, alpha)));
+            QVERIFY(close(low, qRgba(200, 0, 0, alpha)));
+            QVERIFY(close(high, qRgba(0, 0, 200, alpha)));
         }
     }
 
     void picks_data()
     {
-        QTest::addColumn<QString>("kind");
-        QTest::addColumn<QPointF>("point");
-        QTest::addColumn<double>("tolerance");
-        QTest::addColumn<int>("rank");
-        QTest::addColumn<QRectF>("rect");
-        QTest::addColumn<QString>("inRect");
+        MapTest::addColumns<QString, QPointF, double, int, QRectF, QString>(
+            {"kind", "point", "tolerance", "rank", "rect", "inRect"});
 
         const QRectF nothing(200, 200, 10, 10);
         QTest::newRow("polygon: inside") << "polygon" << QPointF(20, 20) << 0.0 << 0 << QRectF(91, 91, 2, 2) << "1";
@@ -345,12 +357,8 @@ private Q_SLOTS:
     }
     void picks()
     {
-        QFETCH(QString, kind);
-        QFETCH(QPointF, point);
-        QFETCH(double, tolerance);
-        QFETCH(int, rank);
-        QFETCH(QRectF, rect);
-        QFETCH(QString, inRect);
+        auto [kind, point, tolerance, rank, rect, inRect] =
+            MapTest::fetch<QString, QPointF, double, int, QRectF, QString>({"kind", "point", "tolerance", "rank", "rect", "inRect"});
 
         const auto renderer = rendererOf(kind);
         QCOMPARE(renderer->pointToRank(point, tolerance), rank);
@@ -371,8 +379,7 @@ private Q_SLOTS:
 
     void degenerateInputDrawsNothing_data()
     {
-        QTest::addColumn<QString>("kind");
-        QTest::addColumn<bool>("empty");
+        MapTest::addColumns<QString, bool>({"kind", "empty"});
 
         for (const char* kind : {"polygon", "polyline", "wire", "raster"}) {
             QTest::addRow("%s, empty", kind) << QString::fromLatin1(kind) << true;
@@ -385,33 +392,27 @@ private Q_SLOTS:
         QFETCH(bool, empty);
 
         const auto renderer = rendererOf(kind, empty);
+        const auto drawsNothing = [&](const Canvas& c) { return opaqueCount(drawn(*renderer, c).image) == 0; };
         if (empty) {
             QVERIFY(renderer->boundingRect().isEmpty());
-            Canvas c;
-            c.draw(*renderer);
-            QCOMPARE(c.opaqueCount(), 0);
+            QVERIFY(drawsNothing(Canvas()));
             QCOMPARE(renderer->pointToRank(QPointF(50, 50), 10), -1);
             QVERIFY(renderer->rectangleToRank(QRectF(0, 0, 100, 100)).isEmpty());
             QVERIFY(renderer->polygonToRanks(QPolygonF()).isEmpty());
             return;
         }
         const double nan = std::nan("");
-        const QVector<QPair<double, double>> scales{{nan, 100}, {0, HUGE_VAL}, {50, 50}};
-        for (const auto& s : scales) {
+        for (const auto& scale : QVector<QPair<double, double>>{{nan, 100}, {0, HUGE_VAL}, {50, 50}}) {
             Canvas c;
-            c.xMap.setScaleInterval(s.first, s.second);
-            c.draw(*renderer);
-            QCOMPARE(c.opaqueCount(), 0);
+            c.xMap.setScaleInterval(scale.first, scale.second);
+            QVERIFY(drawsNothing(c));
         }
         Canvas flat; // no pixels across
         flat.yMap.setPaintInterval(0, 0);
-        flat.draw(*renderer);
-        QCOMPARE(flat.opaqueCount(), 0);
-        QImage none;
+        QVERIFY(drawsNothing(flat));
+        QImage none, zero(0, 10, QImage::Format_ARGB32_Premultiplied);
         renderer->render(none, flat.xMap, flat.yMap);
-        QImage zero(0, 10, QImage::Format_ARGB32_Premultiplied);
-        Canvas c;
-        renderer->render(zero, c.xMap, c.yMap);
+        renderer->render(zero, Canvas().xMap, Canvas().yMap);
 
         QCOMPARE(renderer->pointToRank(QPointF(nan, 50), 1.0), -1);
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("tolerance")));
@@ -422,43 +423,28 @@ private Q_SLOTS:
         QVERIFY(renderer->polygonToRanks(QPolygonF(QVector<QPointF>{{nan, 0}, {10, 0}, {10, 10}})).isEmpty());
     }
 
-    void invalidStylesAreRefused_data()
-    {
-        QTest::addColumn<QString>("kind");
-        QTest::addColumn<double>("width");
-
-        for (const char* kind : {"polygon", "polyline", "wire", "raster"}) {
-            QTest::addRow("%s, NaN", kind) << QString::fromLatin1(kind) << std::nan("");
-            QTest::addRow("%s, negative", kind) << QString::fromLatin1(kind) << -1.0;
-            QTest::addRow("%s, too wide", kind) << QString::fromLatin1(kind) << 1000.0;
-        }
-    }
     void invalidStylesAreRefused()
     {
-        QFETCH(QString, kind);
-        QFETCH(double, width);
-
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("style refused")));
-        if (kind == QLatin1String("polygon")) {
-            VwvBasemapRendererPolygon::Style style;
-            style.selectionWidth = width;
-            style.fillColor = Qt::black;
-            QCOMPARE(VwvBasemapRendererPolygon(samplePolygons(), {}, style).getStyle().fillColor,
+        for (const double width : {std::nan(""), -1.0, 1000.0}) {
+            QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("style refused")));
+            VwvBasemapRendererPolygon::Style polygon;
+            polygon.selectionWidth = width;
+            polygon.fillColor = Qt::black;
+            QCOMPARE(VwvBasemapRendererPolygon(samplePolygons(), {}, polygon).getStyle().fillColor,
                      VwvBasemapRendererPolygon::Style().fillColor);
-        } else if (kind == QLatin1String("polyline")) {
-            VwvBasemapRendererPolyline::Style style;
-            style.width = width;
-            QCOMPARE(VwvBasemapRendererPolyline(samplePolylines(), {}, style).getStyle().width, 1.0);
-        } else if (kind == QLatin1String("wire")) {
-            VwvBasemapRendererGridWire::Style style;
-            style.width = width;
-            style.color = QColor(); // invalid as well
-            QCOMPARE(VwvBasemapRendererGridWire(sampleGrid(), style).getStyle().color,
-                     VwvBasemapRendererGridWire::Style().color);
-        } else {
-            VwvBasemapRendererRaster::Style style;
-            style.opacity = width; // NaN, below 0, above 1
-            QCOMPARE(VwvBasemapRendererRaster(sampleGrid(), grey099(), style).getStyle().opacity, 1.0);
+            QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("style refused")));
+            VwvBasemapRendererPolyline::Style polyline;
+            polyline.width = width;
+            QCOMPARE(VwvBasemapRendererPolyline(samplePolylines(), {}, polyline).getStyle().width, 1.0);
+            QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("style refused")));
+            VwvBasemapRendererGridWire::Style wire;
+            wire.width = width;
+            wire.color = QColor(); // invalid as well
+            QCOMPARE(VwvBasemapRendererGridWire(sampleGrid(), wire).getStyle().color, VwvBasemapRendererGridWire::Style().color);
+            QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("style refused")));
+            VwvBasemapRendererRaster::Style raster;
+            raster.opacity = width; // NaN, below 0, above 1
+            QCOMPARE(VwvBasemapRendererRaster(sampleGrid(), grey099(), raster).getStyle().opacity, 1.0);
         }
     }
 };

@@ -19,8 +19,19 @@
 #include <qwt_scale_engine.h>
 #include <qwt_scale_draw.h>
 #include <qwt_scale_widget.h>
+#include <qwt_text_engine.h>
+
+#include <QAbstractTextDocumentLayout>
+#include <QApplication>
+#include <QDesktopWidget>
+#include <QMutex>
+#include <QPainter>
+#include <QTextDocument>
+#include <QTextFrame>
 
 #include <cmath>
+#include <list>
+#include <memory>
 
 namespace {
 
@@ -42,6 +53,133 @@ public:
     {
         return QwtText(QLocale::system().toString(value - offset, 'g', 6));
     }
+};
+
+// Qt rich text as Qwt's own engine draws it, with each text's layout kept: Qwt's engine
+// builds and lays out a text document at every size query and every paint, which costs
+// milliseconds per pan step for the four axis titles. A layout is kept until its text,
+// flags or font change; the few most recently used are kept.
+class KeptRichTextEngine : public QwtRichTextEngine
+{
+public:
+    // The format the axis titles are given; the engine is registered with Qwt once.
+    static QwtText::TextFormat format()
+    {
+        static const QwtText::TextFormat registered = [] {
+            const auto id = QwtText::TextFormat(QwtText::OtherFormat + 0x5657);
+            QwtText::setTextEngine(id, new KeptRichTextEngine);
+            return id;
+        }();
+        return registered;
+    }
+
+    double heightForWidth(const QFont& font, int flags, const QString& text, double width) const override
+    {
+        QMutexLocker lock(&_mutex);
+        Layout& layout = _find(text, flags, font);
+        for (const auto& known : layout.heights)
+            if (known.first == width)
+                return known.second;
+        const double height = QwtRichTextEngine::heightForWidth(font, flags, text, width);
+        layout.heights.emplace_back(width, height);
+        return height;
+    }
+
+    QSizeF textSize(const QFont& font, int flags, const QString& text) const override
+    {
+        QMutexLocker lock(&_mutex);
+        Layout& layout = _find(text, flags, font);
+        if (!layout.size.isValid())
+            layout.size = QwtRichTextEngine::textSize(font, flags, text);
+        return layout.size;
+    }
+
+    void draw(QPainter* painter, const QRectF& rect, int flags, const QString& text) const override
+    {
+        // A device of another resolution than the screen (a printer, an SVG file) has the
+        // font scaled for it by Qwt's own path; drawings for it are rare and not kept.
+        const QPaintDevice* device = painter->device();
+        if (painter->font().pixelSize() < 0 && device) {
+            const QWidget* screen = QApplication::desktop();
+            if (!screen || device->logicalDpiX() != screen->logicalDpiX()
+                || device->logicalDpiY() != screen->logicalDpiY()) {
+                QwtRichTextEngine::draw(painter, rect, flags, text);
+                return;
+            }
+        }
+        QMutexLocker lock(&_mutex);
+        QTextDocument& document = _document(_find(text, flags, painter->font()));
+        if (document.pageSize().width() != rect.width())
+            document.setPageSize(QSizeF(rect.width(), QWIDGETSIZE_MAX));
+        QAbstractTextDocumentLayout* layout = document.documentLayout();
+        const double height = layout->documentSize().height();
+        double y = rect.y();
+        if (flags & Qt::AlignBottom)
+            y += rect.height() - height;
+        else if (flags & Qt::AlignVCenter)
+            y += (rect.height() - height) / 2;
+        QAbstractTextDocumentLayout::PaintContext context;
+        context.palette.setColor(QPalette::Text, painter->pen().color());
+        painter->save();
+        painter->translate(rect.x(), y);
+        layout->draw(painter, context);
+        painter->restore();
+    }
+
+private:
+    static constexpr size_t KEPT = 16;
+
+    struct Layout
+    {
+        QString text;
+        int flags = 0;
+        QFont font;
+        QSizeF size;
+        std::vector<std::pair<double, double>> heights; // width -> height
+        std::unique_ptr<QTextDocument> document;
+    };
+
+    Layout& _find(const QString& text, int flags, const QFont& font) const
+    {
+        for (auto it = _layouts.begin(); it != _layouts.end(); ++it)
+            if (it->flags == flags && it->text == text && it->font == font) {
+                _layouts.splice(_layouts.begin(), _layouts, it);
+                return _layouts.front();
+            }
+        if (_layouts.size() >= KEPT)
+            _layouts.pop_back();
+        _layouts.push_front(Layout{text, flags, font, QSizeF(), {}, nullptr});
+        return _layouts.front();
+    }
+
+    // The document as Qwt's engine sets it up: the text's font, wrapping and alignment from
+    // the flags, and no margin around the root frame.
+    static QTextDocument& _document(Layout& layout)
+    {
+        if (layout.document)
+            return *layout.document;
+        layout.document = std::make_unique<QTextDocument>();
+        QTextDocument& document = *layout.document;
+        document.setUndoRedoEnabled(false);
+        document.setDefaultFont(layout.font);
+        document.setHtml(layout.text);
+        QTextOption option = document.defaultTextOption();
+        option.setWrapMode(layout.flags & Qt::TextWordWrap ? QTextOption::WordWrap : QTextOption::NoWrap);
+        option.setAlignment(Qt::Alignment(layout.flags));
+        document.setDefaultTextOption(option);
+        QTextFrame* root = document.rootFrame();
+        QTextFrameFormat frame = root->frameFormat();
+        frame.setBorder(0);
+        frame.setMargin(0);
+        frame.setPadding(0);
+        frame.setBottomMargin(0);
+        frame.setLeftMargin(0);
+        root->setFrameFormat(frame);
+        return document;
+    }
+
+    mutable QMutex _mutex;
+    mutable std::list<Layout> _layouts;
 };
 
 bool isVertical(int axisId)
@@ -101,6 +239,8 @@ VwqBasemapPlot::VwqBasemapPlot(QWidget* parent)
     _d->grid->attach(this);
 
     plotLayout()->setAlignCanvasToScales(true);
+    // The plot paints its own background beside the axes, whatever its parent draws.
+    setAutoFillBackground(true);
     setAutoReplot(false);
     setTitle(QString());
     for (int axis = 0; axis < axisCnt; ++axis) {
@@ -270,20 +410,17 @@ void VwqBasemapPlot::_updateAxisLabels(bool titlesChanged)
             _d->scaleDraws[axis]->setOffset(offset);
             axisWidget(axis)->update();
         }
-        // Plain text unless a subtitle needs the small italics: Qwt lays rich text out
-        // through a text document at every replot, which costs milliseconds per pan step.
-        const bool rich = !_d->axisSubtitle.isEmpty();
-        const QString space = rich ? QStringLiteral("&nbsp;") : QString(QChar(0x00A0));
-        QString text = rich ? _d->axisTitle.toHtmlEscaped() : _d->axisTitle;
+        // Rich text, laid out once per text by the kept engine rather than at every replot.
+        QString text = _d->axisTitle.toHtmlEscaped();
         if (!_d->axisUnit.isEmpty())
-            text += QStringLiteral("%1[%2]").arg(space, rich ? _d->axisUnit.toHtmlEscaped() : _d->axisUnit);
+            text += QStringLiteral("&nbsp;[%1]").arg(_d->axisUnit.toHtmlEscaped());
         if (offset > 0.0)
-            text += QStringLiteral("%1(+%2)").arg(space).arg(offset, 0, 'g', 12);
+            text += QStringLiteral("&nbsp;(+%1)").arg(offset, 0, 'g', 12);
         else if (offset < 0.0)
-            text += QStringLiteral("%1(%2)").arg(space).arg(offset, 0, 'g', 12);
-        if (rich)
+            text += QStringLiteral("&nbsp;(%1)").arg(offset, 0, 'g', 12);
+        if (!_d->axisSubtitle.isEmpty())
             text += QStringLiteral("&nbsp;&nbsp;&nbsp;<small><i>%1</i></small>").arg(_d->axisSubtitle.toHtmlEscaped());
-        setAxisTitle(axis, QwtText(text, rich ? QwtText::RichText : QwtText::PlainText));
+        setAxisTitle(axis, QwtText(text, KeptRichTextEngine::format()));
     }
 }
 

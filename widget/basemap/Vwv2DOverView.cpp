@@ -101,7 +101,6 @@ protected:
         }
         _dragging = true;
         _pressRect = r;
-        _pressArea = _area;
         _grabOffset = r.topLeft() - event->localPos();
         setCursor(Qt::ClosedHandCursor);
     }
@@ -114,9 +113,8 @@ protected:
         }
         _dragging = false;
         _updateCursor(event->localPos());
-        // A click without a move leaves the main map where it is.
-        if (_area != _pressArea)
-            _emitMoved();
+        // Every drag ends with the area, also one that came back to where it started.
+        _emitMoved();
     }
 
     void mouseDoubleClickEvent(QMouseEvent* event) override
@@ -186,7 +184,6 @@ private:
     QRectF _area;
     bool _dragging = false;
     QRectF _pressRect;  // on the canvas, when the drag started
-    QRectF _pressArea;  // in map coordinates, when the drag started
     QPointF _grabOffset; // from the mouse to the drawn rectangle's top-left
 };
 

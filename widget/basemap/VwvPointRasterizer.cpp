@@ -3,27 +3,11 @@
 #include <KbbGlobal.h>
 #include <VugColorScale.h>
 
+#include <algorithm>
 #include <cmath>
+#include <vector>
 
 namespace {
-
-// The pixels of a disc of the given diameter, as offsets from its centre pixel.
-QVector<QPoint> discStamp(int size)
-{
-    QVector<QPoint> stamp;
-    const double r = size / 2.0;
-    const int lo = -(size / 2);
-    const int hi = lo + size - 1;
-    for (int dy = lo; dy <= hi; ++dy)
-        for (int dx = lo; dx <= hi; ++dx) {
-            // Pixel centres inside the circle; an even size is centred between pixels.
-            const double cx = dx + (size % 2 ? 0.0 : 0.5);
-            const double cy = dy + (size % 2 ? 0.0 : 0.5);
-            if (cx * cx + cy * cy <= r * r + 0.25)
-                stamp.append(QPoint(dx, dy));
-        }
-    return stamp;
-}
 
 inline QRgb blend(QRgb dst, QRgb src)
 {
@@ -51,6 +35,151 @@ struct Axis
         }
     }
 };
+
+struct Target
+{
+    QRgb* bits;
+    int stride; // in pixels
+    int width;
+    int height;
+};
+
+// A disc of the given diameter as one run of pixels per row, offsets from its centre pixel:
+// whole rows are written at once, and clipped as rows at the image's border.
+struct Disc
+{
+    struct Span
+    {
+        int dy;
+        int x0;
+        int length;
+        int offset; // dy rows and x0 pixels from the centre, in the target's pixels
+    };
+    std::vector<Span> spans;
+    int reach = 0; // pixels the disc covers on each side of its centre pixel, at most
+
+    Disc(int size, int stride)
+    {
+        const double r = size / 2.0;
+        const int lo = -(size / 2);
+        const int hi = lo + size - 1;
+        reach = std::max(-lo, hi);
+        // Pixel centres inside the circle; an even size is centred between pixels.
+        const double shift = size % 2 ? 0.0 : 0.5;
+        for (int dy = lo; dy <= hi; ++dy) {
+            int first = hi + 1;
+            int last = lo - 1;
+            for (int dx = lo; dx <= hi; ++dx) {
+                const double cx = dx + shift;
+                const double cy = dy + shift;
+                if (cx * cx + cy * cy <= r * r + 0.25) {
+                    first = std::min(first, dx);
+                    last = std::max(last, dx);
+                }
+            }
+            if (first <= last)
+                spans.push_back({dy, first, last - first + 1, dy * stride + first});
+        }
+    }
+
+    // The disc whose centre pixel is (cx, cy), in colour c, wherever it lies.
+    void stamp(const Target& t, int cx, int cy, QRgb c) const
+    {
+        if (cx >= reach && cy >= reach && cx < t.width - reach && cy < t.height - reach) {
+            QRgb* const centre = t.bits + ptrdiff_t(cy) * t.stride + cx;
+            if (qAlpha(c) == 255) {
+                for (const Span& span : spans) {
+                    QRgb* const row = centre + span.offset;
+                    for (int k = 0; k < span.length; ++k)
+                        row[k] = c;
+                }
+            } else {
+                for (const Span& span : spans) {
+                    QRgb* const row = centre + span.offset;
+                    for (int k = 0; k < span.length; ++k)
+                        row[k] = blend(row[k], c);
+                }
+            }
+            return;
+        }
+        for (const Span& span : spans) {
+            const int y = cy + span.dy;
+            if (y < 0 || y >= t.height)
+                continue;
+            QRgb* const row = t.bits + ptrdiff_t(y) * t.stride;
+            const int from = std::max(0, cx + span.x0);
+            const int to = std::min(t.width, cx + span.x0 + span.length);
+            for (int x = from; x < to; ++x)
+                row[x] = blend(row[x], c);
+        }
+    }
+};
+
+// The sample's pixel: -1 when it lies off the image, or is not finite.
+struct PixelOf
+{
+    Axis ax;
+    Axis ay;
+    double w;
+    double h;
+    int stride;
+
+    int operator()(double x, double y) const
+    {
+        const double px = ax.offset + x * ax.factor;
+        const double py = ay.offset + y * ay.factor;
+        if (!(px >= 0.0 && px < w && py >= 0.0 && py < h))
+            return -1;
+        return int(py) * stride + int(px);
+    }
+};
+
+// One colour for every sample, written without blending: the common case, in a function of
+// its own so that everything it needs stays in registers.
+void drawOpaqueDots(const Target& t, const PixelOf& pixelOf, const double* xs, const double* ys, int count, QRgb c)
+{
+    QRgb* const bits = t.bits;
+    for (int i = 0; i < count; ++i) {
+        const int at = pixelOf(xs[i], ys[i]);
+        if (at >= 0)
+            bits[at] = c;
+    }
+}
+
+template <class ColorOf>
+void drawDots(const Target& t, const PixelOf& pixelOf, const double* xs, const double* ys, int count,
+              const ColorOf& colorOf)
+{
+    for (int i = 0; i < count; ++i) {
+        const int at = pixelOf(xs[i], ys[i]);
+        if (at < 0)
+            continue;
+        const QRgb c = colorOf(i);
+        if (c != 0)
+            t.bits[at] = blend(t.bits[at], c);
+    }
+}
+
+template <class ColorOf>
+void drawDiscs(const Target& t, const Disc& disc, const Axis& ax, const Axis& ay, const double* xs, const double* ys,
+               int count, const ColorOf& colorOf)
+{
+    // A disc shows when its centre pixel lies within its reach of the image. The bias keeps
+    // the conversion's argument positive, where truncating is flooring.
+    const double lo = -disc.reach;
+    const double right = t.width + disc.reach;
+    const double bottom = t.height + disc.reach;
+    const int bias = disc.reach + 1;
+    for (int i = 0; i < count; ++i) {
+        const double px = ax.offset + xs[i] * ax.factor;
+        const double py = ay.offset + ys[i] * ay.factor;
+        if (!(px >= lo && px < right && py >= lo && py < bottom))
+            continue;
+        const QRgb c = colorOf(i);
+        if (c != 0)
+            disc.stamp(t, int(px + bias) - bias, int(py + bias) - bias, c);
+    }
+}
 
 } // namespace
 
@@ -127,110 +256,68 @@ void VwvPointRasterizer::draw(QImage& image, const QwtScaleMap& xMap, const QwtS
     if (ax.factor == 0.0 || ay.factor == 0.0)
         return;
 
-    auto* const bits = reinterpret_cast<QRgb*>(image.bits());
     const int stride = image.bytesPerLine() / int(sizeof(QRgb));
-    const double w = width;
-    const double h = height;
+    const Target target{reinterpret_cast<QRgb*>(image.bits()), stride, width, height};
     const QRgb uniform = qPremultiply(_style.color);
-    const bool opaqueOnly = !_values && qAlpha(uniform) == 255;
     const double* const xs = _x;
     const double* const ys = _y;
-    // A local copy: the pixel writes could alias the member, which would then be read
-    // again at every sample.
     const int count = _count;
 
     // The colour of sample i, premultiplied; 0 (transparent) is not drawn.
-    const auto colorOf = [&](int i) -> QRgb {
-        if (!_values)
-            return uniform;
-        const double v = _values[i];
+    const double* const values = _values;
+    const QRgb* const lookup = _lookup.constData();
+    const double valueMin = _valueMin;
+    const double valueScale = _valueScale;
+    const QRgb undefinedColor = _undefinedColor;
+    const auto valueColor = [=](int i) -> QRgb {
+        const double v = values[i];
         if (v == KbbGlobal::D_FFFF || !std::isfinite(v))
-            return _undefinedColor;
-        const double t = (v - _valueMin) * _valueScale;
+            return undefinedColor;
+        const double t = (v - valueMin) * valueScale;
         // NaN (an overflowing difference times a zero scale) lands on the first entry.
         const int index = !(t > 0.0) ? 0 : t >= LOOKUP_SIZE - 1 ? LOOKUP_SIZE - 1 : int(t + 0.5);
-        return _lookup[index];
+        return lookup[index];
     };
+    const auto uniformColor = [uniform](int) { return uniform; };
+    const auto colorOf = [&](int i) { return values ? valueColor(i) : uniform; };
 
     if (_style.size == 1) {
-        if (opaqueOnly) {
-            // The common case, kept free of branches it does not need.
-            for (int i = 0; i < count; ++i) {
-                const double px = ax.offset + xs[i] * ax.factor;
-                const double py = ay.offset + ys[i] * ay.factor;
-                if (px >= 0.0 && px < w && py >= 0.0 && py < h)
-                    bits[int(py) * stride + int(px)] = uniform;
-            }
-        } else {
-            for (int i = 0; i < count; ++i) {
-                const double px = ax.offset + xs[i] * ax.factor;
-                const double py = ay.offset + ys[i] * ay.factor;
-                if (!(px >= 0.0 && px < w && py >= 0.0 && py < h))
-                    continue;
-                const QRgb c = colorOf(i);
-                if (c == 0)
-                    continue;
-                QRgb& pixel = bits[int(py) * stride + int(px)];
-                pixel = blend(pixel, c);
-            }
-        }
+        const PixelOf pixelOf{ax, ay, double(width), double(height), stride};
+        if (!values && qAlpha(uniform) == 255)
+            drawOpaqueDots(target, pixelOf, xs, ys, count, uniform);
+        else if (values)
+            drawDots(target, pixelOf, xs, ys, count, valueColor);
+        else
+            drawDots(target, pixelOf, xs, ys, count, uniformColor);
     } else {
-        const QVector<QPoint> stamp = discStamp(_style.size);
-        const int reach = _style.size / 2 + 1;
-        for (int i = 0; i < count; ++i) {
-            const double px = ax.offset + xs[i] * ax.factor;
-            const double py = ay.offset + ys[i] * ay.factor;
-            if (!(px >= -reach && px < w + reach && py >= -reach && py < h + reach))
-                continue;
-            const QRgb c = colorOf(i);
-            if (c == 0)
-                continue;
-            const int cx = int(std::floor(px));
-            const int cy = int(std::floor(py));
-            const bool inside = cx >= reach && cy >= reach && cx < width - reach && cy < height - reach;
-            QRgb* const centre = bits + cy * stride + cx;
-            for (const QPoint& d : stamp) {
-                if (!inside) {
-                    const int x = cx + d.x();
-                    const int y = cy + d.y();
-                    if (x < 0 || y < 0 || x >= width || y >= height)
-                        continue;
-                }
-                QRgb& pixel = centre[d.y() * stride + d.x()];
-                pixel = qAlpha(c) == 255 ? c : blend(pixel, c);
-            }
-        }
+        const Disc disc(_style.size, stride);
+        if (values)
+            drawDiscs(target, disc, ax, ay, xs, ys, count, valueColor);
+        else
+            drawDiscs(target, disc, ax, ay, xs, ys, count, uniformColor);
     }
 
     // Selected samples on top: a ring in the selection colour around the sample's own.
     if (_selection.isEmpty())
         return;
-    const int ringSize = std::max(3, _style.size + 2);
-    const QVector<QPoint> ring = discStamp(ringSize);
-    const QVector<QPoint> core = discStamp(std::max(1, _style.size));
+    const Disc ring(std::max(3, _style.size + 2), stride);
+    const Disc core(std::max(1, _style.size), stride);
     const QRgb selection = qPremultiply(_style.selectionColor);
+    const double lo = -ring.reach;
+    const int bias = ring.reach + 1;
     for (const auto& interval : _selection.intervals()) {
         for (int i = interval.first; i <= interval.second && i < count; ++i) {
             const double px = ax.offset + xs[i] * ax.factor;
             const double py = ay.offset + ys[i] * ay.factor;
-            if (!(px >= -ringSize && px < w + ringSize && py >= -ringSize && py < h + ringSize))
+            if (!(px >= lo && px < width + ring.reach && py >= lo && py < height + ring.reach))
                 continue;
-            const int cx = int(std::floor(px));
-            const int cy = int(std::floor(py));
+            const int cx = int(px + bias) - bias;
+            const int cy = int(py + bias) - bias;
+            if (selection != 0)
+                ring.stamp(target, cx, cy, selection);
             const QRgb own = colorOf(i);
-            for (int pass = 0; pass < 2; ++pass) {
-                const QRgb c = pass == 0 ? selection : own;
-                if (c == 0)
-                    continue;
-                for (const QPoint& d : pass == 0 ? ring : core) {
-                    const int x = cx + d.x();
-                    const int y = cy + d.y();
-                    if (x >= 0 && y >= 0 && x < width && y < height) {
-                        QRgb& pixel = bits[y * stride + x];
-                        pixel = blend(pixel, c);
-                    }
-                }
-            }
+            if (own != 0)
+                core.stamp(target, cx, cy, own);
         }
     }
 }
