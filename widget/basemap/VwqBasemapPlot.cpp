@@ -66,7 +66,9 @@ public:
     static QwtText::TextFormat format()
     {
         static const QwtText::TextFormat registered = [] {
-            const auto id = QwtText::TextFormat(QwtText::OtherFormat + 0x5657);
+            // Qwt leaves the formats above OtherFormat to applications; the enum's values
+            // only reach 127, so the id stays below that.
+            const auto id = QwtText::TextFormat(QwtText::OtherFormat + 17);
             QwtText::setTextEngine(id, new KeptRichTextEngine);
             return id;
         }();
