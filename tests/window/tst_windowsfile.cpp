@@ -75,7 +75,9 @@ private Q_SLOTS:
             << head + "<windows><window-list><window class-id=\"Test2D\"><field name=\"scene-id\">1e999x</field>"
                       "</window></window-list></windows>"
             << false << "no scene '1e999x'";
-        QTest::newRow("no window list") << head + "<windows><workspace/></windows>" << false << QString();
+        // Without a window list reading stops: the workspace is not taken either.
+        QTest::newRow("no window list") << head + "<windows><workspace text=\"orphan\"/></windows>" << false
+                                        << QString();
         QTest::newRow("empty file") << QByteArray() << true << QString();
         QTest::newRow("blanks only") << QByteArray("   \n\t ") << true << QString();
         QTest::newRow("truncated")
@@ -127,6 +129,9 @@ private Q_SLOTS:
         QVERIFY(factory->calls.contains(QStringLiteral("create2DDisplay:0")));
         QVERIFY(factory->calls.contains(QStringLiteral("create3DDisplay:0")));
         QCOMPARE(main.calls.count(QStringLiteral("restore")), 1);
+        // Only a readable file with a window list gives its workspace back.
+        const bool workspaceTaken = !warns && content.contains("<window-list") && content.contains("<workspace");
+        QCOMPARE(main.restoredText != QLatin1String("<null>"), workspaceTaken);
         if (warns) {
             QCOMPARE(_caught->told.size(), 1);
             QVERIFY2(_caught->told.first().contains(QStringLiteral("cannot be restored")), qPrintable(_caught->told.first()));

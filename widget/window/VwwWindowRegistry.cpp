@@ -419,6 +419,10 @@ void VwwWindowRegistry::readWindowsFile(const QString& path, WindowData& windows
     }
     // A damaged tail makes the whole file unreadable: no half of it is restored.
     xml.finish();
+    // Without a window list the file holds no saved windows, and its workspace, made for
+    // windows that are not there, is not taken either.
+    if (!listSeen)
+        return;
     windowsData.append(data);
     if (!ws.isNull())
         workspace = ws;
