@@ -115,8 +115,8 @@ class TestVwmMainWindow : public QObject
     }
 
 private Q_SLOTS:
-    void init() { VwwWindowRegistry::clear(); }
-    void cleanup() { VwwWindowRegistry::clear(); }
+    void init() { VwwWindowRegistry::reset(); }
+    void cleanup() { VwwWindowRegistry::reset(); }
 
     void dockedWindowsShareTabsAndOthersFloat_data()
     {

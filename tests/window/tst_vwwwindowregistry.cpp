@@ -488,7 +488,14 @@ private Q_SLOTS:
         QVERIFY(model.isNull());
         QCOMPARE(VwwWindowRegistry::getMainWindow(), nullptr);
         QVERIFY(registeredIds().isEmpty());
+        // No model until the registry is made anew; windows still register.
         TestWindow b(QStringLiteral("B"));
+        QCOMPARE(VwwWindowRegistry::getWindowModel(), nullptr);
+        QCOMPARE(registeredIds(), QList<int>({b.getWindowID()}));
+        VwwWindowRegistry::remove(b.getWindowID());
+        VwwWindowRegistry::reset();
+        QCOMPARE(VwwWindowRegistry::getWindowModel()->rowCount(), 0);
+        TestWindow c(QStringLiteral("C"));
         QCOMPARE(VwwWindowRegistry::getWindowModel()->rowCount(), 1);
     }
 };

@@ -86,11 +86,24 @@ VwwWindowRegistry::~VwwWindowRegistry()
         _d->sceneModel->removeObserver(this);
 }
 
+VwwWindowRegistry*& VwwWindowRegistry::_instance()
+{
+    // Never destroyed at exit: windows and observables that outlive main() still call it.
+    static VwwWindowRegistry* instance = new VwwWindowRegistry;
+    return instance;
+}
+
 VwwWindowRegistry* VwwWindowRegistry::getInstance()
 {
-    // Never destroyed: windows and observables that outlive main() still call it.
-    static VwwWindowRegistry* const instance = new VwwWindowRegistry;
-    return instance;
+    return _instance();
+}
+
+void VwwWindowRegistry::reset()
+{
+    clear();
+    VwwWindowRegistry*& instance = _instance();
+    delete instance;
+    instance = new VwwWindowRegistry;
 }
 
 const VwwWindowRegistry::WindowMap& VwwWindowRegistry::getWindows() const
@@ -268,14 +281,7 @@ void VwwWindowRegistry::setMainWindow(VwmAMainWindow* mainWindow)
 
 VwwWindowModel* VwwWindowRegistry::getWindowModel()
 {
-    auto& d = *getInstance()->_d;
-    if (!d.windowModel) {
-        // clear() deleted the previous model: the new one starts with the live windows.
-        d.windowModel = new VwwWindowModel;
-        for (const QPointer<VwwAWindow>& window : d.liveWindows())
-            d.windowModel->addWindow(window);
-    }
-    return d.windowModel;
+    return getInstance()->_d->windowModel;
 }
 
 void VwwWindowRegistry::setWindowFactory(VwwIWindowFactory* factory)
