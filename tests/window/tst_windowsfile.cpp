@@ -256,13 +256,15 @@ private Q_SLOTS:
         VwwWindowRegistry::setWindowFactory(new TestFactory);
         QVERIFY(VssProjectCollection::getInstance()->openProject(folder));
         registeredIds();
-        const QStringList texts{QStringLiteral("plain"), QStringLiteral("<tag> & \"quotes\" 'x'"),
-                                QStringLiteral("line\nbreak\ttab"), QStringLiteral("Ünïcødé ∑ 日本"), QString()};
-        for (const QString& text : texts) {
+        QStringList texts{QStringLiteral("plain"), QStringLiteral("<tag> & \"quotes\" 'x'"),
+                          QStringLiteral("line\nbreak\ttab\r\nend\r"), QStringLiteral("Ünïcødé ∑ 日本 😀"), QString(),
+                          QStringLiteral("bell\x07")};
+        for (const QString& text : qAsConst(texts)) {
             auto* w = new TestWindow(QStringLiteral("w"), VwwEWindowType::DISPLAY);
             w->fields.insert(QStringLiteral("text"), text);
             w->fields.insert(QStringLiteral("second"), QStringLiteral("2"));
         }
+        texts.last() = QStringLiteral("bell\uFFFD"); // XML cannot hold it
         QVERIFY(VssProjectCollection::getInstance()->closeProject());
 
         VwwWindowRegistry::WindowData data;
