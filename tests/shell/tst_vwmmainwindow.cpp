@@ -241,6 +241,34 @@ private Q_SLOTS:
         delete first;
     }
 
+    // Hidden removable windows are closed on request, hidden others come back from the
+    // menu; all go with the main window.
+    void hiddenWindowsAndTheEnd()
+    {
+        auto main = makeMainWindow();
+        QPointer<ShellWindow> hiddenRemovable =
+            new ShellWindow(QStringLiteral("hidden removable"), QStringLiteral("Shell"), VwwAWindow::DOCKED | VwwAWindow::REMOVABLE);
+        QPointer<ShellWindow> hiddenKept = new ShellWindow(QStringLiteral("hidden kept"));
+        QPointer<ShellWindow> floating =
+            new ShellWindow(QStringLiteral("floating"), QStringLiteral("Shell"), VwwAWindow::REMOVABLE);
+        dockOf(hiddenRemovable)->hide();
+        dockOf(hiddenKept)->hide();
+
+        main->clearHiddenWindows();
+        QVERIFY(hiddenRemovable.isNull() && hiddenKept && floating);
+        QCOMPARE(menuTitles(*main), (QStringList{QStringLiteral("hidden kept"), QStringLiteral("floating")}));
+        menuEntry(*main, QStringLiteral("hidden kept"))->trigger();
+        QVERIFY(!dockOf(hiddenKept)->isHidden());
+
+        main->setActiveWindow(hiddenKept);
+        main.reset();
+        QVERIFY(hiddenKept.isNull() && floating.isNull());
+        QCOMPARE(VwwWindowRegistry::getMainWindow(), nullptr);
+        QVERIFY(VwwWindowRegistry::getInstance()->getWindows().isEmpty());
+        ShellWindow later(QStringLiteral("later")); // no main window to call back
+        QCOMPARE(later.parentWidget(), nullptr);
+    }
+
     void windowMenuFollowsTheWindows()
     {
         auto main = makeMainWindow();
@@ -373,39 +401,6 @@ private Q_SLOTS:
         main->restoreWorkspaceFromXml(workspace);
         QCoreApplication::processEvents();
         QCOMPARE(layoutOf(*main), before);
-    }
-
-    void clearHiddenWindowsClosesHiddenRemovableOnes()
-    {
-        auto main = makeMainWindow();
-        QPointer<ShellWindow> hiddenRemovable =
-            new ShellWindow(QStringLiteral("hidden removable"), QStringLiteral("Shell"), VwwAWindow::DOCKED | VwwAWindow::REMOVABLE);
-        QPointer<ShellWindow> hiddenKept = new ShellWindow(QStringLiteral("hidden kept"));
-        QPointer<ShellWindow> shown =
-            new ShellWindow(QStringLiteral("shown"), QStringLiteral("Shell"), VwwAWindow::DOCKED | VwwAWindow::REMOVABLE);
-        dockOf(hiddenRemovable)->hide();
-        dockOf(hiddenKept)->hide();
-
-        main->clearHiddenWindows();
-        QVERIFY(hiddenRemovable.isNull() && hiddenKept && shown);
-        QCOMPARE(menuTitles(*main), (QStringList{QStringLiteral("hidden kept"), QStringLiteral("shown")}));
-        // A hidden window comes back from the menu.
-        menuEntry(*main, QStringLiteral("hidden kept"))->trigger();
-        QVERIFY(!dockOf(hiddenKept)->isHidden());
-    }
-
-    void destroyingTheMainWindowDeletesItsWindows()
-    {
-        auto main = makeMainWindow();
-        QPointer<ShellWindow> docked = new ShellWindow(QStringLiteral("docked"));
-        QPointer<ShellWindow> floating = new ShellWindow(QStringLiteral("floating"), QStringLiteral("Shell"), VwwAWindow::WindowFlags());
-        main->setActiveWindow(docked);
-        main.reset();
-        QVERIFY(docked.isNull() && floating.isNull());
-        QCOMPARE(VwwWindowRegistry::getMainWindow(), nullptr);
-        QVERIFY(VwwWindowRegistry::getInstance()->getWindows().isEmpty());
-        ShellWindow later(QStringLiteral("later")); // no main window to call back
-        QCOMPARE(later.parentWidget(), nullptr);
     }
 };
 

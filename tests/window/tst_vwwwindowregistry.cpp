@@ -69,22 +69,15 @@ private Q_SLOTS:
         QCOMPARE(c.objectName(), QStringLiteral("WINDOW_SPREADSHEET_%1").arg(c.getWindowID()));
     }
 
-    void closingAWindowUnregistersIt()
-    {
-        QPointer<TestWindow> a = new TestWindow(QStringLiteral("A"));
-        a->show();
-        QVERIFY(a->close());
-        QTRY_VERIFY(a.isNull());
-        QVERIFY(registeredIds().isEmpty());
-    }
-
-    void iteratorVisitsOneKindOverASnapshot()
+    // The iterator visits one kind over a snapshot; a window is found from any of its
+    // widgets; a closed window is gone.
+    void findingWindows()
     {
         TestWindow a(QStringLiteral("A"), VwwEWindowType::TASK);
         TestWindow b(QStringLiteral("B"), VwwEWindowType::SPREADSHEET);
         TestWindow c(QStringLiteral("C"), VwwEWindowType::TASK);
         VwwWindowRegistryIterator it(VwwWindowRegistry::getInstance(), VwwEWindowType::TASK);
-        TestWindow late(QStringLiteral("late"), VwwEWindowType::TASK); // not in the snapshot
+        QPointer<TestWindow> late = new TestWindow(QStringLiteral("late"), VwwEWindowType::TASK); // not in it
         QVERIFY(it.hasNext());
         QCOMPARE(it.next(), &a);
         VwwWindowRegistryIterator copy(it);
@@ -94,11 +87,7 @@ private Q_SLOTS:
         QCOMPARE(copy.next(), &c);
         copy = VwwWindowRegistryIterator(VwwWindowRegistry::getInstance(), VwwEWindowType::BATCH_EDITOR);
         QVERIFY(!copy.hasNext());
-    }
 
-    void widgetToWindow()
-    {
-        TestWindow a(QStringLiteral("A")), b(QStringLiteral("B"));
         auto* label = new QLabel;
         b.setMainView(label);
         QLabel stray;
@@ -106,6 +95,11 @@ private Q_SLOTS:
         QCOMPARE(VwwWindowRegistry::widgetToWindow(&a), &a);
         QCOMPARE(VwwWindowRegistry::widgetToWindow(&stray), nullptr);
         QCOMPARE(VwwWindowRegistry::widgetToWindow(nullptr), nullptr);
+
+        late->show();
+        QVERIFY(late->close());
+        QTRY_VERIFY(late.isNull());
+        QCOMPARE(registeredIds(), QList<int>({a.getWindowID(), b.getWindowID(), c.getWindowID()}));
     }
 
     void singletonWindowsAndTheFactory()
