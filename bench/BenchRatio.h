@@ -59,10 +59,70 @@ public:
     }
 };
 
-// goals: benchmark name ("BM_Load/20") -> {label, highest accepted ratio}. Returns 0 when
-// every ratio meets its goal.
+// Whether `label` names the number n: as digits ("20", "1000000"), with thousands
+// separators ("1,000,000") or in thousands or millions ("1k", "10M"), not inside a longer
+// number.
+inline bool labelNamesNumber(const std::string& label, long long n)
+{
+    std::vector<std::string> forms{std::to_string(n)};
+    std::string grouped = std::to_string(n);
+    for (int at = int(grouped.size()) - 3; at > 0; at -= 3)
+        grouped.insert(size_t(at), ",");
+    forms.push_back(grouped);
+    if (n >= 1000000 && n % 1000000 == 0)
+        forms.push_back(std::to_string(n / 1000000) + "M");
+    if (n >= 1000 && n % 1000 == 0) {
+        forms.push_back(std::to_string(n / 1000) + "k");
+        forms.push_back(std::to_string(n / 1000) + "K");
+    }
+    const auto digit = [](char c) { return c >= '0' && c <= '9'; };
+    for (const std::string& form : forms) {
+        for (size_t at = label.find(form); at != std::string::npos; at = label.find(form, at + 1)) {
+            const size_t end = at + form.size();
+            const bool before = at > 0 && (digit(label[at - 1]) || label[at - 1] == ',' || label[at - 1] == '.');
+            const bool after = end < label.size()
+                               && (digit(label[end])
+                                   || ((label[end] == ',' || label[end] == '.') && end + 1 < label.size()
+                                       && digit(label[end + 1])));
+            if (!before && !after)
+                return true;
+        }
+    }
+    return false;
+}
+
+// Whether the label of a goal names the size its benchmark measured: every argument of the
+// benchmark's name ("BM_Save/20" measures 20 windows), or for a benchmark without arguments
+// at least one number ("800x600 PNG export").
+inline bool labelNamesSize(const std::string& name, const std::string& label)
+{
+    bool hasArgument = false;
+    for (size_t slash = name.find('/'); slash != std::string::npos; slash = name.find('/', slash + 1)) {
+        const std::string argument = name.substr(slash + 1, name.find('/', slash + 1) - slash - 1);
+        if (argument.empty() || argument.find_first_not_of("0123456789") != std::string::npos)
+            continue;
+        hasArgument = true;
+        if (!labelNamesNumber(label, std::stoll(argument)))
+            return false;
+    }
+    return hasArgument || label.find_first_of("0123456789") != std::string::npos;
+}
+
+// goals: benchmark name ("BM_Load/20") -> {label, highest accepted ratio}. Every label names
+// the size measured ("windows.xml load, 20 windows"); a program with a label that does not is
+// refused before anything runs. Returns 0 when every ratio meets its goal.
 inline int runWithRatios(int argc, char** argv, const std::vector<std::pair<std::string, std::pair<std::string, double>>>& goals)
 {
+    int unnamed = 0;
+    for (const auto& g : goals) {
+        if (labelNamesSize(g.first, g.second.first))
+            continue;
+        std::fprintf(stderr, "the label '%s' of %s does not name the size it measures\n", g.second.first.c_str(),
+                     g.first.c_str());
+        ++unnamed;
+    }
+    if (unnamed > 0)
+        return 2;
     benchmark::Initialize(&argc, argv);
     BenchRatioReporter reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);

@@ -69,7 +69,7 @@ struct Setup
     ~Setup()
     {
         VssProjectCollection::getInstance()->closeProject();
-        VwwWindowRegistry::clear();
+        VwwWindowRegistry::reset();
     }
 };
 

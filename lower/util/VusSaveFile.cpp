@@ -26,14 +26,18 @@ QString tr(const char* text)
 VusSaveFile::VusSaveFile(const QString& path)
     : _path(path)
 {
-    QString target = path;
-    const QFileInfo info(path);
-    if (info.isSymLink() && info.exists())
-        target = info.canonicalFilePath();
-    _target = QFile::encodeName(target);
-
+    _target = QFile::encodeName(path);
     struct stat st;
-    if (::stat(_target.constData(), &st) == 0) {
+    // One lstat() answers for the usual case, a regular file or nothing yet; only a link
+    // is resolved to the file it names.
+    bool found = ::lstat(_target.constData(), &st) == 0;
+    if (found && S_ISLNK(st.st_mode)) {
+        const QFileInfo info(path);
+        if (info.exists())
+            _target = QFile::encodeName(info.canonicalFilePath());
+        found = ::stat(_target.constData(), &st) == 0;
+    }
+    if (found) {
         if (!S_ISREG(st.st_mode))
             throw KbeError(tr("'%1' cannot be written: something that is not a file is in its place, and it is "
                               "left alone.")

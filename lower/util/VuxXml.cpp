@@ -8,7 +8,6 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
-#include <QXmlStreamWriter>
 
 namespace {
 
@@ -97,31 +96,4 @@ VuxXml::Fields VuxXml::loadFields(const QDomElement& element)
     for (QDomElement e = element.firstChildElement(kField); !e.isNull(); e = e.nextSiblingElement(kField))
         fields.insert(e.attribute(kName), e.text());
     return fields;
-}
-
-void VuxXml::writeFields(QXmlStreamWriter& writer, const Fields& fields)
-{
-    for (const auto& f : fields) {
-        writer.writeStartElement(kField);
-        writer.writeAttribute(kName, f.first);
-        writer.writeCharacters(f.second);
-        writer.writeEndElement();
-    }
-}
-
-void VuxXml::writeElement(QXmlStreamWriter& writer, const QDomElement& element)
-{
-    writer.writeStartElement(element.tagName());
-    const QDomNamedNodeMap attributes = element.attributes();
-    for (int i = 0; i < attributes.count(); ++i) {
-        const QDomAttr a = attributes.item(i).toAttr();
-        writer.writeAttribute(a.name(), a.value());
-    }
-    for (QDomNode n = element.firstChild(); !n.isNull(); n = n.nextSibling()) {
-        if (n.isElement())
-            writeElement(writer, n.toElement());
-        else if (n.isCharacterData())
-            writer.writeCharacters(n.nodeValue());
-    }
-    writer.writeEndElement();
 }

@@ -14,8 +14,6 @@
 #include <QDomDocument>
 #include <QString>
 
-class QXmlStreamWriter;
-
 class VELMORA_UTIL_EXPORT VuxXml
 {
 public:
@@ -38,12 +36,8 @@ public:
 
     static void saveFields(QDomDocument& document, QDomElement& element, const Fields& fields);
     static Fields loadFields(const QDomElement& element);
-
-    // The same fields through a stream writer, as children of its current element
-    // (VuxXmlReader::readFields() reads them back).
-    static void writeFields(QXmlStreamWriter& writer, const Fields& fields);
-    // Writes a DOM element with its attributes, text and children.
-    static void writeElement(QXmlStreamWriter& writer, const QDomElement& element);
+    // Streamed, the same fields are written by VuxXmlWriter::writeFields() and read by
+    // VuxXmlReader::readFields().
 
     VuxXml() = delete;
 };

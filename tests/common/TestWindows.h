@@ -161,10 +161,7 @@ public:
 inline void resetWindowFramework()
 {
     VssProjectCollection::getInstance()->closeProject();
-    VwwWindowRegistry::clear();
-    VwwWindowRegistry::setWindowFactory(nullptr);
-    VwwWindowRegistry::setGpsDialog(nullptr);
-    VwwWindowRegistry::enableUserToChangeWindows(true);
+    VwwWindowRegistry::reset();
     callLog().clear();
 }
 

@@ -1,5 +1,6 @@
 # Run by the package.consumer test (cmake -P): install the build tree into a fresh prefix,
 # build the consumer project against that prefix alone, and run it.
+cmake_minimum_required(VERSION 3.16)
 
 foreach(var IN ITEMS VELMORA_BUILD_DIR VELMORA_PREFIX VELMORA_LIBDIR CONSUMER_SOURCE_DIR
                      CONSUMER_BINARY_DIR CONSUMER_GENERATOR CONSUMER_CXX_COMPILER)
@@ -27,6 +28,25 @@ endif()
 file(REMOVE_RECURSE "${VELMORA_PREFIX}" "${CONSUMER_BINARY_DIR}")
 unset(ENV{DESTDIR})
 run(install ${CMAKE_COMMAND} --install "${VELMORA_BUILD_DIR}" --prefix "${VELMORA_PREFIX}" ${config_args})
+
+# Only public headers are installed, and none of them includes an internal one.
+string(REPLACE "," ";" internal "${VELMORA_INTERNAL_HEADERS}")
+file(GLOB installed RELATIVE "${VELMORA_PREFIX}/include/velmora" "${VELMORA_PREFIX}/include/velmora/*.h")
+if(NOT installed)
+  message(FATAL_ERROR "no header was installed in ${VELMORA_PREFIX}/include/velmora")
+endif()
+foreach(header IN LISTS installed)
+  if(header IN_LIST internal OR header MATCHES "_p\\.h$")
+    message(FATAL_ERROR "the internal header ${header} was installed")
+  endif()
+  file(STRINGS "${VELMORA_PREFIX}/include/velmora/${header}" includes REGEX "^[ \t]*#[ \t]*include")
+  foreach(include IN LISTS includes)
+    string(REGEX REPLACE "^[^<\"]*[<\"]([^>\"]+)[>\"].*$" "\\1" included "${include}")
+    if(included IN_LIST internal OR included MATCHES "_p\\.h$")
+      message(FATAL_ERROR "the installed header ${header} includes the internal header ${included}")
+    endif()
+  endforeach()
+endforeach()
 
 set(configure_args
   -S "${CONSUMER_SOURCE_DIR}" -B "${CONSUMER_BINARY_DIR}"

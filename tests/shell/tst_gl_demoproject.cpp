@@ -1,30 +1,61 @@
-// The demo's project as a user's data: damaged files are kept aside and the project opens
-// with what can be read, Save writes everything, a save that fails is said (with the
-// system's reason) and asked about before closing, and nothing that is not a regular
-// file is ever opened.
+// The demo's project as a user's data: its windows and workspace come back when it reopens,
+// damaged files are kept aside and the project opens with what can be read, Save writes
+// everything, a save that fails is said (with the system's reason) and asked about before
+// closing, and nothing that is not a regular file is ever opened.
 
 #include "MessageCatcher.h"
 #include "DemoMapData.h"
 #include "DemoMapWindow.h"
 #include "DemoSession.h"
+#include "WindowFileHelpers.h"
 
 #include <KbbDebug.h>
 #include <VssProjectCollection.h>
 #include <VugSceneStore.h>
 #include <VupPreferenceRegistry.h>
 #include <VwvBasemapView.h>
+#include <VwwReporterWindow.h>
 
 #include <QAction>
+#include <QDockWidget>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QtTest>
 
 #include <cerrno>
-#include <csignal>
 #include <cstring>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
+
+namespace {
+
+QDockWidget* dockOf(QWidget* window)
+{
+    return window ? qobject_cast<QDockWidget*>(window->parentWidget()) : nullptr;
+}
+
+// "classId:scene name" of each window, in registry order.
+QStringList windowSummary()
+{
+    QStringList summary;
+    for (const auto& e : VwwWindowRegistry::getInstance()->getWindows()) {
+        if (!e.second)
+            continue;
+        auto* display = qobject_cast<VwwASceneWindow*>(e.second.data());
+        summary << e.second->getClassID() + (display ? QLatin1Char(':') + display->getScene().getName() : QString());
+    }
+    return summary;
+}
+
+VwwASceneWindow* displayOf(const QString& classId)
+{
+    for (const auto& e : VwwWindowRegistry::getInstance()->getWindows())
+        if (e.second && e.second->getClassID() == classId)
+            return qobject_cast<VwwASceneWindow*>(e.second.data());
+    return nullptr;
+}
+
+} // namespace
 
 class TestDemoProject : public QObject
 {
@@ -47,19 +78,6 @@ class TestDemoProject : public QObject
             if (action->shortcut() == QKeySequence(QKeySequence::Save))
                 return action->trigger();
         QFAIL("no Save action");
-    }
-
-    static QByteArray readAll(const QString& path)
-    {
-        QFile f(path);
-        return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-    }
-
-    static void write(const QString& path, const QByteArray& bytes)
-    {
-        QDir().mkpath(QFileInfo(path).absolutePath());
-        QFile f(path);
-        QVERIFY(f.open(QIODevice::WriteOnly | QIODevice::Truncate) && f.write(bytes) == bytes.size());
     }
 
     // Answers the next message box with the button of that text; its text is kept.
@@ -100,6 +118,40 @@ private Q_SLOTS:
         _demo.stop();
     }
 
+    // The same windows and scenes, the report and the workspace (a floating dock, the tab
+    // in front) come back when the project reopens.
+    void sameWindowsAndWorkspaceComeBack()
+    {
+        QVERIFY(_demo.open());
+        // A first opening shows the first map and 3D scene in the default displays.
+        QCOMPARE(windowSummary(), QStringList({"Reporter", "Display3D:Field in 3D", "Display2D:Field map"}));
+        VssProjectCollection::getInstance()->getCurrentProject()->getModelScene().requestOpen(3); // the section
+        QVERIFY(displayOf(QStringLiteral("DisplaySection")));
+        VwwWindowRegistry::getReporterWindow()->appendText(QStringLiteral("Porosity looks fine."));
+
+        // The user floats the section and brings the 3D display to the front.
+        QDockWidget* sectionDock = dockOf(displayOf(QStringLiteral("DisplaySection")));
+        QVERIFY(sectionDock);
+        sectionDock->setFloating(true);
+        sectionDock->setGeometry(QRect(150, 160, 420, 310));
+        _demo.main->setActiveWindow(displayOf(QStringLiteral("Display3D")));
+        QTRY_VERIFY(!displayOf(QStringLiteral("Display3D"))->visibleRegion().isEmpty());
+        const QStringList before = windowSummary();
+
+        QVERIFY(_demo.main->closeProject());
+        QCOMPARE(windowSummary(), QStringList({"Reporter"})); // the displays were removable
+        QVERIFY(VwwWindowRegistry::getReporterWindow()->isEmpty());
+
+        QVERIFY(_demo.open());
+        QCOMPARE(windowSummary(), before);
+        QVERIFY(VwwWindowRegistry::getReporterWindow()->toHtml().contains(QStringLiteral("Porosity looks fine.")));
+        sectionDock = dockOf(displayOf(QStringLiteral("DisplaySection")));
+        QVERIFY(sectionDock && sectionDock->isFloating());
+        QCOMPARE(sectionDock->size(), QSize(420, 310));
+        QTRY_VERIFY(!displayOf(QStringLiteral("Display3D"))->visibleRegion().isEmpty());
+        QVERIFY(displayOf(QStringLiteral("Display2D"))->visibleRegion().isEmpty()); // a tab behind
+    }
+
     // One item the reader refuses: the others come back, the file is kept aside whole,
     // and closing writes a sound file beside it.
     void aDamagedSceneFileIsKeptAndTheMapOpens()
@@ -110,11 +162,11 @@ private Q_SLOTS:
         const QString path = VugSceneStore::filePath(*VssProjectCollection::getInstance()->getCurrentProject(),
                                                      map()->getScene().getId());
         QVERIFY(_demo.main->closeProject());
-        QByteArray bytes = readAll(path);
+        QByteArray bytes = WindowFiles::read(path);
         const int at = bytes.indexOf("active=\"true\"");
         QVERIFY(at > 0);
         bytes.replace(at, 13, "active=\"yes\"");
-        write(path, bytes);
+        QVERIFY(WindowFiles::write(path, bytes));
 
         _caught->clear();
         QVERIFY(_demo.open());
@@ -123,15 +175,15 @@ private Q_SLOTS:
         QCOMPARE(told.size(), 1);
         QVERIFY2(told.first().contains(QStringLiteral("neither 'true' nor 'false'")), qPrintable(told.first()));
         QVERIFY(_demo.main->closeProject());
-        QCOMPARE(readAll(path + ".bad"), bytes);
-        QVERIFY(readAll(path).contains("active=\"true\""));
+        QCOMPARE(WindowFiles::read(path + ".bad"), bytes);
+        QVERIFY(WindowFiles::read(path).contains("active=\"true\""));
         QVERIFY(_demo.open());
         QCOMPARE(map()->getView()->getLayerCount(), 2);
     }
 
     void aDamagedWindowsFileStillShowsTheScenes()
     {
-        write(databaseFile(QStringLiteral("windows.xml")), "<windows><window-list><window");
+        QVERIFY(WindowFiles::write(databaseFile(QStringLiteral("windows.xml")), "<windows><window-list><window"));
         QVERIFY(_demo.open());
         QVERIFY(map());
         QVERIFY(!map()->getScene().isNull());
@@ -140,9 +192,9 @@ private Q_SLOTS:
 
     void unknownWindowsAreNamedOnce()
     {
-        write(databaseFile(QStringLiteral("windows.xml")),
+        QVERIFY(WindowFiles::write(databaseFile(QStringLiteral("windows.xml")),
               "<windows><window-list><window class-id=\"Spreadsheet9\"/><window class-id=\"Spreadsheet9\"/>"
-              "<window class-id=\"Display2D\"><field name=\"scene-id\">99</field></window></window-list></windows>");
+              "<window class-id=\"Display2D\"><field name=\"scene-id\">99</field></window></window-list></windows>"));
         QVERIFY(_demo.open());
         QCOMPARE(_caught->told.filter(QStringLiteral("'Spreadsheet9'")).size(), 1);
         QCOMPARE(_caught->told.filter(QStringLiteral("'99'")).size(), 1);
@@ -155,8 +207,8 @@ private Q_SLOTS:
         const QString windows = databaseFile(QStringLiteral("windows.xml"));
         QVERIFY(!QFileInfo::exists(windows));
         save();
-        QVERIFY(readAll(windows).contains("Display2D"));
-        QVERIFY(readAll(databaseFile(QStringLiteral("windows.xml"))).contains("Display3D"));
+        QVERIFY(WindowFiles::read(windows).contains("Display2D"));
+        QVERIFY(WindowFiles::read(databaseFile(QStringLiteral("windows.xml"))).contains("Display3D"));
     }
 
     // Something in the file's place: Save says so, and closing asks before it loses the
@@ -188,20 +240,14 @@ private Q_SLOTS:
         QByteArray csv = "x,y,z,porosity\n";
         for (int i = 0; i < 20000; ++i)
             csv += QByteArray::number(431000 + i % 1000) + ',' + QByteArray::number(6541000 + i / 20) + ",0,0.2\n";
-        write(_demo.dir.filePath(QStringLiteral("wells.csv")), csv);
+        QVERIFY(WindowFiles::write(_demo.dir.filePath(QStringLiteral("wells.csv")), csv));
         QString message;
         QVERIFY(DemoMapData::getInstance()->addPointFile(map()->getScene().getId(),
                                                         _demo.dir.filePath(QStringLiteral("wells.csv")), &message));
 
-        std::signal(SIGXFSZ, SIG_IGN);
-        rlimit old{};
-        getrlimit(RLIMIT_FSIZE, &old);
-        rlimit limit = old;
-        limit.rlim_cur = 64 * 1024;
-        QCOMPARE(setrlimit(RLIMIT_FSIZE, &limit), 0);
-        const bool saved = VssProjectCollection::getInstance()->saveProject(&message);
-        setrlimit(RLIMIT_FSIZE, &old);
-        QVERIFY(!saved);
+        QVERIFY(!WindowFiles::withFileSizeLimit(64 * 1024, [&] {
+            return VssProjectCollection::getInstance()->saveProject(&message);
+        }));
         QVERIFY2(message.contains(QString::fromLocal8Bit(strerror(EFBIG))) && message.contains(QStringLiteral(".vpts")),
                  qPrintable(message));
         QVERIFY(VssProjectCollection::getInstance()->saveProject(&message));

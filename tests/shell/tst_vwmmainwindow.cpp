@@ -1,7 +1,7 @@
+#include "TestWindows.h"
+
 #include <VwmMainWindow.h>
-#include <VwwAWindow.h>
 #include <VwwMessagesWindow.h>
-#include <VwwWindowRegistry.h>
 
 #include <QAbstractButton>
 #include <QDockWidget>
@@ -13,26 +13,18 @@
 
 namespace {
 
-class ShellWindow : public VwwAWindow
+// A window with its own class id (the workspace keys docks by it) that may refuse to close.
+class ShellWindow : public TestWindow
 {
     Q_OBJECT
 public:
-    ShellWindow(const QString& title, const QString& classId = QStringLiteral("Shell"), WindowFlags flags = DOCKED)
-        : VwwAWindow(VwwEWindowType::SPREADSHEET, title, Vua::Resource::HelpId(), flags, QSize(320, 240),
-                     Vua::Resource::iconWindow())
-        , _classId(classId)
+    ShellWindow(const QString& title, const QString& id = QStringLiteral("Shell"), WindowFlags flags = DOCKED)
+        : TestWindow(title, VwwEWindowType::SPREADSHEET, flags, QSize(320, 240))
     {
+        classId = id;
     }
     bool allowClose = true;
-    QString getClassID() const override { return _classId; }
     bool askForClose() override { return allowClose; }
-    bool askForSave() override { return true; }
-    void projectAboutToClose() override {}
-    void saveInProject() override {}
-    void projectOpened(VssProject&) override {}
-
-private:
-    QString _classId;
 };
 
 QDockWidget* dockOf(const QWidget* window)
@@ -40,27 +32,30 @@ QDockWidget* dockOf(const QWidget* window)
     return window ? qobject_cast<QDockWidget*>(window->parentWidget()) : nullptr;
 }
 
-// The window entries of the Window menu as the user reads them, and the checked one.
+// The window entries of the Window menu, and their titles as the user reads them.
+QList<QAction*> menuEntries(const VwmMainWindow& main)
+{
+    QList<QAction*> entries;
+    for (QAction* action : main.windowMenu()->actions())
+        if (action->data().isValid())
+            entries << action;
+    return entries;
+}
+
 QStringList menuTitles(const VwmMainWindow& main, QString* checked = nullptr)
 {
     QStringList titles;
-    for (QAction* action : main.windowMenu()->actions()) {
-        if (!action->data().isValid())
-            continue;
-        const QString title = action->text().replace(QStringLiteral("&&"), QStringLiteral("&"));
-        titles << title;
+    for (QAction* action : menuEntries(main)) {
+        titles << action->text().replace(QStringLiteral("&&"), QStringLiteral("&"));
         if (checked && action->isChecked())
-            *checked = title;
+            *checked = titles.last();
     }
     return titles;
 }
 
 QAction* menuEntry(const VwmMainWindow& main, const QString& title)
 {
-    for (QAction* action : main.windowMenu()->actions())
-        if (action->data().isValid() && action->text() == title)
-            return action;
-    return nullptr;
+    return menuEntries(main).value(menuTitles(main).indexOf(title));
 }
 
 // What the user sees of the layout: each dock's place, the tab groups and the window size.
@@ -103,6 +98,15 @@ class TestVwmMainWindow : public QObject
         return main;
     }
 
+    static QDomElement savedWorkspace(const VwmMainWindow& main)
+    {
+        QDomDocument document;
+        QDomElement workspace = document.createElement(QStringLiteral("workspace"));
+        document.appendChild(workspace);
+        main.saveWorkspaceToXml(workspace);
+        return workspace;
+    }
+
     static QWidget* focused()
     {
         return QApplication::focusWidget() ? QApplication::focusWidget() : QApplication::activeWindow();
@@ -115,8 +119,8 @@ class TestVwmMainWindow : public QObject
     }
 
 private Q_SLOTS:
-    void init() { VwwWindowRegistry::clear(); }
-    void cleanup() { VwwWindowRegistry::clear(); }
+    void init() { VwwWindowRegistry::reset(); }
+    void cleanup() { VwwWindowRegistry::reset(); }
 
     void dockedWindowsShareTabsAndOthersFloat_data()
     {
@@ -140,18 +144,17 @@ private Q_SLOTS:
             QDockWidget* dock = dockOf(windows[i]);
             QVERIFY(dock);
             QCOMPARE(dock->windowTitle(), windows[i]->getTitle(true));
-            if (kinds[i] == QLatin1Char('D')) {
-                QVERIFY(!dock->isFloating());
+            const bool docked = kinds[i] == QLatin1Char('D');
+            QCOMPARE(dock->isFloating(), !docked);
+            if (docked) {
                 QCOMPARE(main->dockWidgetArea(dock), Qt::RightDockWidgetArea);
             } else {
-                QVERIFY(dock->isFloating());
-                QVERIFY(dock->isVisible());
                 QTRY_COMPARE(windows[i]->size(), windows[i]->sizeHint());
-                QVERIFY(main->geometry().intersects(dock->geometry()));
+                QVERIFY(dock->isVisible() && main->geometry().intersects(dock->geometry()));
             }
         }
-        QStringList tabLines = layoutOf(*main).filter(QStringLiteral("tabs "));
-        QCOMPARE(tabLines.join(QString()), tabs.isEmpty() ? QString() : QStringLiteral("tabs ") + tabs);
+        QCOMPARE(layoutOf(*main).filter(QStringLiteral("tabs ")).join(QString()),
+                 tabs.isEmpty() ? QString() : QStringLiteral("tabs ") + tabs);
         // The placeholder shows only while nothing is docked.
         auto* placeholder = main->findChild<QWidget*>(QStringLiteral("WORKSPACE_PLACEHOLDER"));
         QCOMPARE(placeholder->isVisible(), !kinds.contains(QLatin1Char('D')));
@@ -196,13 +199,11 @@ private Q_SLOTS:
         }
 
         if (!allowed) {
-            QVERIFY(window);
-            QVERIFY(dock && dock->isVisible());
+            QVERIFY(window && dock && dock->isVisible());
             QCOMPARE(VwwWindowRegistry::getWindow(id), window.data());
             return;
         }
-        QTRY_VERIFY(window.isNull());
-        QTRY_VERIFY(dock.isNull());
+        QTRY_VERIFY(window.isNull() && dock.isNull());
         QCOMPARE(VwwWindowRegistry::getWindow(id), nullptr);
         QCOMPARE(menuTitles(*main), QStringList{QStringLiteral("other")});
         QVERIFY(!main->activeWindow() || main->activeWindow()->getTitle() == QLatin1String("other"));
@@ -240,6 +241,34 @@ private Q_SLOTS:
         delete first;
     }
 
+    // Hidden removable windows are closed on request, hidden others come back from the
+    // menu; all go with the main window.
+    void hiddenWindowsAndTheEnd()
+    {
+        auto main = makeMainWindow();
+        QPointer<ShellWindow> hiddenRemovable =
+            new ShellWindow(QStringLiteral("hidden removable"), QStringLiteral("Shell"), VwwAWindow::DOCKED | VwwAWindow::REMOVABLE);
+        QPointer<ShellWindow> hiddenKept = new ShellWindow(QStringLiteral("hidden kept"));
+        QPointer<ShellWindow> floating =
+            new ShellWindow(QStringLiteral("floating"), QStringLiteral("Shell"), VwwAWindow::REMOVABLE);
+        dockOf(hiddenRemovable)->hide();
+        dockOf(hiddenKept)->hide();
+
+        main->clearHiddenWindows();
+        QVERIFY(hiddenRemovable.isNull() && hiddenKept && floating);
+        QCOMPARE(menuTitles(*main), (QStringList{QStringLiteral("hidden kept"), QStringLiteral("floating")}));
+        menuEntry(*main, QStringLiteral("hidden kept"))->trigger();
+        QVERIFY(!dockOf(hiddenKept)->isHidden());
+
+        main->setActiveWindow(hiddenKept);
+        main.reset();
+        QVERIFY(hiddenKept.isNull() && floating.isNull());
+        QCOMPARE(VwwWindowRegistry::getMainWindow(), nullptr);
+        QVERIFY(VwwWindowRegistry::getInstance()->getWindows().isEmpty());
+        ShellWindow later(QStringLiteral("later")); // no main window to call back
+        QCOMPARE(later.parentWidget(), nullptr);
+    }
+
     void windowMenuFollowsTheWindows()
     {
         auto main = makeMainWindow();
@@ -249,8 +278,6 @@ private Q_SLOTS:
         QCOMPARE(menuTitles(*main), (QStringList{QStringLiteral("A"), QStringLiteral("B"), QStringLiteral("R&D")}));
 
         a->setContentName(QStringLiteral("wells"));
-        QCOMPARE(menuTitles(*main).first(), a->getTitle(true));
-        QCOMPARE(dockOf(a)->windowTitle(), a->getTitle(true));
         delete b.data();
         QCOMPARE(menuTitles(*main), (QStringList{a->getTitle(true), QStringLiteral("R&D")}));
 
@@ -260,50 +287,35 @@ private Q_SLOTS:
         QCOMPARE(main->activeWindow(), a);
         QCOMPARE(active.count(), 1);
         QCOMPARE(active.last().at(0).value<VwwAWindow*>(), a);
-        menuEntry(*main, QStringLiteral("R&&D"))->trigger();
+        menuEntry(*main, QStringLiteral("R&D"))->trigger();
         QCOMPARE(main->activeWindow(), c);
         QString checked;
         menuTitles(*main, &checked);
         QCOMPARE(checked, QStringLiteral("R&D"));
         QTRY_VERIFY(dockOf(c)->isActiveWindow());
+
+        // The menu's Messages entry makes the messages window and brings it up, docked.
+        main->windowMenu()->findChild<QAction*>(QStringLiteral("ACTION_MESSAGES_WINDOW"))->trigger();
+        VwwAWindow* messages = VwwWindowRegistry::getMessagesWindow(false);
+        QVERIFY(messages && dockOf(messages));
+        QCOMPARE(main->activeWindow(), messages);
+        QVERIFY(menuTitles(*main).contains(messages->getTitle(true)));
     }
 
-    void keysCycleThroughTheWindows_data()
-    {
-        QTest::addColumn<int>("start");
-        QTest::addColumn<bool>("backwards");
-        QTest::addColumn<int>("expected");
-        QTest::newRow("next") << 0 << false << 1;
-        QTest::newRow("next wraps to the first") << 2 << false << 0;
-        QTest::newRow("previous") << 2 << true << 1;
-        QTest::newRow("previous wraps to the last") << 0 << true << 2;
-    }
     void keysCycleThroughTheWindows()
     {
-        QFETCH(int, start);
-        QFETCH(bool, backwards);
-        QFETCH(int, expected);
         auto main = makeMainWindow();
         QList<VwwAWindow*> windows{new ShellWindow(QStringLiteral("0")), new ShellWindow(QStringLiteral("1")),
                                    new ShellWindow(QStringLiteral("2"))};
-        main->setActiveWindow(windows[start]);
+        main->setActiveWindow(windows[0]);
         activate(main.get());
-        const Qt::KeyboardModifiers modifiers = backwards ? Qt::KeyboardModifiers(Qt::ControlModifier | Qt::ShiftModifier)
-                                                          : Qt::KeyboardModifiers(Qt::ControlModifier);
-        QTest::keyClick(focused(), Qt::Key_F6, modifiers);
-        QCOMPARE(main->activeWindow(), windows[expected]);
-        QTRY_VERIFY(dockOf(windows[expected])->isVisible()); // its tab is the current one
-    }
-
-    void messagesEntryOpensTheMessagesWindow()
-    {
-        auto main = makeMainWindow();
-        main->windowMenu()->findChild<QAction*>(QStringLiteral("ACTION_MESSAGES_WINDOW"))->trigger();
-        VwwAWindow* messages = VwwWindowRegistry::getMessagesWindow(false);
-        QVERIFY(messages);
-        QCOMPARE(main->activeWindow(), messages);
-        QVERIFY(dockOf(messages));
-        QVERIFY(menuTitles(*main).contains(messages->getTitle(true)));
+        // Ctrl+F6 the next, Ctrl+Shift+F6 the previous, both wrapping; the tab comes to the front.
+        const std::pair<bool, int> steps[] = {{false, 1}, {true, 0}, {true, 2}, {false, 0}}; // {back, then active}
+        for (const auto& step : steps) {
+            QTest::keyClick(focused(), Qt::Key_F6, Qt::ControlModifier | (step.first ? Qt::ShiftModifier : Qt::NoModifier));
+            QCOMPARE(main->activeWindow(), windows[step.second]);
+            QTRY_VERIFY(dockOf(windows[step.second])->isVisible());
+        }
     }
 
     void workspaceRoundTrip()
@@ -328,21 +340,8 @@ private Q_SLOTS:
         QTRY_VERIFY(layoutOf(*main).contains(QStringLiteral("tabs A,B current A")));
         const QStringList saved = layoutOf(*main);
 
-        QDomDocument document;
-        QDomElement workspace = document.createElement(QStringLiteral("workspace"));
-        document.appendChild(workspace);
-        main->saveWorkspaceToXml(workspace);
-        // The docks are listed in readable form, keyed by class id and rank.
-        QStringList docks;
-        for (QDomElement e = workspace.firstChildElement(QStringLiteral("dock")); !e.isNull();
-             e = e.nextSiblingElement(QStringLiteral("dock")))
-            docks << QStringLiteral("%1 %2 floating %3 visible %4")
-                         .arg(e.attribute(QStringLiteral("key")), e.attribute(QStringLiteral("area")),
-                              e.attribute(QStringLiteral("floating")), e.attribute(QStringLiteral("visible")));
-        QCOMPARE(docks, (QStringList{"Alpha:0 right floating false visible true", "Alpha:1 right floating false visible true",
-                                     "Beta:0 right floating true visible true", "Alpha:2 bottom floating false visible true",
-                                     "Gamma:0 right floating false visible false"}));
-
+        const QDomElement workspace = savedWorkspace(*main);
+        // The windows come back with new ids: the docks are found by class id and rank.
         for (const QPointer<ShellWindow>& window : qAsConst(windows))
             delete window.data();
         main->resize(500, 400);
@@ -355,21 +354,15 @@ private Q_SLOTS:
 
     void hostileWorkspaceKeepsTheLayout_data()
     {
-        QTest::addColumn<QString>("damage");
-        QTest::addColumn<bool>("warns");
-        QTest::newRow("null element") << "null" << false;
-        QTest::newRow("no main-window element") << "no-main" << true;
-        QTest::newRow("state is not base64") << "bad-base64" << true;
-        QTest::newRow("state cut short") << "truncated" << true;
-        QTest::newRow("geometry is garbage") << "bad-geometry" << true;
-        QTest::newRow("newer layout version") << "version" << true;
-        QTest::newRow("no version") << "no-version" << true;
-        QTest::newRow("windows that are not open") << "unknown-keys" << true;
+        QTest::addColumn<int>("damage"); // see the switch below; all but the first are warned about
+        const char* rows[] = {"null element", "no main-window element", "state is not base64", "state cut short",
+                              "geometry is garbage", "newer layout version", "no version", "windows that are not open"};
+        for (int damage = 0; damage < 8; ++damage)
+            QTest::newRow(rows[damage]) << damage;
     }
     void hostileWorkspaceKeepsTheLayout()
     {
-        QFETCH(QString, damage);
-        QFETCH(bool, warns);
+        QFETCH(int, damage);
         auto main = makeMainWindow();
         auto* a = new ShellWindow(QStringLiteral("A"));
         auto* b = new ShellWindow(QStringLiteral("B"));
@@ -377,10 +370,7 @@ private Q_SLOTS:
 
         // Saved with B at the bottom; the layout then changes so that any restore would show.
         main->addDockWidget(Qt::BottomDockWidgetArea, dockOf(b));
-        QDomDocument document;
-        QDomElement workspace = document.createElement(QStringLiteral("workspace"));
-        document.appendChild(workspace);
-        main->saveWorkspaceToXml(workspace);
+        QDomElement workspace = savedWorkspace(*main);
         main->tabifyDockWidget(dockOf(a), dockOf(b));
         main->resize(600, 420);
         QTRY_VERIFY(dockOf(b)->isVisible());
@@ -388,70 +378,29 @@ private Q_SLOTS:
 
         QDomElement mainElement = workspace.firstChildElement(QStringLiteral("main-window"));
         QDomElement state = mainElement.firstChildElement(QStringLiteral("state"));
-        auto setText = [&document](QDomElement e, const QString& text) {
+        auto setText = [](QDomElement e, const QString& text) {
             while (e.hasChildNodes())
                 e.removeChild(e.firstChild());
-            e.appendChild(document.createTextNode(text));
+            e.appendChild(e.ownerDocument().createTextNode(text));
         };
-        if (damage == QLatin1String("null"))
-            workspace = QDomElement();
-        else if (damage == QLatin1String("no-main"))
-            workspace.removeChild(mainElement);
-        else if (damage == QLatin1String("bad-base64"))
-            setText(state, QStringLiteral("@@ not * base64 @@"));
-        else if (damage == QLatin1String("truncated"))
-            setText(state, QString::fromLatin1(QByteArray::fromBase64(state.text().toLatin1()).left(24).toBase64()));
-        else if (damage == QLatin1String("bad-geometry"))
-            setText(mainElement.firstChildElement(QStringLiteral("geometry")), QStringLiteral("AAAAAAAA"));
-        else if (damage == QLatin1String("version"))
-            mainElement.setAttribute(QStringLiteral("version"), 99);
-        else if (damage == QLatin1String("no-version"))
-            mainElement.removeAttribute(QStringLiteral("version"));
-        else if (damage == QLatin1String("unknown-keys"))
+        switch (damage) {
+        case 0: workspace = QDomElement(); break;
+        case 1: workspace.removeChild(mainElement); break;
+        case 2: setText(state, QStringLiteral("@@ not * base64 @@")); break;
+        case 3: setText(state, QString::fromLatin1(QByteArray::fromBase64(state.text().toLatin1()).left(24).toBase64())); break;
+        case 4: setText(mainElement.firstChildElement(QStringLiteral("geometry")), QStringLiteral("AAAAAAAA")); break;
+        case 5: mainElement.setAttribute(QStringLiteral("version"), 99); break;
+        case 6: mainElement.removeAttribute(QStringLiteral("version")); break;
+        default:
             for (QDomElement e = workspace.firstChildElement(QStringLiteral("dock")); !e.isNull();
                  e = e.nextSiblingElement(QStringLiteral("dock")))
                 e.setAttribute(QStringLiteral("key"), QStringLiteral("Ghost:") + e.attribute(QStringLiteral("key")));
-
-        if (warns)
+        }
+        if (damage > 0)
             QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("^VwmMainWindow::restoreWorkspaceFromXml: .*kept$")));
         main->restoreWorkspaceFromXml(workspace);
         QCoreApplication::processEvents();
         QCOMPARE(layoutOf(*main), before);
-    }
-
-    void clearHiddenWindowsClosesHiddenRemovableOnes()
-    {
-        auto main = makeMainWindow();
-        QPointer<ShellWindow> hiddenRemovable =
-            new ShellWindow(QStringLiteral("hidden removable"), QStringLiteral("Shell"), VwwAWindow::DOCKED | VwwAWindow::REMOVABLE);
-        QPointer<ShellWindow> hiddenKept = new ShellWindow(QStringLiteral("hidden kept"));
-        QPointer<ShellWindow> shown =
-            new ShellWindow(QStringLiteral("shown"), QStringLiteral("Shell"), VwwAWindow::DOCKED | VwwAWindow::REMOVABLE);
-        dockOf(hiddenRemovable)->hide();
-        dockOf(hiddenKept)->hide();
-
-        main->clearHiddenWindows();
-        QVERIFY(hiddenRemovable.isNull());
-        QVERIFY(hiddenKept && shown);
-        QCOMPARE(menuTitles(*main), (QStringList{QStringLiteral("hidden kept"), QStringLiteral("shown")}));
-        // A hidden window comes back from the menu.
-        menuEntry(*main, QStringLiteral("hidden kept"))->trigger();
-        QVERIFY(!dockOf(hiddenKept)->isHidden());
-    }
-
-    void destroyingTheMainWindowDeletesItsWindows()
-    {
-        auto main = makeMainWindow();
-        QPointer<ShellWindow> docked = new ShellWindow(QStringLiteral("docked"));
-        QPointer<ShellWindow> floating = new ShellWindow(QStringLiteral("floating"), QStringLiteral("Shell"), VwwAWindow::WindowFlags());
-        main->setActiveWindow(docked);
-        main.reset();
-        QVERIFY(docked.isNull());
-        QVERIFY(floating.isNull());
-        QCOMPARE(VwwWindowRegistry::getMainWindow(), nullptr);
-        QVERIFY(VwwWindowRegistry::getInstance()->getWindows().isEmpty());
-        ShellWindow later(QStringLiteral("later")); // no main window to call back
-        QCOMPARE(later.parentWidget(), nullptr);
     }
 };
 

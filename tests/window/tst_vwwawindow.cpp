@@ -48,36 +48,17 @@ private Q_SLOTS:
     }
     void cleanup() { resetWindowFramework(); }
 
-    void identity_data()
+    void titleAndSize()
     {
-        QTest::addColumn<QSize>("size");
-        QTest::addColumn<QSize>("expected");
-        QTest::newRow("invalid size") << QSize() << QSize(800, 600);
-        QTest::newRow("negative size") << QSize(-5, 300) << QSize(800, 600);
-        QTest::newRow("given size") << QSize(320, 200) << QSize(320, 200);
-    }
-
-    void identity()
-    {
-        QFETCH(QSize, size);
-        QFETCH(QSize, expected);
-        TestWindow window(QStringLiteral("Report"), VwwEWindowType::REPORTER, VwwAWindow::DOCKED, size);
-        QCOMPARE(window.sizeHint(), expected);
+        TestWindow window(QStringLiteral("Map"), VwwEWindowType::REPORTER, VwwAWindow::DOCKED, QSize(-5, 300));
+        QCOMPARE(window.sizeHint(), QSize(800, 600)); // an invalid size gives the default
+        QCOMPARE(TestWindow(QStringLiteral("W"), VwwEWindowType::TASK, {}, QSize(320, 200)).sizeHint(), QSize(320, 200));
         QCOMPARE(window.objectName(), QStringLiteral("WINDOW_REPORTER_%1").arg(window.getWindowID()));
-        QVERIFY(window.testAttribute(Qt::WA_DeleteOnClose));
-        QVERIFY(!window.isRemovable());
-        QCOMPARE(window.whichWindowType(), VwwEWindowType::REPORTER);
-    }
-
-    void titleFollowsTheContent()
-    {
-        TestWindow window(QStringLiteral("Map"));
         QSignalSpy spy(&window, &VwwAWindow::windowTitleUpdated);
         window.setContentName(QStringLiteral("Porosity"));
         window.setContentName(QStringLiteral("Porosity")); // no change, no signal
         window.setContentModified(true);
         QCOMPARE(spy.count(), 2);
-        QCOMPARE(window.getTitle(true), QStringLiteral("Map - Porosity*"));
         QCOMPARE(window.windowTitle(), QStringLiteral("Map - Porosity*"));
         QCOMPARE(window.getTitle(), QStringLiteral("Map"));
         window.setContentModified(false);
@@ -114,15 +95,11 @@ private Q_SLOTS:
         window.showStatusIndicator(QString(), accepted ? id : 0); // an empty text hides it again
         for (QLabel* label : window.findChildren<QLabel*>(QRegularExpression(QStringLiteral("^STATUS_INDICATOR_"))))
             QVERIFY(!label->isVisible());
-    }
-
-    void statusMessageKeepsItsFormat()
-    {
-        TestWindow window(QStringLiteral("W"));
+        // The message keeps its format: markup shown as typed.
         window.showStatusMessage(QStringLiteral("<b>42</b> samples"), Qt::PlainText);
-        auto* label = window.findChild<QLabel*>(QStringLiteral("STATUS_MESSAGE"));
-        QCOMPARE(label->text(), QStringLiteral("<b>42</b> samples"));
-        QCOMPARE(label->textFormat(), Qt::PlainText);
+        auto* message = window.findChild<QLabel*>(QStringLiteral("STATUS_MESSAGE"));
+        QCOMPARE(message->text(), QStringLiteral("<b>42</b> samples"));
+        QCOMPARE(message->textFormat(), Qt::PlainText);
     }
 
     void toolbarsKeepTheirOrder()
@@ -137,8 +114,6 @@ private Q_SLOTS:
         QToolButton* button = window.addToolbarActionMenu(VwwAWindow::MAIN_TOOLBAR, new QAction(QStringLiteral("Export"), &window), menu);
         QCOMPARE(button->menu(), menu);
         QCOMPARE(window.getToolbarActions(VwwAWindow::MAIN_TOOLBAR).size(), 3);
-        QVERIFY(window.getToolbarActions(VwwAWindow::TOOLS_TOOLBAR).isEmpty());
-        QVERIFY(window.getWidgetFromAction(VwwAWindow::VIEW_TOOLBAR, second));
         window.show();
         // The main toolbar stands left of the view toolbar whatever the order of creation.
         const QWidget* mainBar = window.getWidgetFromAction(VwwAWindow::MAIN_TOOLBAR, first)->parentWidget();
@@ -147,28 +122,11 @@ private Q_SLOTS:
         window.hideToolbar(VwwAWindow::VIEW_TOOLBAR);
         QVERIFY(!viewBar->isVisible());
         std::unique_ptr<QToolBar> taken(window.takeToolbar(VwwAWindow::VIEW_TOOLBAR));
-        QVERIFY(taken);
-        QVERIFY(window.getToolbarActions(VwwAWindow::VIEW_TOOLBAR).isEmpty());
+        QVERIFY(taken && window.getToolbarActions(VwwAWindow::VIEW_TOOLBAR).isEmpty());
         QCOMPARE(window.takeToolbar(VwwAWindow::VIEW_TOOLBAR), nullptr);
     }
 
-    void applyButtons()
-    {
-        TestWindow window(QStringLiteral("W"));
-        window.show();
-        QVERIFY(!window.getApplyButton()->isVisible());
-        window.enableApply(true);
-        window.enableAutoApply(true);
-        QSignalSpy apply(&window, &VwwAWindow::applyRequested);
-        QSignalSpy autoApply(&window, &VwwAWindow::autoApplyToggled);
-        QTest::mouseClick(window.getApplyButton(), Qt::LeftButton);
-        QCOMPARE(apply.count(), 1);
-        QTest::mouseClick(window.getAutoApplyButton(), Qt::LeftButton);
-        QCOMPARE(autoApply.count(), 1);
-        QVERIFY(!window.getApplyButton()->isEnabled()); // every change is applied already
-    }
-
-    void helpOpensTheTopic()
+    void applyHelpAndProgress()
     {
         QStringList topics;
         VuaResourceProvider::setHelpHandler([&topics](const Vua::Resource::HelpId& id) { topics << id.getTopic(); });
@@ -177,56 +135,61 @@ private Q_SLOTS:
         window.setMainView(field);
         window.show();
         QVERIFY(QTest::qWaitForWindowActive(&window));
+
+        QVERIFY(!window.getApplyButton()->isVisible());
+        window.enableApply(true);
+        window.enableAutoApply(true);
+        QSignalSpy apply(&window, &VwwAWindow::applyRequested);
+        QSignalSpy autoApply(&window, &VwwAWindow::autoApplyToggled);
+        QTest::mouseClick(window.getApplyButton(), Qt::LeftButton);
+        QTest::mouseClick(window.getAutoApplyButton(), Qt::LeftButton);
+        QCOMPARE(apply.count(), 1);
+        QCOMPARE(autoApply.count(), 1);
+        QVERIFY(!window.getApplyButton()->isEnabled()); // every change is applied already
+
+        // F1 opens the window's help topic, once it has one.
         field->setFocus();
-        QTest::keyClick(field, Qt::Key_F1); // no topic: nothing opens
+        QTest::keyClick(field, Qt::Key_F1);
         window.setHelpId(Vua::Resource::HelpId(QStringLiteral("variography")));
         QTest::keyClick(field, Qt::Key_F1);
         VuaResourceProvider::setHelpHandler(nullptr);
         QCOMPARE(topics, QStringList({"variography"}));
-    }
 
-    void closeCanBeRefused()
-    {
-        QPointer<HookWindow> window = new HookWindow(QStringLiteral("W"));
-        QSignalSpy spy(window.data(), &VwwAWindow::closeWindow);
-        window->show();
-        window->mayClose = false;
-        QVERIFY(!window->close());
-        QVERIFY(!window.isNull());
-        QCOMPARE(spy.count(), 0);
-        window->mayClose = true;
-        QVERIFY(window->close());
-        QCOMPARE(spy.count(), 1);
-        QTRY_VERIFY(window.isNull());
-    }
-
-    void preferencesReachTheHooks()
-    {
-        HookWindow window(QStringLiteral("W"));
-        auto* prefs = VupPreferenceRegistry::getInstance();
-        prefs->setValue(QStringLiteral("style"), QStringLiteral("font-size"), 12);
-        prefs->setValue(QStringLiteral("style"), QStringLiteral("font-size"), 12); // unchanged: silent
-        prefs->setValue(QStringLiteral("units"), QStringLiteral("length"), QStringLiteral("ft"));
-        prefs->setValue(QStringLiteral("3dviews"), QStringLiteral("background"), QStringLiteral("black"));
-        QCOMPARE(window.styleChanges, 1);
-        QCOMPARE(window.unitChanges, 1);
-        QCOMPARE(prefs->value(QStringLiteral("units"), QStringLiteral("length")).toString(), QStringLiteral("ft"));
-    }
-
-    void progressOfACalculation()
-    {
-        TestWindow window(QStringLiteral("W"));
-        window.show();
+        // A calculation's progress, then a busy bar for an unknown amount of work.
         auto* bar = window.findChild<QProgressBar*>(QStringLiteral("STATUS_PROGRESS"));
         Progress progress;
         window.calculatorHasStarted(&progress);
         QVERIFY(bar->isVisible());
         QCOMPARE(bar->value(), 25);
-        progress.fraction = -1; // unknown amount of work: a busy bar
+        progress.fraction = -1;
         window.calculatorHasStarted(&progress);
         QCOMPARE(bar->maximum(), 0);
         window.calculatorHasFinished();
         QVERIFY(!bar->isVisible());
+    }
+
+    void closeCanBeRefusedAndPreferencesReachTheHooks()
+    {
+        QPointer<HookWindow> window = new HookWindow(QStringLiteral("W"));
+        QSignalSpy spy(window.data(), &VwwAWindow::closeWindow);
+        window->show();
+        window->mayClose = false;
+        QVERIFY(!window->close() && window);
+        QCOMPARE(spy.count(), 0);
+        window->mayClose = true;
+        QVERIFY(window->close());
+        QCOMPARE(spy.count(), 1);
+        QTRY_VERIFY(window.isNull());
+
+        // The style and unit hooks hear their own preferences, once a change.
+        HookWindow hooked(QStringLiteral("W"));
+        auto* prefs = VupPreferenceRegistry::getInstance();
+        prefs->setValue(QStringLiteral("style"), QStringLiteral("font-size"), 12);
+        prefs->setValue(QStringLiteral("style"), QStringLiteral("font-size"), 12); // unchanged: silent
+        prefs->setValue(QStringLiteral("units"), QStringLiteral("length"), QStringLiteral("ft"));
+        prefs->setValue(QStringLiteral("3dviews"), QStringLiteral("background"), QStringLiteral("black"));
+        QCOMPARE(hooked.styleChanges, 1);
+        QCOMPARE(hooked.unitChanges, 1);
     }
 };
 

@@ -1,14 +1,12 @@
 #include "MessageCatcher.h"
 #include "TestWindows.h"
+#include "WindowFileHelpers.h"
 
 #include <KbbDebug.h>
 #include <VwwReporterWindow.h>
 
 #include <QAction>
-#include <QFileDialog>
-#include <QLineEdit>
 #include <QRegularExpression>
-#include <QTextBlock>
 #include <QTextBrowser>
 #include <QtTest>
 
@@ -25,12 +23,6 @@ QImage twoColourImage(const QSize& size)
     return image;
 }
 
-QByteArray readAll(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 QList<QImage> embeddedImages(const QString& html)
 {
     QList<QImage> images;
@@ -45,40 +37,6 @@ QTextBrowser* view(const VwwReporterWindow& window)
     return window.findChild<QTextBrowser*>(QStringLiteral("REPORTER_VIEW"));
 }
 
-// The images the view shows, as its document holds them.
-QList<QImage> shownImages(const VwwReporterWindow& window)
-{
-    QList<QImage> images;
-    const QTextDocument* document = view(window)->document();
-    for (QTextBlock block = document->begin(); block.isValid(); block = block.next())
-        for (auto it = block.begin(); !it.atEnd(); ++it)
-            if (it.fragment().charFormat().isImageFormat())
-                images << document->resource(QTextDocument::ImageResource,
-                                             QUrl(it.fragment().charFormat().toImageFormat().name()))
-                              .value<QImage>();
-    return images;
-}
-
-// Answers the next file dialog as a user does: types the path and presses Return.
-void answerFileDialog(const QString& path)
-{
-    auto* poll = new QTimer;
-    poll->setInterval(10);
-    QObject::connect(poll, &QTimer::timeout, [poll, path]() {
-        auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
-        if (!dialog)
-            return;
-        poll->deleteLater();
-        auto* edit = dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
-        QVERIFY(edit);
-        edit->setText(path);
-        QTest::keyClick(edit, Qt::Key_Return);
-        if (dialog->isVisible()) // not accepted: give up rather than hang
-            dialog->reject();
-    });
-    poll->start();
-}
-
 } // namespace
 
 class TestReporterWindow : public QObject
@@ -86,17 +44,8 @@ class TestReporterWindow : public QObject
     Q_OBJECT
 
     QTemporaryDir _dir;
-    int _projects = 0;
 
-    std::unique_ptr<VssProject> newProject()
-    {
-        return VssProject::create(_dir.filePath(QStringLiteral("project%1").arg(++_projects)), QStringLiteral("Test"));
-    }
-
-    static QString reportPath(const VssProject& project)
-    {
-        return QDir(project.getDatabaseDirectory()).filePath(QStringLiteral("report.html"));
-    }
+    std::unique_ptr<VssProject> newProject() { return VssProject::open(WindowFiles::makeProject(_dir, true)); }
 
 private Q_SLOTS:
     void init() { resetWindowFramework(); }
@@ -122,12 +71,19 @@ private Q_SLOTS:
         QTest::newRow("screenshot, with a caption") << QSize(640, 480) << "Map of porosity";
     }
 
+    // One image, of the size and with the colour at the far corner of `image`.
+    static bool sameImage(const QList<QImage>& images, const QImage& image)
+    {
+        const QPoint corner(image.width() - 1, image.height() - 1);
+        return images.size() == 1 && images.first().size() == image.size()
+               && images.first().pixelColor(corner) == image.pixelColor(corner);
+    }
+
     void imageSurvivesRoundTrips()
     {
         QFETCH(QSize, size);
         QFETCH(QString, caption);
         const QImage image = twoColourImage(size);
-        const QPoint right(size.width() - 1, size.height() - 1);
         std::unique_ptr<VssProject> project = newProject();
         VwwReporterWindow window;
         window.projectOpened(*project);
@@ -137,10 +93,7 @@ private Q_SLOTS:
         // The saved page holds the image itself, not a name only this process knows.
         const QString saved = _dir.filePath(QStringLiteral("out.html"));
         window.saveAsHtml(saved);
-        const QList<QImage> embedded = embeddedImages(QString::fromUtf8(readAll(saved)));
-        QCOMPARE(embedded.size(), 1);
-        QCOMPARE(embedded.first().size(), size);
-        QCOMPARE(embedded.first().pixelColor(right), image.pixelColor(right));
+        QVERIFY(sameImage(embeddedImages(QString::fromUtf8(WindowFiles::read(saved))), image));
 
         // Saved with the project, gone when it closes, back when it opens.
         window.saveInProject();
@@ -149,12 +102,8 @@ private Q_SLOTS:
         window.appendText(QStringLiteral("typed with no project"));
         window.saveInProject();
         window.projectOpened(*project);
-        const QList<QImage> shown = shownImages(window);
-        QCOMPARE(shown.size(), 1);
-        QCOMPARE(shown.first().size(), size);
-        QCOMPARE(shown.first().pixelColor(right), image.pixelColor(right));
         QCOMPARE(view(window)->toPlainText().trimmed(), (QStringLiteral("Before\n\uFFFC\n") + caption).trimmed());
-        QCOMPARE(embeddedImages(window.toHtml()).size(), 1);
+        QVERIFY(sameImage(embeddedImages(window.toHtml()), image)); // made from what the view holds
     }
 
     void toolbarActions_data()
@@ -186,14 +135,12 @@ private Q_SLOTS:
         QVERIFY(triggered->isEnabled());
 
         if (!typed.isEmpty())
-            answerFileDialog(dir.filePath(typed));
+            WindowFiles::answerFileDialog(dir.filePath(typed));
         triggered->trigger();
         if (written.isEmpty()) {
-            QVERIFY(window.isEmpty());
-            QVERIFY(view(window)->toPlainText().isEmpty());
-            QVERIFY(!triggered->isEnabled());
+            QVERIFY(window.isEmpty() && view(window)->toPlainText().isEmpty() && !triggered->isEnabled());
         } else {
-            QVERIFY(readAll(dir.filePath(written)).startsWith(start));
+            QVERIFY(WindowFiles::read(dir.filePath(written)).startsWith(start));
         }
     }
 
@@ -241,28 +188,22 @@ private Q_SLOTS:
         QFETCH(qint64, size);
         QFETCH(QString, reason);
         std::unique_ptr<VssProject> project = newProject();
-        const QString path = reportPath(*project);
-        QFile file(path);
-        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
-        QVERIFY(file.resize(qMax(size, qint64(content.size()))));
-        file.close();
-        const QByteArray onDisk = readAll(path);
+        const QString path = project->getDatabaseDirectory() + QStringLiteral("/report.html");
+        QVERIFY(WindowFiles::write(path, content) && QFile::resize(path, qMax(size, qint64(content.size()))));
+        const QByteArray onDisk = WindowFiles::read(path);
 
         MessageCatcher caught;
-        QStringList& warnings = caught.warnings;
         VwwReporterWindow window;
         window.appendText(QStringLiteral("left from before"));
         window.projectOpened(*project);
         caught.stop();
         QVERIFY(window.isEmpty());
-        QCOMPARE(warnings.size(), 1);
-        QVERIFY2(warnings.first().contains(QDir::toNativeSeparators(path)), qPrintable(warnings.first()));
-        QVERIFY2(warnings.first().contains(reason), qPrintable(warnings.first()));
-
-        // The damaged file is kept aside whole for the user to rescue, and the new report
-        // is saved in its place.
-        QVERIFY2(warnings.first().contains(QDir::toNativeSeparators(path + ".bad")), qPrintable(warnings.first()));
-        QCOMPARE(readAll(path + ".bad"), onDisk);
+        // Named with its reason; the damaged file is kept aside whole for the user to rescue,
+        // and the new report is saved in its place.
+        QCOMPARE(caught.warnings.size(), 1);
+        const QString& warning = caught.warnings.first();
+        QVERIFY2(warning.contains(reason) && warning.contains(QDir::toNativeSeparators(path + ".bad")), qPrintable(warning));
+        QCOMPARE(WindowFiles::read(path + ".bad"), onDisk);
         window.appendText(QStringLiteral("new start"));
         window.saveInProject();
         window.projectAboutToClose();

@@ -1,12 +1,11 @@
 #include "MessageCatcher.h"
 #include "FakeMainWindow.h"
 #include "TestWindows.h"
+#include "WindowFileHelpers.h"
 
 #include <KbbDebug.h>
 
 #include <QtTest>
-#include <csignal>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <cerrno>
 #include <cstring>
@@ -17,28 +16,20 @@ class TestWindowsFile : public QObject
     Q_OBJECT
 
     QTemporaryDir _dir;
-    int _count = 0;
     std::unique_ptr<MessageCatcher> _caught;
 
-    QString newProject()
+    QString newProject() { return WindowFiles::makeProject(_dir, true); } // with a map scene
+
+    QString projectWith(const QByteArray& windowsFileContent)
     {
-        const QString folder = _dir.filePath(QStringLiteral("p%1").arg(++_count));
-        auto project = VssProject::create(folder, QStringLiteral("Field %1").arg(_count));
-        project->getModelScene().createScene(QStringLiteral("Map"), 2);
-        project->save();
+        const QString folder = newProject();
+        if (!WindowFiles::write(windowsFile(folder), windowsFileContent))
+            qFatal("cannot write the windows file");
         return folder;
     }
 
-    static QString windowsFile(const QString& folder)
-    {
-        return QDir(folder).filePath(QStringLiteral("database/windows.xml"));
-    }
-
-    static QByteArray readAll(const QString& path)
-    {
-        QFile f(path);
-        return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-    }
+    static QString windowsFile(const QString& folder) { return WindowFiles::windowsFile(folder); }
+    static QByteArray readAll(const QString& path) { return WindowFiles::read(path); }
 
 private Q_SLOTS:
     void init()
@@ -75,7 +66,9 @@ private Q_SLOTS:
             << head + "<windows><window-list><window class-id=\"Test2D\"><field name=\"scene-id\">1e999x</field>"
                       "</window></window-list></windows>"
             << false << "no scene '1e999x'";
-        QTest::newRow("no window list") << head + "<windows><workspace/></windows>" << false << QString();
+        // Without a window list reading stops: the workspace is not taken either.
+        QTest::newRow("no window list") << head + "<windows><workspace text=\"orphan\"/></windows>" << false
+                                        << QString();
         QTest::newRow("empty file") << QByteArray() << true << QString();
         QTest::newRow("blanks only") << QByteArray("   \n\t ") << true << QString();
         QTest::newRow("truncated")
@@ -109,12 +102,7 @@ private Q_SLOTS:
         QFETCH(QByteArray, content);
         QFETCH(bool, warns);
         QFETCH(QString, dropped);
-        const QString folder = newProject();
-        {
-            QFile f(windowsFile(folder));
-            QVERIFY(f.open(QIODevice::WriteOnly));
-            f.write(content);
-        }
+        const QString folder = projectWith(content);
         auto* factory = new TestFactory;
         VwwWindowRegistry::setWindowFactory(factory);
         FakeMainWindow main;
@@ -123,10 +111,12 @@ private Q_SLOTS:
         QVERIFY(VssProjectCollection::getInstance()->openProject(folder));
 
         // The default windows are there, whatever the file held.
-        QVERIFY2(factory->calls.contains(QStringLiteral("createReporterWindow")), qPrintable(factory->calls.join(' ')));
-        QVERIFY(factory->calls.contains(QStringLiteral("create2DDisplay:0")));
-        QVERIFY(factory->calls.contains(QStringLiteral("create3DDisplay:0")));
+        QCOMPARE(factory->calls.filter(QRegularExpression(QStringLiteral("^create(Reporter|[23]D)"))),
+                 QStringList({"createReporterWindow", "create3DDisplay:0", "create2DDisplay:0"}));
         QCOMPARE(main.calls.count(QStringLiteral("restore")), 1);
+        // Only a readable file with a window list gives its workspace back.
+        const bool workspaceTaken = !warns && content.contains("<window-list") && content.contains("<workspace");
+        QCOMPARE(main.restoredText != QLatin1String("<null>"), workspaceTaken);
         if (warns) {
             QCOMPARE(_caught->told.size(), 1);
             QVERIFY2(_caught->told.first().contains(QStringLiteral("cannot be restored")), qPrintable(_caught->told.first()));
@@ -141,9 +131,8 @@ private Q_SLOTS:
 
         // Closing writes a good file in its place.
         QVERIFY(VssProjectCollection::getInstance()->closeProject());
-        VwwWindowRegistry::WindowData data;
         QDomElement workspace;
-        VwwWindowRegistry::readWindowsFile(windowsFile(folder), data, workspace);
+        WindowFiles::saved(windowsFile(folder), &workspace);
         QVERIFY(!workspace.isNull());
     }
 
@@ -173,10 +162,8 @@ private Q_SLOTS:
         }
         // Beside a folder named windows.xml.bad, a damaged windows.xml is kept under the next name.
         const bool besideBad = name.endsWith(QLatin1String(".bad"));
-        if (besideBad) {
-            QFile damaged(windowsFile(folder));
-            QVERIFY(damaged.open(QIODevice::WriteOnly) && damaged.write("<windows><window-list>") > 0);
-        }
+        if (besideBad)
+            QVERIFY(WindowFiles::write(windowsFile(folder), "<windows><window-list>"));
         VwwWindowRegistry::setWindowFactory(new TestFactory);
         QVERIFY(VssProjectCollection::getInstance()->openProject(folder));
         QCOMPARE(_caught->told.size(), 1);
@@ -204,104 +191,66 @@ private Q_SLOTS:
     }
 
     // A file listing far more windows than anyone opens (damaged, or generated) restores the
-    // first ones and says so once; how long that takes grows linearly (bench_windows_file).
-    void manyWindowsAreCappedWithOneWarning()
+    // first ones and says so once; how long that takes grows linearly (bench_windows_file). A
+    // window the factory throws on is skipped alone, and the maps after it are restored.
+    void manyWindowsAreCappedAndAThrowingFactorySkipsOne()
     {
-        const QString folder = newProject();
-        {
-            QFile f(windowsFile(folder));
-            QVERIFY(f.open(QIODevice::WriteOnly));
-            f.write("<windows><window-list>"
-                    + QByteArray("<window class-id=\"Test2D\"><field name=\"scene-id\">1</field></window>").repeated(1000)
-                    + "</window-list></windows>");
-        }
-        VwwWindowRegistry::setWindowFactory(new TestFactory);
+        const QString folder = projectWith(
+            "<windows><window-list><window class-id=\"Throwing\"/>"
+            + QByteArray("<window class-id=\"Test2D\"><field name=\"scene-id\">1</field></window>").repeated(1000)
+            + "</window-list></windows>");
+        auto* factory = new TestFactory;
+        VwwWindowRegistry::setWindowFactory(factory);
         QVERIFY(VssProjectCollection::getInstance()->openProject(folder));
         int maps = 0;
         for (const auto& entry : VwwWindowRegistry::getInstance()->getWindows())
             if (auto* display = qobject_cast<TestSceneWindow*>(entry.second.data()))
                 maps += display->getSceneType() == VugESceneType::MAP ? 1 : 0;
-        QCOMPARE(maps, VwwWindowRegistry::MAX_RESTORED_WINDOWS);
-        QCOMPARE(_caught->told.size(), 1);
-        QVERIFY2(_caught->told.first().contains(QStringLiteral("1000")), qPrintable(_caught->told.first()));
-    }
-
-    void aFactoryThatThrowsSkipsOnlyThatWindow()
-    {
-        const QString folder = newProject();
-        {
-            QFile f(windowsFile(folder));
-            QVERIFY(f.open(QIODevice::WriteOnly));
-            f.write("<windows><window-list><window class-id=\"Throwing\"/>"
-                    "<window class-id=\"Test2D\"><field name=\"scene-id\">1</field></window>"
-                    "</window-list></windows>");
-        }
-        auto* factory = new TestFactory;
-        VwwWindowRegistry::setWindowFactory(factory);
-        QVERIFY(VssProjectCollection::getInstance()->openProject(folder));
-        QCOMPARE(_caught->told, QStringList({"Restoring window 'Throwing' failed: std::exception: cannot make it"}));
-        // The map after it is restored; the defaults it stands for are not made again.
+        QCOMPARE(maps, VwwWindowRegistry::MAX_RESTORED_WINDOWS - 1);
+        QCOMPARE(_caught->told.size(), 2);
+        QVERIFY2(_caught->told.first().contains(QStringLiteral("1001")), qPrintable(_caught->told.first()));
+        QCOMPARE(_caught->told.last(), QStringLiteral("Restoring window 'Throwing' failed: std::exception: cannot make it"));
+        // The restored maps stand for the default 2D display; the Reporter is still made.
         QVERIFY(!factory->calls.contains(QStringLiteral("create2DDisplay:0")));
         QVERIFY(factory->calls.contains(QStringLiteral("createReporterWindow")));
     }
 
-    void roundTripKeepsOrderAndText()
+    void roundTripKeepsOrderAndTextAndAFailedWriteKeepsIt()
     {
         const QString folder = newProject();
         VwwWindowRegistry::setWindowFactory(new TestFactory);
         QVERIFY(VssProjectCollection::getInstance()->openProject(folder));
-        registeredIds();
-        const QStringList texts{QStringLiteral("plain"), QStringLiteral("<tag> & \"quotes\" 'x'"),
-                                QStringLiteral("line\nbreak\ttab"), QStringLiteral("Ünïcødé ∑ 日本"), QString()};
-        for (const QString& text : texts) {
+        QStringList texts{QStringLiteral("plain"), QStringLiteral("<tag> & \"quotes\" 'x'"),
+                          QStringLiteral("line\nbreak\ttab\r\nend\r"), QStringLiteral("Ünïcødé ∑ 日本 😀"), QString(),
+                          QStringLiteral("bell\x07")};
+        for (const QString& text : qAsConst(texts)) {
             auto* w = new TestWindow(QStringLiteral("w"), VwwEWindowType::DISPLAY);
             w->fields.insert(QStringLiteral("text"), text);
             w->fields.insert(QStringLiteral("second"), QStringLiteral("2"));
         }
+        texts.last() = QStringLiteral("bell\uFFFD"); // XML cannot hold it
         QVERIFY(VssProjectCollection::getInstance()->closeProject());
 
-        VwwWindowRegistry::WindowData data;
-        QDomElement workspace;
-        VwwWindowRegistry::readWindowsFile(windowsFile(folder), data, workspace);
         QStringList read;
-        for (const auto& entry : data)
+        for (const auto& entry : WindowFiles::saved(windowsFile(folder)))
             if (entry.first == QLatin1String("TestWindow")) {
                 read << entry.second.value(QStringLiteral("text"));
                 QCOMPARE(entry.second.keys(), QStringList({"text", "second"}));
             }
         QCOMPARE(read, texts);
-    }
 
-    void aFailedWriteKeepsThePreviousFile()
-    {
-        const QString folder = newProject();
-        VwwWindowRegistry::setWindowFactory(new TestFactory);
-        QVERIFY(VssProjectCollection::getInstance()->openProject(folder));
-        QVERIFY(VssProjectCollection::getInstance()->closeProject());
+        // A write that fails keeps that file whole, says why, and leaves no temporary file.
         const QByteArray before = readAll(windowsFile(folder));
-        QVERIFY(before.contains("window-list"));
-
         QVERIFY(VssProjectCollection::getInstance()->openProject(folder));
         auto* big = new TestWindow(QStringLiteral("big"), VwwEWindowType::DISPLAY);
         big->fields.insert(QStringLiteral("blob"), QString(256 * 1024, QLatin1Char('b')));
-
+        _caught->clear();
         // The process may not write files over 64 KB: the new file cannot be written whole.
-        std::signal(SIGXFSZ, SIG_IGN);
-        rlimit old{};
-        getrlimit(RLIMIT_FSIZE, &old);
-        rlimit limit = old;
-        limit.rlim_cur = 64 * 1024;
-        QCOMPARE(setrlimit(RLIMIT_FSIZE, &limit), 0);
-        const bool closed = VssProjectCollection::getInstance()->closeProject();
-        setrlimit(RLIMIT_FSIZE, &old);
-
-        QVERIFY(closed);
+        QVERIFY(WindowFiles::withFileSizeLimit(64 * 1024, [] { return VssProjectCollection::getInstance()->closeProject(); }));
         QCOMPARE(readAll(windowsFile(folder)), before);
-        // The system's own reason is given.
         QVERIFY2(!_caught->told.isEmpty() && _caught->told.last().contains(QStringLiteral("could not be saved"))
                      && _caught->told.last().contains(QString::fromLocal8Bit(strerror(EFBIG))),
                  qPrintable(_caught->told.join('\n')));
-        // No half-written temporary file is left beside it.
         QCOMPARE(QDir(folder + QStringLiteral("/database")).entryList(QDir::Files).filter(QStringLiteral("windows")),
                  QStringList({"windows.xml"}));
     }

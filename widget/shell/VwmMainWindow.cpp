@@ -509,8 +509,8 @@ void VwmMainWindow::_connectModel()
     connect(model, &QAbstractItemModel::dataChanged, this, &VwmMainWindow::_rebuildWindowList);
     connect(model, &QAbstractItemModel::modelReset, this, &VwmMainWindow::_rebuildWindowList);
     connect(model, &QAbstractItemModel::layoutChanged, this, &VwmMainWindow::_rebuildWindowList);
-    // The registry may replace its model; the next one is asked for once this one is gone,
-    // not while it is being deleted.
+    // The registry's clear() deletes its model and reset() makes a new one: the next one is
+    // asked for once this one is gone (not while it is being deleted), and when the menu opens.
     connect(model, &QObject::destroyed, this, [this] {
         _rebuildWindowList();
         QMetaObject::invokeMethod(this, &VwmMainWindow::_connectModel, Qt::QueuedConnection);

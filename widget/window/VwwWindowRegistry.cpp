@@ -19,6 +19,7 @@
 #include <VusFileUtils.h>
 #include <VuxXml.h>
 #include <VuxXmlReader.h>
+#include <VuxXmlWriter.h>
 #include <VwdGpsDialog.h>
 #include <VwmAMainWindow.h>
 
@@ -26,17 +27,16 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QXmlStreamWriter>
 
 namespace {
 
 const QString kFileName = QStringLiteral("windows.xml");
-const QString kDocType = QStringLiteral("windows");
-const QString kRoot = QStringLiteral("windows");
-const QString kWindowList = QStringLiteral("window-list");
-const QString kWindow = QStringLiteral("window");
-const QString kClassId = QStringLiteral("class-id");
-const QString kWorkspace = QStringLiteral("workspace");
+const QLatin1String kDocType("windows");
+const QLatin1String kRoot("windows");
+const QLatin1String kWindowList("window-list");
+const QLatin1String kWindow("window");
+const QLatin1String kClassId("class-id");
+const QLatin1String kWorkspace("workspace");
 
 QString tr(const char* text)
 {
@@ -86,11 +86,24 @@ VwwWindowRegistry::~VwwWindowRegistry()
         _d->sceneModel->removeObserver(this);
 }
 
+VwwWindowRegistry*& VwwWindowRegistry::_instance()
+{
+    // Never destroyed at exit: windows and observables that outlive main() still call it.
+    static VwwWindowRegistry* instance = new VwwWindowRegistry;
+    return instance;
+}
+
 VwwWindowRegistry* VwwWindowRegistry::getInstance()
 {
-    // Never destroyed: windows and observables that outlive main() still call it.
-    static VwwWindowRegistry* const instance = new VwwWindowRegistry;
-    return instance;
+    return _instance();
+}
+
+void VwwWindowRegistry::reset()
+{
+    clear();
+    VwwWindowRegistry*& instance = _instance();
+    delete instance;
+    instance = new VwwWindowRegistry;
 }
 
 const VwwWindowRegistry::WindowMap& VwwWindowRegistry::getWindows() const
@@ -268,14 +281,7 @@ void VwwWindowRegistry::setMainWindow(VwmAMainWindow* mainWindow)
 
 VwwWindowModel* VwwWindowRegistry::getWindowModel()
 {
-    auto& d = *getInstance()->_d;
-    if (!d.windowModel) {
-        // clear() deleted the previous model: the new one starts with the live windows.
-        d.windowModel = new VwwWindowModel;
-        for (const QPointer<VwwAWindow>& window : d.liveWindows())
-            d.windowModel->addWindow(window);
-    }
-    return d.windowModel;
+    return getInstance()->_d->windowModel;
 }
 
 void VwwWindowRegistry::setWindowFactory(VwwIWindowFactory* factory)
@@ -339,12 +345,12 @@ void VwwWindowRegistry::_saveWindows(const VwwWindowTypeFlags& types)
         return;
     }
     const QString path = windowsFilePath(*project);
+    // Written as UTF-8 straight into one buffer, which goes whole into the temporary file:
+    // the save costs little more than the bytes and the atomic replace.
     QByteArray content;
-    QXmlStreamWriter xml(&content);
-    xml.setAutoFormatting(true);
-    xml.setAutoFormattingIndent(1);
-    xml.writeStartDocument();
-    xml.writeDTD(QStringLiteral("<!DOCTYPE %1>").arg(kDocType));
+    content.reserve(4096);
+    VuxXmlWriter xml(content);
+    xml.writeStartDocument(kDocType);
     xml.writeStartElement(kRoot);
     xml.writeStartElement(kWindowList);
     for (const QPointer<VwwAWindow>& window : _d->liveWindows()) {
@@ -353,14 +359,14 @@ void VwwWindowRegistry::_saveWindows(const VwwWindowTypeFlags& types)
         const auto* sceneWindow = qobject_cast<const VwwASceneWindow*>(window.data());
         if (sceneWindow && sceneWindow->getScene().getId() < 1)
             continue;
-        const QString title = window->getTitle();
+        const QString title = window->getTitle(); // the calls below may delete the window
         try {
             // Both calls may throw: nothing is written for the window until they are done.
             const QString classId = window->getClassID();
             const Fields fields = window->serialize();
             xml.writeStartElement(kWindow);
             xml.writeAttribute(kClassId, classId);
-            VuxXml::writeFields(xml, fields);
+            xml.writeFields(fields);
             xml.writeEndElement();
         } catch (...) {
             KbbDebug::printWarning(tr("Saving window '%1' failed: %2").arg(title, KbbDebug::describeCurrentException()));
@@ -368,13 +374,17 @@ void VwwWindowRegistry::_saveWindows(const VwwWindowTypeFlags& types)
     }
     xml.writeEndElement();
 
-    QDomDocument workspaceDocument;
-    QDomElement workspace = workspaceDocument.createElement(kWorkspace);
-    workspaceDocument.appendChild(workspace);
-    if (_d->mainWindow)
+    // The main window's layout comes as a DOM element; without one the element stays empty.
+    if (_d->mainWindow) {
+        QDomDocument workspaceDocument;
+        QDomElement workspace = workspaceDocument.createElement(kWorkspace);
+        workspaceDocument.appendChild(workspace);
         _d->mainWindow->saveWorkspaceToXml(workspace);
-    VuxXml::writeElement(xml, workspace);
-    xml.writeEndElement();
+        xml.writeElement(workspace);
+    } else {
+        xml.writeStartElement(kWorkspace);
+        xml.writeEndElement();
+    }
     xml.writeEndDocument();
 
     try {
@@ -419,6 +429,10 @@ void VwwWindowRegistry::readWindowsFile(const QString& path, WindowData& windows
     }
     // A damaged tail makes the whole file unreadable: no half of it is restored.
     xml.finish();
+    // Without a window list the file holds no saved windows, and its workspace, made for
+    // windows that are not there, is not taken either.
+    if (!listSeen)
+        return;
     windowsData.append(data);
     if (!ws.isNull())
         workspace = ws;

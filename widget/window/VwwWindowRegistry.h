@@ -58,7 +58,13 @@ public:
     static void openDisplay(const VsoSceneIdentifier& scene);
     static void closeDisplay(const VsoSceneIdentifier& scene);
     static VsoSceneIdentifier getOpenedDisplay(const VsoSceneFilter& filter);
+    // Deletes the window model and every window and forgets the main window; the registry
+    // then has no window model (getWindowModel() is null) until reset() makes it anew.
     static void clear();
+    // clear(), then the registry as on first use: a new window model, no factory, no GPS
+    // dialog, and the user may change windows. For tests and for an application that starts
+    // over; call it while no project is open.
+    static void reset();
 
     static VwwDebugWindow* getDebugWindow();
     static VwwReporterWindow* getReporterWindow();
@@ -66,6 +72,7 @@ public:
 
     static QWidget* getMainWindow();
     static void setMainWindow(VwmAMainWindow* mainWindow);
+    // The list model of the windows, made with the registry; null after clear().
     static VwwWindowModel* getWindowModel();
     static void setWindowFactory(VwwIWindowFactory* factory);
     static VwwIWindowFactory* getWindowFactory();
@@ -97,6 +104,7 @@ public:
 private:
     VwwWindowRegistry();
     ~VwwWindowRegistry() override;
+    static VwwWindowRegistry*& _instance();
 
     // Throws KbeError when the file cannot be written; the previous file is then whole.
     void _saveWindows(const VwwWindowTypeFlags& types);
