@@ -1,6 +1,8 @@
 // The frame every value editor shares, through the smallest real editor: an integer spin
 // box with the base's buttons on its right, driven by clicks, Space and calls from code.
 
+#include "EditorInput.h"
+
 #include <VuaResourceProvider.h>
 #include <VwaAWidget.h>
 #include <VwcAutomaticButton.h>
@@ -51,14 +53,6 @@ void press(QAbstractButton* button, bool keyboard)
         QTest::keyClick(button, Qt::Key_Space);
     else
         QTest::mouseClick(button, Qt::LeftButton);
-}
-
-QList<bool> toggles(const QSignalSpy& spy)
-{
-    QList<bool> result;
-    for (const auto& args : spy)
-        result << args.at(0).toBool();
-    return result;
 }
 
 } // namespace
@@ -165,12 +159,12 @@ private Q_SLOTS:
             }
         }
 
-        QCOMPARE(toggles(automaticSpy), automaticToggles);
+        QCOMPARE(EditorInput::firstArguments<bool>(automaticSpy), automaticToggles);
         QCOMPARE(editor.resets, resets);
         QCOMPARE(editor.isAutomatic(), automatic);
         QCOMPARE(editor.getAutomaticMode(), withAutomatic ? mode : VwaAWidget::AUTO_SET_NONE);
         QCOMPARE(editor.isAutomaticEnabled(), withAutomatic && !steps.contains(Disable));
-        QCOMPARE(toggles(lockSpy), lockToggles);
+        QCOMPARE(EditorInput::firstArguments<bool>(lockSpy), lockToggles);
         QCOMPARE(editor.isValueLocked(), !lockToggles.isEmpty() && lockToggles.last());
         QCOMPARE(editor.isLockValueAvailable(), lockShown);
         if (button) {
