@@ -118,18 +118,9 @@ private Q_SLOTS:
             QTest::newRow(name) << setup << start << typed << key << value << shown << QString(focus);
         };
         const Setup none = [](VwaDouble&) {};
-        const Setup metres = [](VwaDouble& e) {
-            e.setDisplayFormat(fixed(2, QStringLiteral("m")));
-            e.setPrefix(QStringLiteral("h = "));
-        };
-        const Setup bounded = [](VwaDouble& e) {
-            e.setMinimumDefined(true);
-            e.setMaximumDefined(true);
-        };
-        const Setup wrapped = [bounded](VwaDouble& e) {
-            bounded(e);
-            e.setWrapping(true);
-        };
+        const Setup metres = [](VwaDouble& e) { e.setDisplayFormat(fixed(2, QStringLiteral("m"))); e.setPrefix("h = "); };
+        const Setup bounded = [](VwaDouble& e) { e.setMinimumDefined(true); e.setMaximumDefined(true); };
+        const Setup wrapped = [bounded](VwaDouble& e) { bounded(e); e.setWrapping(true); };
         const Setup undefinable = [](VwaDouble& e) { e.setUndefineEnabled(true); };
         const QString untouched;
         row("number, Enter", none, 0, "12.5", Qt::Key_Return, 12.5, "12.50");
@@ -205,12 +196,12 @@ private Q_SLOTS:
         row("no bounds keep a huge value", [](VwaDouble&) {}, 1e300, 1e300);
         row("defining the maximum lowers it", [](VwaDouble& e) { e.setMaximumDefined(true); }, 1e300, 99.0);
         row("a new minimum while off changes nothing", [](VwaDouble& e) { e.setMinimum(50.0); }, 10.0, 10.0);
-        row("a new minimum while on raises it", [](VwaDouble& e) { e.setMinimumDefined(true), e.setMinimum(50.0); },
+        row("a new minimum while on raises it", [](VwaDouble& e) { e.setMinimumDefined(true); e.setMinimum(50.0); },
             10.0, 50.0);
         row("switching the maximum off keeps the value",
-            [](VwaDouble& e) { e.setMaximumDefined(true), e.setMaximumDefined(false), e.setValue(500.0); }, 0.0, 500.0);
+            [](VwaDouble& e) { e.setMaximumDefined(true); e.setMaximumDefined(false); e.setValue(500.0); }, 0.0, 500.0);
         row("undefined refused becomes the clamped zero",
-            [](VwaDouble& e) { e.setMinimum(5.0), e.setMinimumDefined(true), e.setValue(UNDEF); }, 7.0, 5.0);
+            [](VwaDouble& e) { e.setMinimum(5.0); e.setMinimumDefined(true); e.setValue(UNDEF); }, 7.0, 5.0);
         row("switching undefined off turns it into zero", [](VwaDouble& e) { e.setUndefineEnabled(false); }, UNDEF, 0.0);
         row("NaN from code is no value", [](VwaDouble& e) { e.setValue(std::nan("")); }, 3.0, 0.0);
     }
