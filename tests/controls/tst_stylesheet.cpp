@@ -145,35 +145,6 @@ private Q_SLOTS:
         QCOMPARE(stream.getStyleSheet(), QStringLiteral(" {\n  color: red;\n}\n"));
     }
 
-    void colorsReachTheLabelPalette_data()
-    {
-        QTest::addColumn<QString>("background");
-        QTest::addColumn<QString>("foreground");
-        QTest::addColumn<QColor>("expectedBackground");
-        QTest::addColumn<QColor>("expectedForeground");
-
-        QTest::newRow("palette constants") << S::bgColor(S::blueHv) << S::fgColor(S::white) << QColor(0x11, 0x69, 0x81)
-                                           << QColor(Qt::white);
-        QTest::newRow("packed value keeps its alpha") << S::bgColor(S::Color(quint32(0x80FF0000u)))
-                                                      << S::fgColor(S::grayHv) << QColor(255, 0, 0, 128)
-                                                      << QColor(0x4b, 0x40, 0x38);
-        QTest::newRow("colour record") << S::bgColor(KbbColor(10, 20, 30)) << S::fgColor(Qt::yellow)
-                                       << QColor(10, 20, 30) << QColor(Qt::yellow);
-    }
-    void colorsReachTheLabelPalette()
-    {
-        QFETCH(QString, background);
-        QFETCH(QString, foreground);
-        QFETCH(QColor, expectedBackground);
-        QFETCH(QColor, expectedForeground);
-
-        QLabel label(QStringLiteral("text"));
-        label.setStyleSheet(S::Stream().add({background, foreground}).getStyleSheet());
-        label.ensurePolished();
-        QCOMPARE(label.palette().color(QPalette::Window), expectedBackground);
-        QCOMPARE(label.palette().color(QPalette::WindowText), expectedForeground);
-    }
-
     // The scroll-bar sheet follows what the stream held, under its comment, with one rule
     // per selector; on real bars it sets the thickness, keeps the handle grabbable and
     // hides the arrow buttons.

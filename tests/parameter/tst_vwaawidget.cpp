@@ -43,7 +43,7 @@ using Mode = VwaAWidget::AutoMode;
 // What a user or a form does to an editor. A press on a hidden button clicks it from code,
 // which shows whether any wiring is left behind it.
 enum Step { State, Value, NoMode, BadMode, Click, Space, CodeOn, CodeOff, Disable,
-            Offer, Withdraw, LockClick, LockSpace, LockOn, LockOff };
+            Offer, Withdraw, LockClick, LockSpace, LockOn, LockOff, Normal, Embedded, BadStyle };
 
 void press(QAbstractButton* button, bool keyboard)
 {
@@ -77,17 +77,22 @@ private Q_SLOTS:
         QTest::addColumn<bool>("automaticShown");
         QTest::addColumn<QList<bool>>("lockToggles");
         QTest::addColumn<bool>("lockShown");
+        QTest::addColumn<int>("styleUpdates");
 
         using L = QList<Step>;
         using B = QList<bool>;
         auto row = [](const char* name, bool withAutomatic, bool withLock, const L& steps, const B& automaticToggles,
-                      int resets, bool automatic, bool automaticShown, const B& lockToggles = {}, bool lockShown = false) {
+                      int resets, bool automatic, bool automaticShown, const B& lockToggles = {},
+                      bool lockShown = false, int styleUpdates = 0) {
             QTest::newRow(name) << withAutomatic << withLock << steps << automaticToggles << resets << automatic
-                                << automaticShown << lockToggles << lockShown;
+                                << automaticShown << lockToggles << lockShown << styleUpdates;
+        };
+        auto styleRow = [row](const char* name, const L& steps, int updates) {
+            row(name, false, false, steps, {}, 0, false, false, {}, false, updates);
         };
         row("state, click: automatic and reset", true, true, {State, Click}, {true}, 1, true, true);
-        row("state, second click: the user's value stays", true, true, {State, Click, Click}, {true, false}, 1, false, true);
-        row("state, third click: reset again", true, true, {State, Click, Click, Click}, {true, false, true}, 2, true, true);
+        row("state, second click: value stays", true, true, {State, Click, Click}, {true, false}, 1, false, true);
+        row("state, third click: reset", true, true, {State, Click, Click, Click}, {true, false, true}, 2, true, true);
         row("state, Space toggles like a click", true, true, {State, Space, Space}, {true, false}, 1, false, true);
         row("value, click resets without a toggle", true, true, {Value, Click}, {}, 1, false, true);
         row("value, every click resets", true, true, {Value, Click, Click, Click}, {}, 3, false, true);
@@ -99,8 +104,8 @@ private Q_SLOTS:
         row("state then none: hidden and silent", true, true, {State, NoMode, Click}, {}, 0, false, false);
         row("value then none: hidden and silent", true, true, {Value, NoMode, Click}, {}, 0, false, false);
         row("none, state, none, state", true, true, {NoMode, State, NoMode, State, Click}, {true}, 1, true, true);
-        row("leaving a checked state for value says nothing", true, true, {State, Click, Value}, {true}, 1, false, true);
-        row("leaving a checked state for none says nothing", true, true, {State, Click, NoMode}, {true}, 1, false, false);
+        row("checked state to value: silent", true, true, {State, Click, Value}, {true}, 1, false, true);
+        row("checked state to none: silent", true, true, {State, Click, NoMode}, {true}, 1, false, false);
         row("back to state starts unchecked", true, true, {State, Click, Value, State}, {true}, 1, false, true);
         row("invalid mode refused", true, true, {State, BadMode}, {}, 0, false, true);
         row("code: automatic in state mode, once", true, true, {State, CodeOn, CodeOn}, {true}, 1, true, true);
@@ -121,6 +126,10 @@ private Q_SLOTS:
         row("lock only: automatic ignored", false, true, {State, CodeOn, Offer, LockClick}, {}, 0, false, false,
             {true}, true);
         row("automatic only: lock ignored", true, false, {State, Click, Offer, LockOn}, {true}, 1, true, true);
+        styleRow("style: the initial one again", {Normal}, 0);
+        styleRow("style: embedded twice", {Embedded, Embedded}, 1);
+        styleRow("style: embedded and back", {Embedded, Normal}, 2);
+        styleRow("style: out of range refused", {BadStyle}, 0);
     }
     void buttonsDrivenByUserAndCode()
     {
@@ -133,14 +142,37 @@ private Q_SLOTS:
         QFETCH(bool, automaticShown);
         QFETCH(QList<bool>, lockToggles);
         QFETCH(bool, lockShown);
+        QFETCH(int, styleUpdates);
 
+        // Before it is ever shown, an editor has the buttons it asked for, hidden, unchecked
+        // and named for style sheets, and says whether the lock is offered.
         IntEditor editor(withAutomatic, withLock);
-        editor.show();
+        editor.setStyleSheet(QStringLiteral("#automaticButton { color: rgb(1, 2, 3); }"
+                                            "#lockValueButton { color: rgb(4, 5, 6); }"));
+        editor.ensurePolished();
         auto* button = editor.findChild<VwcAutomaticButton*>(QStringLiteral("automaticButton"));
         auto* lock = editor.findChild<VwcLockValueButton*>(QStringLiteral("lockValueButton"));
+        QCOMPARE(button != nullptr, withAutomatic);
+        QCOMPARE(lock != nullptr, withLock);
+        QCOMPARE(editor.getAutomaticMode(), VwaAWidget::AUTO_SET_NONE);
+        if (button) {
+            QVERIFY(button->isHidden() && !button->isChecked() && button->autoRaise());
+            QCOMPARE(button->palette().color(button->foregroundRole()), QColor(1, 2, 3));
+        }
+        if (lock) {
+            QVERIFY(lock->isHidden() && lock->isCheckable() && !lock->isChecked());
+            QVERIFY(!lock->icon().pixmap(24).isNull());
+            QCOMPARE(lock->palette().color(lock->foregroundRole()), QColor(4, 5, 6));
+        }
+        editor.setLockValueAvailable(true);
+        QCOMPARE(editor.isLockValueAvailable(), withLock);
+        editor.setLockValueAvailable(false);
+
+        editor.show();
         QSignalSpy automaticSpy(&editor, &VwaAWidget::automaticToggled);
         QSignalSpy lockSpy(&editor, &VwaAWidget::lockValueToggled);
         Mode mode = VwaAWidget::AUTO_SET_NONE;
+        VwaAWidget::WidgetStyle style = VwaAWidget::NORMAL;
         for (Step step : steps) {
             switch (step) {
             case State: editor.setAutomaticMode(mode = VwaAWidget::AUTO_SET_STATE); break;
@@ -156,8 +188,16 @@ private Q_SLOTS:
             case Offer: case Withdraw: editor.setLockValueAvailable(step == Offer); break;
             case LockClick: case LockSpace: if (lock) press(lock, step == LockSpace); break;
             case LockOn: case LockOff: editor.setValueLocked(step == LockOn); break;
+            case Normal: editor.setWidgetStyle(style = VwaAWidget::NORMAL); break;
+            case Embedded: editor.setWidgetStyle(style = VwaAWidget::EMBEDDED); break;
+            case BadStyle:
+                QTest::ignoreMessage(QtWarningMsg, QRegularExpression("^VwaAWidget::setWidgetStyle: "));
+                editor.setWidgetStyle(static_cast<VwaAWidget::WidgetStyle>(5));
+                break;
             }
         }
+        QCOMPARE(editor.styleUpdates, styleUpdates);
+        QCOMPARE(editor.getWidgetStyle(), style);
 
         QCOMPARE(EditorInput::firstArguments<bool>(automaticSpy), automaticToggles);
         QCOMPARE(editor.resets, resets);
@@ -181,74 +221,6 @@ private Q_SLOTS:
         }
         if (lock)
             QCOMPARE(lock->isVisible(), lockShown);
-    }
-
-    // The buttons asked for are there, hidden and unchecked, before the editor is ever
-    // shown, and style sheets reach them by name.
-    void freshEditor_data()
-    {
-        QTest::addColumn<bool>("withAutomatic");
-        QTest::addColumn<bool>("withLock");
-        QTest::newRow("both buttons") << true << true;
-        QTest::newRow("automatic only") << true << false;
-        QTest::newRow("lock only") << false << true;
-        QTest::newRow("no buttons") << false << false;
-    }
-    void freshEditor()
-    {
-        QFETCH(bool, withAutomatic);
-        QFETCH(bool, withLock);
-
-        IntEditor editor(withAutomatic, withLock);
-        editor.setStyleSheet(QStringLiteral("QToolButton#automaticButton { color: rgb(1, 2, 3); }"
-                                            "QToolButton#lockValueButton { color: rgb(4, 5, 6); }"));
-        editor.ensurePolished();
-        auto* button = editor.findChild<VwcAutomaticButton*>(QStringLiteral("automaticButton"));
-        auto* lock = editor.findChild<VwcLockValueButton*>(QStringLiteral("lockValueButton"));
-        QCOMPARE(button != nullptr, withAutomatic);
-        QCOMPARE(lock != nullptr, withLock);
-        QCOMPARE(editor.getWidgetStyle(), VwaAWidget::NORMAL);
-        QCOMPARE(editor.getAutomaticMode(), VwaAWidget::AUTO_SET_NONE);
-        if (button) {
-            QVERIFY(button->isHidden() && !button->isChecked() && button->autoRaise());
-            QCOMPARE(button->palette().color(button->foregroundRole()), QColor(1, 2, 3));
-        }
-        if (lock) {
-            QVERIFY(lock->isHidden() && lock->isCheckable() && !lock->isChecked());
-            QVERIFY(!lock->icon().pixmap(24).isNull());
-            QCOMPARE(lock->palette().color(lock->foregroundRole()), QColor(4, 5, 6));
-        }
-        // Whether the lock is offered does not wait for the editor to be shown.
-        editor.setLockValueAvailable(true);
-        QCOMPARE(editor.isLockValueAvailable(), withLock);
-    }
-
-    void widgetStyleUpdates_data()
-    {
-        QTest::addColumn<QList<int>>("styles");
-        QTest::addColumn<int>("expectedUpdates");
-        QTest::addColumn<int>("expectedStyle");
-
-        const int normal = VwaAWidget::NORMAL, embedded = VwaAWidget::EMBEDDED;
-        QTest::newRow("the initial style again") << QList<int>{normal} << 0 << normal;
-        QTest::newRow("embedded twice") << QList<int>{embedded, embedded} << 1 << embedded;
-        QTest::newRow("embedded and back") << QList<int>{embedded, normal} << 2 << normal;
-        QTest::newRow("out of range refused") << QList<int>{5} << 0 << normal;
-    }
-    void widgetStyleUpdates()
-    {
-        QFETCH(QList<int>, styles);
-        QFETCH(int, expectedUpdates);
-        QFETCH(int, expectedStyle);
-
-        IntEditor editor(false, false);
-        for (int style : styles) {
-            if (style != VwaAWidget::NORMAL && style != VwaAWidget::EMBEDDED)
-                QTest::ignoreMessage(QtWarningMsg, QRegularExpression("^VwaAWidget::setWidgetStyle: "));
-            editor.setWidgetStyle(static_cast<VwaAWidget::WidgetStyle>(style));
-        }
-        QCOMPARE(editor.styleUpdates, expectedUpdates);
-        QCOMPARE(int(editor.getWidgetStyle()), expectedStyle);
     }
 
     // A style sheet background must reach the editor's own area, around its children, also

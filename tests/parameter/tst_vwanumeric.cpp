@@ -10,7 +10,6 @@
 #include <VuaResourceProvider.h>
 #include <VwaDouble.h>
 #include <VwaInteger.h>
-#include <VwcAutomaticButton.h>
 #include <VwhStylesheet.h>
 
 #include <QHBoxLayout>
@@ -156,6 +155,11 @@ private Q_SLOTS:
             "before");
         row("the wheel steps once clicked into", none, 0, untouched, WheelFocused, 1.0, "1.00");
         row("the wheel over an unfocused field does nothing", none, 0, untouched, WheelElsewhere, 0.0, "0.00", "after");
+        row("typing leaves the automatic state", [](VwaDouble& e) {
+            e.setAutomaticMode(VwaAWidget::AUTO_SET_STATE);
+            e.setAutoValue(4.0);
+            QTest::mouseClick(e.findChild<QWidget*>(QStringLiteral("automaticButton")), Qt::LeftButton);
+        }, 4, "1", Qt::Key_Return, 1.0, "1.00");
     }
     void userInput()
     {
@@ -179,37 +183,58 @@ private Q_SLOTS:
         QCOMPARE(form.editor->text(), shown);
         QCOMPARE(EditorInput::firstArguments<double>(changed), value == start ? QList<double>() : QList<double>{value});
         QCOMPARE(entered.count(), key == Qt::Key_Return || key == Qt::Key_Enter ? 1 : 0);
+        QVERIFY(!form.editor->isAutomatic());
         QCOMPARE(QApplication::focusWidget()->objectName(), focus);
     }
 
-    // The cases users and forms run into when bounds and undefined values change under
-    // a value that is already there.
-    void boundsAndUndefined_data()
+    // What forms do to a value that is already there: bounds and undefined values switched
+    // on and off, and the automatic value (4 when the editor is made automatic).
+    void valuesFromCode_data()
     {
         QTest::addColumn<Setup>("change");
         QTest::addColumn<double>("start");
         QTest::addColumn<double>("value");
+        // 0 not automatic, 1 automatic, -1 the automatic button disabled: the automatic
+        // value (0 unless set) no longer fits the bounds.
+        QTest::addColumn<int>("automatic");
+        QTest::addColumn<QList<double>>("emitted");
 
-        auto row = [](const char* name, const Setup& change, double start, double value) {
-            QTest::newRow(name) << change << start << value;
+        auto row = [](const char* name, const Setup& change, double start, double value, int automatic = 0,
+                      QList<double> emitted = {}) {
+            if (emitted.isEmpty() && value != start)
+                emitted = {value};
+            QTest::newRow(name) << change << start << value << automatic << emitted;
+        };
+        const Setup automatic = [](VwaDouble& e) {
+            e.setAutomaticMode(VwaAWidget::AUTO_SET_STATE);
+            e.setAutoValue(4.0);
+            e.setAutomatic(true);
         };
         row("no bounds keep a huge value", [](VwaDouble&) {}, 1e300, 1e300);
         row("defining the maximum lowers it", [](VwaDouble& e) { e.setMaximumDefined(true); }, 1e300, 99.0);
         row("a new minimum while off changes nothing", [](VwaDouble& e) { e.setMinimum(50.0); }, 10.0, 10.0);
         row("a new minimum while on raises it", [](VwaDouble& e) { e.setMinimumDefined(true); e.setMinimum(50.0); },
-            10.0, 50.0);
+            10.0, 50.0, -1);
         row("switching the maximum off keeps the value",
             [](VwaDouble& e) { e.setMaximumDefined(true); e.setMaximumDefined(false); e.setValue(500.0); }, 0.0, 500.0);
         row("undefined refused becomes the clamped zero",
-            [](VwaDouble& e) { e.setMinimum(5.0); e.setMinimumDefined(true); e.setValue(UNDEF); }, 7.0, 5.0);
+            [](VwaDouble& e) { e.setMinimum(5.0); e.setMinimumDefined(true); e.setValue(UNDEF); }, 7.0, 5.0, -1);
         row("switching undefined off turns it into zero", [](VwaDouble& e) { e.setUndefineEnabled(false); }, UNDEF, 0.0);
         row("NaN from code is no value", [](VwaDouble& e) { e.setValue(std::nan("")); }, 3.0, 0.0);
+        row("automatic: takes the automatic value", automatic, 0.0, 4.0, 1);
+        row("automatic: a new automatic value is followed", [=](VwaDouble& e) { automatic(e); e.setAutoValue(6.0); },
+            0.0, 6.0, 1, {4.0, 6.0});
+        row("not automatic: a new automatic value is only kept", [](VwaDouble& e) { e.setAutoValue(6.0); }, 1.0, 1.0);
+        row("a bound that moves the automatic value ends the automatic state",
+            [=](VwaDouble& e) { automatic(e); e.setMaximum(3.0); e.setMaximumDefined(true); }, 0.0, 3.0, -1, {4.0, 3.0});
     }
-    void boundsAndUndefined()
+    void valuesFromCode()
     {
         QFETCH(Setup, change);
         QFETCH(double, start);
         QFETCH(double, value);
+        QFETCH(int, automatic);
+        QFETCH(QList<double>, emitted);
 
         VwaDouble editor;
         editor.setUndefineEnabled(true);
@@ -219,67 +244,14 @@ private Q_SLOTS:
         QSignalSpy changed(&editor, &VwaDouble::valueChanged);
         change(editor);
         QCOMPARE(editor.getValue(), value);
-        QCOMPARE(EditorInput::firstArguments<double>(changed), value == start ? QList<double>() : QList<double>{value});
-    }
-
-    void automaticState()
-    {
-        Form<VwaDouble> form;
-        VwaDouble& e = *form.editor;
-        e.setAutomaticMode(VwaAWidget::AUTO_SET_STATE);
-        e.setAutoValue(4.0);
-        QCOMPARE(e.getValue(), 0.0);
-
-        auto* button = e.findChild<VwcAutomaticButton*>(QStringLiteral("automaticButton"));
-        QVERIFY(button->isVisible());
-        QTest::mouseClick(button, Qt::LeftButton);
-        QVERIFY(e.isAutomatic());
-        QCOMPARE(e.getValue(), 4.0);
-        QCOMPARE(form.field()->text(), QStringLiteral("4.00"));
-        e.setAutoValue(6.0);
-        QCOMPARE(e.getValue(), 6.0);
-
-        // Typing a value takes the editor out of the automatic state.
-        form.type(QStringLiteral("1"));
-        QVERIFY(!e.isAutomatic());
-        e.setAutoValue(8.0);
-        QCOMPARE(e.getValue(), 1.0);
-
-        // A bound that would move the automatic value disables the automatic button.
-        QTest::mouseClick(button, Qt::LeftButton);
-        QCOMPARE(e.getValue(), 8.0);
-        e.setMaximum(5.0);
-        e.setMaximumDefined(true);
-        QVERIFY(!e.isAutomatic());
-        QVERIFY(!e.isAutomaticEnabled());
-        QCOMPARE(e.getValue(), 5.0);
-    }
-
-    void readOnlyShowsFlatText()
-    {
-        Form<VwaDouble> form;
-        form.editor->setDisplayFormat(fixed(3, QStringLiteral("km")));
-        form.editor->setValue(1.5);
-        form.editor->setLockValueAvailable(true);
-        const QSize editableSize = form.editor->sizeHint();
-        form.editor->setReadOnly(true);
-        auto* page = form.editor->findChild<QLineEdit*>(QStringLiteral("lineEdit"));
-        auto* lock = form.editor->findChild<QWidget*>(QStringLiteral("lockValueButton"));
-        QVERIFY(page->isVisible() && !form.spin()->isVisible() && !lock->isVisible());
-        QCOMPARE(page->text(), QStringLiteral("1.500 km"));
-        QCOMPARE(form.editor->text(), QStringLiteral("1.500 km"));
-        QCOMPARE(page->palette().color(page->backgroundRole()), QColor(Vwh::Stylesheet::readOnlyBackground));
-        // In the spin box's place: a form does not move when an editor turns read-only.
-        QCOMPARE(form.editor->sizeHint(), editableSize);
-        form.editor->setValue(2.0);
-        QCOMPARE(page->text(), QStringLiteral("2.000 km"));
-
-        form.editor->setReadOnly(false);
-        QVERIFY(form.spin()->isVisible() && lock->isVisible() && !page->isVisible());
+        QCOMPARE(EditorInput::firstArguments<double>(changed), emitted);
+        QCOMPARE(editor.isAutomatic(), automatic == 1);
+        QCOMPARE(editor.isAutomaticEnabled(), automatic != -1);
     }
 
     // Every named part is there on a new editor before it is shown, in its place, and style
-    // sheets reach each by name.
+    // sheets reach each by name. Made read-only, the editor shows its value as flat text on
+    // the library's read-only background, in the spin box's place.
     void freshEditorParts_data()
     {
         QTest::addColumn<bool>("integer");
@@ -321,6 +293,21 @@ private Q_SLOTS:
         // The editor takes the spin box's policy: as wide as it needs, never taller.
         QCOMPARE(editor->sizePolicy().verticalPolicy(), QSizePolicy::Fixed);
         QCOMPARE(editor->focusPolicy(), Qt::StrongFocus);
+
+        editor->show();
+        editor->setProperty("value", 2);
+        editor->setLockValueAvailable(true);
+        const QSize editableSize = editor->sizeHint();
+        editor->setReadOnly(true);
+        QVERIFY(lineEdit->isVisible() && !parts[2]->isVisible() && !parts[4]->isVisible());
+        QCOMPARE(lineEdit->text(), integer ? QStringLiteral("2") : QStringLiteral("2.00"));
+        QCOMPARE(lineEdit->palette().color(lineEdit->backgroundRole()), QColor(Vwh::Stylesheet::readOnlyBackground));
+        QCOMPARE(editor->sizeHint(), editableSize); // a form does not move
+        editor->setProperty("value", 3);
+        QCOMPARE(lineEdit->text(), editor->text());
+        QVERIFY(lineEdit->text().startsWith(QLatin1Char('3')));
+        editor->setReadOnly(false);
+        QVERIFY(!lineEdit->isVisible() && parts[2]->isVisible() && parts[4]->isVisible());
     }
 
     void fixedTextIsLogged()
