@@ -1,10 +1,14 @@
+// The choice editor driven as a user drives it: choices from the list, the keys and the
+// wheel, typed labels in an editable combo, calls from code, and the automatic state.
+
+#include "EditorInput.h"
+
 #include <VpaItemDef.h>
 #include <VuaResourceProvider.h>
 #include <VwaComboBox.h>
 #include <VwcAutomaticButton.h>
 
 #include <QAbstractItemView>
-#include <QClipboard>
 #include <QComboBox>
 #include <QDialog>
 #include <QPushButton>
@@ -55,14 +59,6 @@ void checkConsistent(const VwaComboBox& editor, const QSignalSpy& keySpy)
         QCOMPARE(keySpy.last().at(0), editor.getCurrentKey());
 }
 
-QList<int> ints(const QSignalSpy& spy)
-{
-    QList<int> result;
-    for (const auto& args : spy)
-        result << args.at(0).toInt();
-    return result;
-}
-
 void chooseInPopup(QComboBox* combo, int row)
 {
     QTest::mouseClick(combo, Qt::LeftButton);
@@ -73,23 +69,8 @@ void chooseInPopup(QComboBox* combo, int row)
     QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, at);
 }
 
-// Short printable ASCII is typed; the rest comes in by pasting, which adds it unfiltered.
-void replaceText(QComboBox* combo, const QString& text)
-{
-    QTest::keyClick(combo, Qt::Key_A, Qt::ControlModifier);
-    QTest::keyClick(combo, Qt::Key_Backspace);
-    const bool typable = std::all_of(text.cbegin(), text.cend(), [](QChar c) { return c >= ' ' && c < QChar(127); });
-    if (text.size() < 100 && typable) {
-        QTest::keyClicks(combo, text);
-    } else {
-        QApplication::clipboard()->setText(text);
-        QTest::keyClick(combo, Qt::Key_V, Qt::ControlModifier);
-    }
-}
-
 // Read-only gestures come last.
 enum Gesture { Popup, Down, Wheel, WheelUnfocused, ReadOnlyClick, ReadOnlyDown, ReadOnlyWheel, ReadOnlyTyping };
-enum Step { ClickAutomatic, UserPicksBanana, AutoValueBanana, CodeSetsBanana };
 
 } // namespace
 
@@ -110,11 +91,12 @@ private Q_SLOTS:
         QTest::addColumn<QVariant>("expectedKey");
         QTest::addColumn<QList<int>>("indexSignals");
         QTest::addColumn<int>("keySignals");
+        QTest::addColumn<bool>("automatic");
 
         const QVariant a("a"), null;
         auto row = [](const char* name, Operation op, const QString& warning, int index, const QVariant& key,
-                      const QList<int>& indexSignals, int keySignals) {
-            QTest::newRow(name) << op << warning << index << key << indexSignals << keySignals;
+                      const QList<int>& indexSignals, int keySignals, bool automatic = false) {
+            QTest::newRow(name) << op << warning << index << key << indexSignals << keySignals << automatic;
         };
         auto key = [](const QVariant& k) { return Operation([k](VwaComboBox& e) { e.setCurrentKey(k); }); };
         row("text key", key("b"), {}, 1, QVariant("b"), {1}, 1);
@@ -140,6 +122,29 @@ private Q_SLOTS:
             },
             {}, 1, 3, {-1, 1}, 2);
         row("clear", [](VwaComboBox& e) { e.clear(); }, {}, -1, null, {-1}, 1);
+        // The automatic key is 3 (Cherry); `automatically` makes the editor automatic first.
+        auto click = [](VwaComboBox& e) {
+            QTest::mouseClick(e.findChild<QWidget*>(QStringLiteral("automaticButton")), Qt::LeftButton);
+        };
+        auto automatically = [click](const Operation& then) {
+            return Operation([=](VwaComboBox& e) {
+                e.setAutomaticMode(VwaAWidget::AUTO_SET_STATE);
+                e.setAutoValue(3);
+                click(e);
+                then(e);
+            });
+        };
+        const Operation choose = [](VwaComboBox& e) { chooseInPopup(comboOf(e), 1); };
+        const Operation autoKey = [](VwaComboBox& e) { e.setAutoValue("b"); };
+        row("automatic: the automatic key", automatically([](VwaComboBox&) {}), {}, 2, 3, {2}, 1, true);
+        row("automatic: a user choice leaves it", automatically(choose), {}, 1, QVariant("b"), {2, 1}, 2);
+        row("automatic: a key from code keeps it", automatically(key("b")), {}, 1, QVariant("b"), {2, 1}, 2, true);
+        row("automatic: a new automatic key is followed", automatically(autoKey), {}, 1, QVariant("b"), {2, 1}, 2, true);
+        row("not automatic: a new automatic key is only kept",
+            [=](VwaComboBox& e) { e.setAutomaticMode(VwaAWidget::AUTO_SET_STATE); autoKey(e); }, {}, 0, a, {}, 0);
+        row("reset mode: a new automatic key waits for a click",
+            [=](VwaComboBox& e) { e.setAutomaticMode(VwaAWidget::AUTO_SET_VALUE); autoKey(e); click(e); }, {}, 1,
+            QVariant("b"), {1}, 1);
     }
     void operationsFromCode()
     {
@@ -149,6 +154,7 @@ private Q_SLOTS:
         QFETCH(QVariant, expectedKey);
         QFETCH(QList<int>, indexSignals);
         QFETCH(int, keySignals);
+        QFETCH(bool, automatic);
 
         auto editor = makeEditor();
         QSignalSpy indexSpy(editor.get(), &VwaComboBox::currentIndexChanged);
@@ -160,8 +166,9 @@ private Q_SLOTS:
         QCOMPARE(editor->getCurrentIndex(), expectedIndex);
         QCOMPARE(editor->getCurrentKey(), expectedKey);
         QCOMPARE(editor->getCurrentKey().userType(), expectedKey.userType());
-        QCOMPARE(ints(indexSpy), indexSignals);
+        QCOMPARE(EditorInput::firstArguments<int>(indexSpy), indexSignals);
         QCOMPARE(keySpy.count(), keySignals);
+        QCOMPARE(editor->isAutomatic(), automatic);
         checkConsistent(*editor, keySpy);
         // Only the disabled record's item refuses the user; no separator slipped in.
         QComboBox* combo = comboOf(*editor);
@@ -221,18 +228,14 @@ private Q_SLOTS:
             combo->clearFocus();
             Q_FALLTHROUGH();
         case Wheel:
-        case ReadOnlyWheel: {
-            QWheelEvent wheel(QPointF(5, 5), QPointF(combo->mapToGlobal(QPoint(5, 5))), QPoint(), QPoint(0, -120),
-                              Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
-            QApplication::sendEvent(combo, &wheel);
-            QCOMPARE(wheel.isAccepted(), gesture == Wheel);
+        case ReadOnlyWheel:
+            QCOMPARE(EditorInput::wheel(combo, -120), gesture == Wheel);
             break;
-        }
         case ReadOnlyClick:
             QTest::mouseClick(combo, Qt::LeftButton, {}, QPoint(combo->width() - 5, combo->height() / 2));
             break;
         case ReadOnlyTyping:
-            replaceText(combo, QStringLiteral("Cherry"));
+            EditorInput::replaceText(combo, QStringLiteral("Cherry"));
             QTest::keyClick(combo, Qt::Key_Return);
             break;
         }
@@ -297,7 +300,7 @@ private Q_SLOTS:
         QSignalSpy indexSpy(editor.get(), &VwaComboBox::currentIndexChanged);
         QSignalSpy keySpy(editor.get(), &VwaComboBox::currentKeyChanged);
 
-        replaceText(combo, typed);
+        EditorInput::replaceText(combo, typed);
         if (typed.trimmed().contains(QRegularExpression(QStringLiteral("\\p{Cc}"))))
             QTest::ignoreMessage(QtWarningMsg, QRegularExpression("control characters refused"));
         if (commit != Qt::Key_unknown)
@@ -314,53 +317,6 @@ private Q_SLOTS:
             QCOMPARE(editor->getLabels().last(), expectedKey.toString());
         }
         checkConsistent(*editor, keySpy);
-    }
-
-    void automaticState_data()
-    {
-        QTest::addColumn<VwaAWidget::AutoMode>("mode");
-        QTest::addColumn<QList<int>>("steps");
-        QTest::addColumn<int>("expectedIndex");
-        QTest::addColumn<bool>("expectedAutomatic");
-        QTest::addColumn<QList<int>>("expectedToggles");
-
-        const auto state = VwaAWidget::AUTO_SET_STATE, value = VwaAWidget::AUTO_SET_VALUE;
-        auto row = [](const char* name, VwaAWidget::AutoMode mode, const QList<int>& steps, int index, bool automatic,
-                      const QList<int>& toggles) { QTest::newRow(name) << mode << steps << index << automatic << toggles; };
-        row("state: checked takes the automatic key", state, {ClickAutomatic}, 2, true, {1});
-        row("state: a user choice leaves it", state, {ClickAutomatic, UserPicksBanana}, 1, false, {1, 0});
-        row("state: a key set from code keeps it", state, {ClickAutomatic, CodeSetsBanana}, 1, true, {1});
-        row("state: a new automatic key is followed", state, {ClickAutomatic, AutoValueBanana}, 1, true, {1});
-        row("state: not automatic, a new automatic key is only kept", state, {AutoValueBanana}, 0, false, {});
-        row("state: unchecking keeps the value", state, {ClickAutomatic, ClickAutomatic}, 2, false, {1, 0});
-        row("value: each click resets", value, {ClickAutomatic, UserPicksBanana, ClickAutomatic}, 2, false, {});
-        row("value: a new automatic key waits for a click", value, {AutoValueBanana, ClickAutomatic}, 1, false, {});
-    }
-    void automaticState()
-    {
-        QFETCH(VwaAWidget::AutoMode, mode);
-        QFETCH(QList<int>, steps);
-        QFETCH(int, expectedIndex);
-        QFETCH(bool, expectedAutomatic);
-        QFETCH(QList<int>, expectedToggles);
-
-        auto editor = makeEditor();
-        editor->setAutomaticMode(mode);
-        editor->setAutoValue(3);
-        QSignalSpy toggled(editor.get(), &VwaAWidget::automaticToggled);
-        auto* button = editor->findChild<VwcAutomaticButton*>(QStringLiteral("automaticButton"));
-        for (int step : steps) {
-            switch (step) {
-            case ClickAutomatic: QTest::mouseClick(button, Qt::LeftButton); break;
-            case UserPicksBanana: chooseInPopup(comboOf(*editor), 1); break;
-            case AutoValueBanana: editor->setAutoValue(QStringLiteral("b")); break;
-            case CodeSetsBanana: editor->setCurrentKey(QStringLiteral("b")); break;
-            }
-        }
-        QCOMPARE(editor->getCurrentIndex(), expectedIndex);
-        QCOMPARE(comboOf(*editor)->currentText(), comboOf(*editor)->itemText(expectedIndex));
-        QCOMPARE(editor->isAutomatic(), expectedAutomatic);
-        QCOMPARE(ints(toggled), expectedToggles);
     }
 
     // The buttons sit right of the combo, are hidden on a read-only editor, and an

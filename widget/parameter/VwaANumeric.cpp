@@ -6,11 +6,18 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QPointer>
+#include <QStackedWidget>
 
 class VwaANumericPrivate
 {
 public:
-    QLineEdit* lineEdit = nullptr; // the read-only page, made when first shown
+    QStackedWidget* stack = nullptr;
+    QWidget* rwWidget = nullptr;
+    QHBoxLayout* rwLayout = nullptr;
+    QLineEdit* lineEdit = nullptr;
+    // The read-only page takes its style sheet when first shown: a sheet of its own makes
+    // a widget's polish many times dearer, and most editors are never read-only.
+    bool lineEditStyled = false;
     QPointer<QAbstractSpinBox> spinBox;
     bool minimumDefined = false;
     bool maximumDefined = false;
@@ -42,33 +49,43 @@ void VwaANumeric::_setSpinBox(QAbstractSpinBox* spinBox)
     spinBox->setFocusPolicy(Qt::StrongFocus);
     spinBox->installEventFilter(this);
     _d->buttonSymbols = spinBox->buttonSymbols();
+    // Size policies before the layouts: a policy set on a widget in a layout asks that
+    // layout to be done again.
+    setSizePolicy(spinBox->sizePolicy());
+    spinBox->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
 
-    _setMainWidget(spinBox);
-    _updateWidget();
-}
-
-QLineEdit* VwaANumeric::_readOnlyPage()
-{
-    if (_d->lineEdit)
-        return _d->lineEdit;
-    _d->lineEdit = new QLineEdit(this);
+    // The pages go into the stack while they are empty: a page added to a stack is shown,
+    // and showing a page with its spin box would size the spin box before its editor has
+    // given it its range and format.
+    _d->stack = new QStackedWidget(this);
+    _d->stack->setObjectName(QStringLiteral("stackWidget"));
+    _d->rwWidget = new QWidget;
+    _d->rwWidget->setObjectName(QStringLiteral("rwWidget"));
+    _d->rwWidget->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
+    _d->stack->addWidget(_d->rwWidget);
+    // The read-only page: the value as flat text in the spin box's place.
+    _d->lineEdit = new QLineEdit;
     _d->lineEdit->setObjectName(QStringLiteral("lineEdit"));
     _d->lineEdit->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     _d->lineEdit->setReadOnly(true);
     _d->lineEdit->setFrame(false);
-    using namespace Vwh::Stylesheet;
-    Stream sheet;
-    sheet.add({bgColor(readOnlyBackground)});
-    _d->lineEdit->setStyleSheet(sheet.getStyleSheet());
-    // In the spin box's place: as wide as the spin box wanted, whatever the text.
-    _d->lineEdit->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
-    if (_d->spinBox)
-        _d->lineEdit->setMinimumWidth(_d->spinBox->sizeHint().width());
-    _d->lineEdit->hide();
-    _rowLayout()->addWidget(_d->lineEdit);
-    if (_d->spinBox)
-        setTabOrder(_d->spinBox, _d->lineEdit);
-    return _d->lineEdit;
+    _d->lineEdit->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
+    _d->stack->addWidget(_d->lineEdit);
+
+    // The editable page: the spin box with the buttons to its right.
+    _d->rwLayout = new QHBoxLayout(_d->rwWidget);
+    _d->rwLayout->setObjectName(QStringLiteral("rwLayout"));
+    _d->rwLayout->setContentsMargins(0, 0, 0, 0);
+    _d->rwLayout->addWidget(spinBox);
+    for (QWidget* button : {_getAutomaticButton(), _getLockValueButton()})
+        if (button)
+            _d->rwLayout->addWidget(button);
+    _d->rwWidget->setFocusProxy(spinBox);
+
+    // The stack fills the editor.
+    _setMainWidget(_d->stack);
+    setTabOrder(spinBox, _d->lineEdit);
+    _updateWidget();
 }
 
 QAbstractSpinBox* VwaANumeric::_getSpinBox() const
@@ -87,19 +104,27 @@ void VwaANumeric::_updateWidget()
         spinBox->setWrapping(_d->wrapping);
         spinBox->blockSignals(blocked);
     }
-    const bool editable = !_d->readOnly && _d->spinBox;
-    if (editable && !_d->lineEdit) {
-        setFocusProxy(_d->spinBox);
+    QLineEdit* lineEdit = _d->lineEdit;
+    if (!lineEdit)
         return;
+    // A line edit lays its text out again on every setText, equal or not.
+    const QString text = _getTextFromValue();
+    if (lineEdit->text() != text) {
+        lineEdit->setText(text);
+        lineEdit->setCursorPosition(0);
     }
-    QLineEdit* page = _readOnlyPage();
-    page->setText(_getTextFromValue());
-    page->setCursorPosition(0);
-    if (_d->spinBox)
-        _d->spinBox->setVisible(editable);
-    _setButtonsShown(editable);
-    page->setVisible(!editable);
-    setFocusProxy(editable ? static_cast<QWidget*>(_d->spinBox) : page);
+    const bool editable = !_d->readOnly && _d->spinBox;
+    if (!editable && !_d->lineEditStyled) {
+        _d->lineEditStyled = true;
+        using namespace Vwh::Stylesheet;
+        Stream sheet;
+        sheet.add({bgColor(readOnlyBackground)});
+        lineEdit->setStyleSheet(sheet.getStyleSheet());
+    }
+    QWidget* page = editable ? _d->rwWidget : static_cast<QWidget*>(lineEdit);
+    _d->stack->setCurrentWidget(page);
+    if (focusProxy() != page)
+        setFocusProxy(page);
 }
 
 bool VwaANumeric::isMinimumDefined() const
@@ -185,14 +210,13 @@ void VwaANumeric::setButtonsVisible(bool visible)
 
 int VwaANumeric::getSpacing() const
 {
-    // -1, the style's spacing, while the spin box is alone.
-    const QHBoxLayout* row = _getRowLayout();
-    return row ? row->spacing() : -1;
+    return _d->rwLayout ? _d->rwLayout->spacing() : -1;
 }
 
 void VwaANumeric::setSpacing(int spacing)
 {
-    _rowLayout()->setSpacing(spacing);
+    if (_d->rwLayout)
+        _d->rwLayout->setSpacing(spacing);
 }
 
 QString VwaANumeric::text() const

@@ -1,8 +1,9 @@
 #pragma once
-// Common frame of the single-number editors: a spin box ("spinbox") with the automatic and
-// lock buttons to its right, optional lower and upper bounds, and a read-only line edit
-// ("lineEdit") that shows the value as flat text in the spin box's place. The concrete
-// editor supplies the spin box and its value.
+// Common frame of the single-number editors: a stack ("stackWidget") of two pages, the
+// editable page ("rwWidget", its row "rwLayout" holding the spin box "spinbox" with the
+// automatic and lock buttons to its right) and a read-only line edit ("lineEdit") that
+// shows the value as flat text; optional lower and upper bounds. The concrete editor
+// supplies the spin box and its value.
 // Keys: those of the spin box; Tab and Backtab always move the focus on. The mouse
 // wheel changes the value only once the user has clicked into the editor.
 
@@ -70,7 +71,5 @@ protected Q_SLOTS:
     virtual void _validate() = 0;
 
 private:
-    class QLineEdit* _readOnlyPage();
-
     std::unique_ptr<class VwaANumericPrivate> const _d;
 };

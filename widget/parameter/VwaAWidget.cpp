@@ -9,37 +9,22 @@
 
 VwaAWidget::VwaAWidget(QWidget* parent, bool withAutomaticButton, bool withLockButton)
     : QWidget(parent)
-    , _withAutomatic(withAutomaticButton)
-    , _withLock(withLockButton)
 {
+    if (withAutomaticButton) {
+        _automaticButton = new VwcAutomaticButton(this);
+        _automaticButton->hide();
+        connect(_automaticButton, &VwcAutomaticButton::automaticToggled, this, &VwaAWidget::_automaticToggled);
+        connect(_automaticButton, &VwcAutomaticButton::automaticClicked, this, [this] { _resetToAutoValue(); });
+    }
+    if (withLockButton) {
+        _lockButton = new VwcLockValueButton(this);
+        _lockButton->setObjectName(QStringLiteral("lockValueButton"));
+        _lockButton->hide();
+        connect(_lockButton, &VwcLockValueButton::lockToggled, this, &VwaAWidget::lockValueToggled);
+    }
 }
 
 VwaAWidget::~VwaAWidget() = default;
-
-VwcAutomaticButton* VwaAWidget::_makeAutomaticButton()
-{
-    if (_automaticButton || !_withAutomatic)
-        return _automaticButton;
-    _automaticButton = new VwcAutomaticButton(this);
-    _automaticButton->hide();
-    _automaticButton->setEnabled(_automaticEnabled);
-    connect(_automaticButton, &VwcAutomaticButton::automaticToggled, this, &VwaAWidget::_automaticToggled);
-    connect(_automaticButton, &VwcAutomaticButton::automaticClicked, this, [this] { _resetToAutoValue(); });
-    _insertButton(_automaticButton);
-    return _automaticButton;
-}
-
-VwcLockValueButton* VwaAWidget::_makeLockButton()
-{
-    if (_lockButton || !_withLock)
-        return _lockButton;
-    _lockButton = new VwcLockValueButton(this);
-    _lockButton->setObjectName(QStringLiteral("lockValueButton"));
-    _lockButton->hide();
-    connect(_lockButton, &VwcLockValueButton::lockToggled, this, &VwaAWidget::lockValueToggled);
-    _insertButton(_lockButton);
-    return _lockButton;
-}
 
 VwaAWidget::WidgetStyle VwaAWidget::getWidgetStyle() const
 {
@@ -65,10 +50,7 @@ VwaAWidget::AutoMode VwaAWidget::getAutomaticMode() const
 
 void VwaAWidget::setAutomaticMode(AutoMode mode)
 {
-    // Without a button the mode is AUTO_SET_NONE already.
-    if (!_automaticButton && mode == AUTO_SET_NONE)
-        return;
-    if (!_makeAutomaticButton())
+    if (!_automaticButton)
         return;
     _automaticButton->setAutomaticMode(mode);
     _setButtonsShown(_buttonsShown);
@@ -87,30 +69,26 @@ void VwaAWidget::setAutomatic(bool automatic)
 
 bool VwaAWidget::isAutomaticEnabled() const
 {
-    return _withAutomatic && _automaticEnabled;
+    // The button's own state, whether or not the editor around it is enabled.
+    return _automaticButton && _automaticButton->isEnabledTo(this);
 }
 
 void VwaAWidget::setAutomaticEnabled(bool enabled)
 {
-    if (!_withAutomatic)
-        return;
-    _automaticEnabled = enabled;
     if (_automaticButton)
         _automaticButton->setEnabled(enabled);
 }
 
 bool VwaAWidget::isLockValueAvailable() const
 {
-    return _withLock && _lockAvailable;
+    return _lockButton && _lockAvailable;
 }
 
 void VwaAWidget::setLockValueAvailable(bool available)
 {
-    if (!_withLock)
+    if (!_lockButton)
         return;
     _lockAvailable = available;
-    if (available)
-        _makeLockButton();
     _setButtonsShown(_buttonsShown);
 }
 
@@ -121,19 +99,23 @@ bool VwaAWidget::isValueLocked() const
 
 void VwaAWidget::setValueLocked(bool locked)
 {
-    if (!_lockButton && !locked)
-        return;
-    if (_makeLockButton())
+    if (_lockButton)
         _lockButton->setLocked(locked);
 }
 
 void VwaAWidget::_setButtonsShown(bool shown)
 {
     _buttonsShown = shown;
+    const bool automatic = _automaticButton && shown && _automaticButton->getAutomaticMode() != AUTO_SET_NONE;
+    const bool lock = _lockButton && shown && _lockAvailable;
+    if (automatic)
+        _placeButton(_automaticButton);
+    if (lock)
+        _placeButton(_lockButton);
     if (_automaticButton)
-        _automaticButton->setVisible(shown && _automaticButton->getAutomaticMode() != AUTO_SET_NONE);
+        _automaticButton->setVisible(automatic);
     if (_lockButton)
-        _lockButton->setVisible(shown && _lockAvailable);
+        _lockButton->setVisible(lock);
 }
 
 void VwaAWidget::_setMainWidget(QWidget* widget)
@@ -143,7 +125,6 @@ void VwaAWidget::_setMainWidget(QWidget* widget)
         return;
     }
     _mainWidget = widget;
-    setSizePolicy(widget->sizePolicy());
     if (_row)
         _row->insertWidget(0, widget);
     else
@@ -177,15 +158,19 @@ QHBoxLayout* VwaAWidget::_rowLayout()
     return _row;
 }
 
-void VwaAWidget::_insertButton(QWidget* button)
+// A button still directly in the editor (a subclass with its own layout has taken the
+// others) goes into the row as it is first shown: the automatic button right of the main
+// widget, the lock button right of that.
+void VwaAWidget::_placeButton(QWidget* button)
 {
-    if (!_mainWidget)
+    if (!_mainWidget || button->parentWidget() != this)
         return;
     QHBoxLayout* row = _rowLayout();
-    // The automatic button right of the field, the lock button right of that.
-    QWidget* before = button == _lockButton && _automaticButton ? static_cast<QWidget*>(_automaticButton)
-                                                                : _mainWidget.data();
-    row->insertWidget(row->indexOf(before) + 1, button);
+    if (row->indexOf(button) >= 0)
+        return;
+    const int automaticAt = _automaticButton ? row->indexOf(_automaticButton) : -1;
+    const int after = button == _lockButton && automaticAt >= 0 ? automaticAt : row->indexOf(_mainWidget);
+    row->insertWidget(after + 1, button);
 }
 
 QSize VwaAWidget::sizeHint() const
@@ -217,14 +202,14 @@ void VwaAWidget::setReadOnly(bool)
 {
 }
 
-QWidget* VwaAWidget::_getAutomaticButton()
+QWidget* VwaAWidget::_getAutomaticButton() const
 {
-    return _makeAutomaticButton();
+    return _automaticButton;
 }
 
-QWidget* VwaAWidget::_getLockValueButton()
+QWidget* VwaAWidget::_getLockValueButton() const
 {
-    return _makeLockButton();
+    return _lockButton;
 }
 
 void VwaAWidget::paintEvent(QPaintEvent*)

@@ -3,7 +3,8 @@
 // common frame: an optional automatic button (toggle for "automatic", or push to reset to
 // the automatic value), an optional lock button, the widget style, read-only switching and
 // style-sheet painting. Mouse and keys: those of the two buttons (click or Space).
-// The buttons are made when first needed, since most editors of a form never show them.
+// The buttons asked for exist, hidden, from construction, so that style sheets and
+// findChild reach them by name ("automaticButton", "lockValueButton").
 
 #include <velmora_widget_export.h>
 
@@ -70,8 +71,10 @@ Q_SIGNALS:
 protected:
     VwaAWidget(QWidget* parent, bool withAutomaticButton, bool withLockButton);
 
-    // The editor's field (spin box, combo). It fills the editor on its own, and becomes
-    // the first widget of the row layout once something is placed beside it.
+    // The widget that fills the editor (a spin box's stack, a combo). Alone, it is sized
+    // to the editor without a layout; it becomes the first widget of the row layout once
+    // a button that is still the editor's own child is shown beside it. The editor's size
+    // policy is the subclass's to set.
     void _setMainWidget(QWidget* widget);
     QWidget* _getMainWidget() const;
     // The row: main widget, automatic button, lock button, then what the subclass adds.
@@ -80,13 +83,10 @@ protected:
     QHBoxLayout* _getRowLayout() const;
 
     // For a subclass that lays the buttons out itself; null when the editor was built
-    // without them. Asking makes the button.
-    QWidget* _getAutomaticButton();
-    QWidget* _getLockValueButton();
-    // Called once for each button as it is made (hidden). Puts it into the row when there
-    // is a main widget; a subclass with its own layout overrides it.
-    virtual void _insertButton(QWidget* button);
-    // Hides both buttons (a read-only page has none), or shows those the state asks for.
+    // without them.
+    QWidget* _getAutomaticButton() const;
+    QWidget* _getLockValueButton() const;
+    // Hides both buttons (a read-only editor offers none), or shows those the state asks for.
     void _setButtonsShown(bool shown);
 
     void paintEvent(QPaintEvent* event) override;
@@ -97,21 +97,15 @@ public:
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 
-protected:
-
 protected Q_SLOTS:
     virtual void _resetToAutoValue() = 0;
     virtual void _updateWidgetStyle();
 
 private:
     void _automaticToggled(bool on);
-    VwcAutomaticButton* _makeAutomaticButton();
-    VwcLockValueButton* _makeLockButton();
+    void _placeButton(QWidget* button);
 
     WidgetStyle _widgetStyle = NORMAL;
-    const bool _withAutomatic;
-    const bool _withLock;
-    bool _automaticEnabled = true;
     bool _lockAvailable = false;
     bool _buttonsShown = true;
     VwcAutomaticButton* _automaticButton = nullptr;

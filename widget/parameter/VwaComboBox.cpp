@@ -205,6 +205,7 @@ VwaComboBox::VwaComboBox(QWidget* parent)
     : VwaAWidget(parent, true, true)
     , _combo(new _Combo(this))
 {
+    setSizePolicy(_combo->sizePolicy());
     _setMainWidget(_combo);
     setFocusProxy(_combo);
 

@@ -52,8 +52,8 @@ public:
     // The user typed since the text was last set from the value: only then is the text
     // read back, so that leaving the field never rounds a value to its shown digits.
     bool edited = false;
-    // The format or prefix changed since the text was made.
-    bool textStale = false;
+    // The text is not yet made, or the format or prefix changed since it was.
+    bool textStale = true;
     mutable QSize sizeHint;
 
     QString suffix() const { return unitSuffix(format, powerValue); }
@@ -110,7 +110,7 @@ VwaDouble::_SpinBox::_SpinBox(VwaDouble* editor)
     setCorrectionMode(CorrectToNearestValue);
     lineEdit()->setPlaceholderText(_d.format.getPlaceholderText());
     connect(lineEdit(), &QLineEdit::textEdited, this, [this] { _d.edited = true; });
-    _showValue();
+    // The text comes with the editor's first update, in the editor's format.
 }
 
 void VwaDouble::_SpinBox::_showValue()
