@@ -21,6 +21,10 @@ QString exact(double value)
 
 } // namespace
 
+// The column types of the tables below.
+using RoundedOffsetRow = Row<int, double, double, double, bool>;
+using NiceNumberRow = Row<double, double, bool>;
+
 class TestAlgorithm : public QObject
 {
     Q_OBJECT
@@ -28,11 +32,7 @@ class TestAlgorithm : public QObject
 private Q_SLOTS:
     void roundedOffset_data()
     {
-        QTest::addColumn<int>("digits");
-        QTest::addColumn<double>("min");
-        QTest::addColumn<double>("max");
-        QTest::addColumn<double>("expected");
-        QTest::addColumn<bool>("warns");
+        RoundedOffsetRow::addColumns(); // digits, min, max, expected, warns
 
         QTest::newRow("interval across zero") << 6 << -50.0 << 50.0 << 0.0 << false;
         QTest::newRow("100 widths away, six digits just fit") << 6 << 10000.0 << 10100.0 << 0.0 << false;
@@ -53,11 +53,7 @@ private Q_SLOTS:
     }
     void roundedOffset()
     {
-        QFETCH(int, digits);
-        QFETCH(double, min);
-        QFETCH(double, max);
-        QFETCH(double, expected);
-        QFETCH(bool, warns);
+        const auto [digits, min, max, expected, warns] = RoundedOffsetRow::fetch();
         if (warns)
             expectWarning("^KbcAlgorithm::getRoundedOffsetFromInterval: ");
         QCOMPARE(exact(KbcAlgorithm::getRoundedOffsetFromInterval(digits, min, max)), exact(expected));
@@ -65,9 +61,7 @@ private Q_SLOTS:
 
     void niceNumber_data()
     {
-        QTest::addColumn<double>("value");
-        QTest::addColumn<double>("expected");
-        QTest::addColumn<bool>("warns");
+        NiceNumberRow::addColumns(); // value, expected, warns
 
         QTest::newRow("two") << 2.0 << 2.0 << false;
         QTest::newRow("just below five") << 4.999 << 2.0 << false;
@@ -82,9 +76,7 @@ private Q_SLOTS:
     }
     void niceNumber()
     {
-        QFETCH(double, value);
-        QFETCH(double, expected);
-        QFETCH(bool, warns);
+        const auto [value, expected, warns] = NiceNumberRow::fetch();
         if (warns)
             expectWarning("^KbcAlgorithm::roundToNiceNumber: ");
         QCOMPARE(exact(KbcAlgorithm::roundToNiceNumber(value)), exact(expected));

@@ -35,6 +35,14 @@ char* toString(const KbgVector3D& v)
     return QTest::toString(vectorText(v));
 }
 
+// The column types of the tables below.
+using NormalizedRow = Row<V, V>;
+using RotationTurnsVectorsRow = Row<KbgRotation, V, V, double>;
+using PlaneSignedDistanceRow = Row<KbgPlane, V, double>;
+using PlaneFromPointsRow = Row<Vs, V>;
+using BoxGrowthRow = Row<Vs, V, V>;
+using FenceLengthAndBoxRow = Row<Vs, double, double>;
+
 class TestGeometry3D : public QObject
 {
     Q_OBJECT
@@ -42,8 +50,7 @@ class TestGeometry3D : public QObject
 private slots:
     void normalized_data()
     {
-        QTest::addColumn<V>("vector");
-        QTest::addColumn<V>("expected"); // the vector itself, with a warning, when it has no direction
+        NormalizedRow::addColumns(); // vector, expected (the vector itself, with a warning, when it has no direction)
         QTest::newRow("axis") << V(0, 0, 5) << V(0, 0, 1);
         QTest::newRow("3-4-0") << V(3, -4, 0) << V(0.6, -0.8, 0);
         QTest::newRow("huge stays finite") << V(1e300, 1e300, 0) << V(std::sqrt(0.5), std::sqrt(0.5), 0);
@@ -52,8 +59,7 @@ private slots:
     }
     void normalized()
     {
-        QFETCH(V, vector);
-        QFETCH(V, expected);
+        const auto [vector, expected] = NormalizedRow::fetch();
         if (!(std::fabs(expected.length() - 1.0) < 1e-12))
             expectWarning("^KbgVector3D::normalized: ");
         const V n = vector.normalized();
@@ -65,10 +71,7 @@ private slots:
 
     void rotationTurnsVectors_data()
     {
-        QTest::addColumn<KbgRotation>("rotation");
-        QTest::addColumn<V>("vector");
-        QTest::addColumn<V>("expected");
-        QTest::addColumn<double>("angle"); // within [0, pi]
+        RotationTurnsVectorsRow::addColumns(); // rotation, vector, expected, angle (within [0, pi])
         QTest::newRow("quarter turn about z") << KbgRotation({0, 0, 1}, PI / 2) << V(1, 0, 0) << V(0, 1, 0) << PI / 2;
         QTest::newRow("half turn about x") << KbgRotation({1, 0, 0}, PI) << V(0, 1, 1) << V(0, -1, -1) << PI;
         QTest::newRow("third turn about the diagonal cycles axes")
@@ -87,10 +90,7 @@ private slots:
     }
     void rotationTurnsVectors()
     {
-        QFETCH(KbgRotation, rotation);
-        QFETCH(V, vector);
-        QFETCH(V, expected);
-        QFETCH(double, angle);
+        const auto [rotation, vector, expected, angle] = RotationTurnsVectorsRow::fetch();
         COMPARE_VEC(rotation.apply(vector), expected);
         COMPARE_VEC(rotation.inverse().apply(expected), vector);
         V axis;
@@ -110,9 +110,7 @@ private slots:
 
     void planeSignedDistance_data()
     {
-        QTest::addColumn<KbgPlane>("plane");
-        QTest::addColumn<V>("point");
-        QTest::addColumn<double>("distance");
+        PlaneSignedDistanceRow::addColumns(); // plane, point, distance
         const KbgPlane north(V(5, 10, -3), V(0, 2, 0));
         QTest::newRow("behind") << north << V(0, 4, 0) << -6.0;
         QTest::newRow("on the plane") << north << V(-8, 10, 99) << 0.0;
@@ -121,9 +119,7 @@ private slots:
     }
     void planeSignedDistance()
     {
-        QFETCH(KbgPlane, plane);
-        QFETCH(V, point);
-        QFETCH(double, distance);
+        const auto [plane, point, distance] = PlaneSignedDistanceRow::fetch();
         QVERIFY(near(plane.signedDistance(point), distance));
         if (distance != 0.0)
             QCOMPARE(plane.isInHalfSpace(point), distance > 0.0);
@@ -134,9 +130,8 @@ private slots:
 
     void planeFromPoints_data()
     {
-        QTest::addColumn<Vs>("points");
-        QTest::addColumn<V>("normal"); // null: refused
-        QTest::newRow("counter-clockwise seen from above faces up") << Vs{{0, 0, 2}, {1, 0, 2}, {0, 1, 2}} << V(0, 0, 1);
+        PlaneFromPointsRow::addColumns(); // points, normal (null: refused)
+        QTest::newRow("counter-clockwise from above faces up") << Vs{{0, 0, 2}, {1, 0, 2}, {0, 1, 2}} << V(0, 0, 1);
         QTest::newRow("clockwise faces down") << Vs{{0, 0, 2}, {0, 1, 2}, {1, 0, 2}} << V(0, 0, -1);
         QTest::newRow("vertical at map coordinates")
             << Vs{{650000, 4.8e6, 0}, {650000, 4.8e6, 100}, {650100, 4.8e6, 0}} << V(0, 1, 0);
@@ -145,8 +140,7 @@ private slots:
     }
     void planeFromPoints()
     {
-        QFETCH(Vs, points);
-        QFETCH(V, normal);
+        const auto [points, normal] = PlaneFromPointsRow::fetch();
         const KbgPlane previous(V(1, 0, 0), 4.0);
         KbgPlane plane = previous;
         const bool accepted = normal != V();
@@ -164,17 +158,13 @@ private slots:
 
     void boxGrowth_data()
     {
-        QTest::addColumn<Vs>("points");
-        QTest::addColumn<V>("min");
-        QTest::addColumn<V>("max");
+        BoxGrowthRow::addColumns(); // points, min, max
         QTest::newRow("two corners in any order") << Vs{{4, -1, 3}, {1, 2, -3}} << V(1, -1, -3) << V(4, 2, 3);
         QTest::newRow("non-finite point ignored") << Vs{{0, 0, 0}, {INF, 0, 0}, {1, 1, 1}} << V(0, 0, 0) << V(1, 1, 1);
     }
     void boxGrowth()
     {
-        QFETCH(Vs, points);
-        QFETCH(V, min);
-        QFETCH(V, max);
+        const auto [points, min, max] = BoxGrowthRow::fetch();
         KbgBox box;
         for (const V& p : points) {
             if (!p.isFinite())
@@ -214,9 +204,7 @@ private slots:
 
     void fenceLengthAndBox_data()
     {
-        QTest::addColumn<Vs>("vertices");
-        QTest::addColumn<double>("extension");
-        QTest::addColumn<double>("length");
+        FenceLengthAndBoxRow::addColumns(); // vertices, extension, length
         QTest::newRow("empty") << Vs() << 10.0 << 0.0;
         QTest::newRow("one vertex") << Vs{{1, 1, 0}} << 10.0 << 0.0;
         QTest::newRow("one panel") << Vs{{0, 0, 0}, {3, 4, 0}} << 10.0 << 5.0;
@@ -224,9 +212,7 @@ private slots:
     }
     void fenceLengthAndBox()
     {
-        QFETCH(Vs, vertices);
-        QFETCH(double, extension);
-        QFETCH(double, length);
+        const auto [vertices, extension, length] = FenceLengthAndBoxRow::fetch();
         const KbgFence fence(vertices, extension);
         QCOMPARE(fence.isValid(), vertices.size() >= 2);
         QVERIFY(std::fabs(fence.length() - length) < 1e-12);

@@ -14,6 +14,11 @@
 
 using Set = KbiIntervalIntSmallDisjoint;
 
+// The column types of the tables below.
+using AddAndRemoveRow = Row<QString, QString, QString, qint64>;
+using SetOperationsRow = Row<QString, QString, QString, QString, QString>;
+using RefusalsRow = Row<QString, int, int>;
+
 class TestIntervals : public QObject
 {
     Q_OBJECT
@@ -21,14 +26,11 @@ class TestIntervals : public QObject
 private Q_SLOTS:
     void addAndRemove_data()
     {
-        QTest::addColumn<QString>("added");
-        QTest::addColumn<QString>("removed");
-        QTest::addColumn<QString>("expected");
-        QTest::addColumn<qint64>("count");
+        AddAndRemoveRow::addColumns(); // added, removed, expected, count
 
         const QString top = QStringLiteral("%1-%2").arg(INT_MAX - 1).arg(INT_MAX);
-        QTest::newRow("whole int range") << QStringLiteral("0-%1").arg(INT_MAX) << "" << QStringLiteral("0-%1").arg(INT_MAX)
-                                         << qint64(INT_MAX) + 1;
+        const QString all = QStringLiteral("0-%1").arg(INT_MAX);
+        QTest::newRow("whole int range") << all << "" << all << qint64(INT_MAX) + 1;
         QTest::newRow("merge below INT_MAX") << top + QStringLiteral(", %1").arg(INT_MAX - 2) << ""
                                              << QStringLiteral("%1-%2").arg(INT_MAX - 2).arg(INT_MAX) << qint64(3);
         QTest::newRow("hole splits ten million") << "0-10000000" << "5000000" << "0-4999999, 5000001-10000000"
@@ -39,10 +41,7 @@ private Q_SLOTS:
     }
     void addAndRemove()
     {
-        QFETCH(QString, added);
-        QFETCH(QString, removed);
-        QFETCH(QString, expected);
-        QFETCH(qint64, count);
+        const auto [added, removed, expected, count] = AddAndRemoveRow::fetch();
         Set set = ranks(added);
         const Set toRemove = ranks(removed);
         for (const Set::Interval& iv : toRemove.intervals())
@@ -59,11 +58,7 @@ private Q_SLOTS:
 
     void setOperations_data()
     {
-        QTest::addColumn<QString>("a");
-        QTest::addColumn<QString>("b");
-        QTest::addColumn<QString>("united");
-        QTest::addColumn<QString>("intersected");
-        QTest::addColumn<QString>("aMinusB");
+        SetOperationsRow::addColumns(); // a, b, united, intersected, aMinusB
 
         QTest::newRow("touching sets unite into one") << "0-4" << "5-9" << "0-9" << "" << "0-4";
         QTest::newRow("many holes punched") << "0-100" << "10, 20-29, 50, 99-200" << "0-200"
@@ -73,11 +68,7 @@ private Q_SLOTS:
     }
     void setOperations()
     {
-        QFETCH(QString, a);
-        QFETCH(QString, b);
-        QFETCH(QString, united);
-        QFETCH(QString, intersected);
-        QFETCH(QString, aMinusB);
+        const auto [a, b, united, intersected, aMinusB] = SetOperationsRow::fetch();
         const Set setA = ranks(a);
         const Set setB = ranks(b);
         QCOMPARE((setA | setB).toString(), united);
@@ -130,18 +121,15 @@ private Q_SLOTS:
         QCOMPARE(Set().first(), -1);
         QVERIFY(Set().begin() == Set().end());
 
-        QTest::ignoreMessage(QtWarningMsg, "KbiIntervalIntSmallDisjoint::fromList: 2 negative rank(s) left out");
+        expectWarning("^KbiIntervalIntSmallDisjoint::fromList: 2 negative rank\\(s\\) left out");
         QCOMPARE(Set::fromList({3, -1, 2, INT_MIN}).toString(), QStringLiteral("2-3"));
-        QTest::ignoreMessage(QtWarningMsg,
-                             "KbiIntervalIntSmallDisjoint::toList: 2147483648 ranks are too many for a list, none given");
+        expectWarning("^KbiIntervalIntSmallDisjoint::toList: 2147483648 ranks are too many for a list, none given");
         QVERIFY(Set(0, INT_MAX).toList().isEmpty());
     }
 
     void refusals_data()
     {
-        QTest::addColumn<QString>("operation");
-        QTest::addColumn<int>("first");
-        QTest::addColumn<int>("last");
+        RefusalsRow::addColumns(); // operation, first, last
 
         QTest::newRow("add an interval starting below 0") << "add" << -5 << 3;
         QTest::newRow("add a reversed interval") << "add" << 9 << 2;
@@ -150,9 +138,7 @@ private Q_SLOTS:
     }
     void refusals()
     {
-        QFETCH(QString, operation);
-        QFETCH(int, first);
-        QFETCH(int, last);
+        const auto [operation, first, last] = RefusalsRow::fetch();
         Set set = ranks(QStringLiteral("0-4, 8"));
         const Set before = set;
         expectWarning(QStringLiteral("^KbiIntervalIntSmallDisjoint::%1: ").arg(operation));

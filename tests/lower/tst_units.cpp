@@ -39,6 +39,12 @@ KbuUnitTransfo units(const char* from, const char* to)
 
 } // namespace
 
+// The column types of the tables below.
+using ConvertRow = Row<QString, QString, double, double>;
+using ClassMismatchThrowsRow = Row<QString, QString>;
+using TransfoApplyRow = Row<KbuUnitTransfo, double, double>;
+using ColorPackingRow = Row<quint32, KbbColor>;
+
 class TestUnits : public QObject
 {
     Q_OBJECT
@@ -46,10 +52,7 @@ class TestUnits : public QObject
 private Q_SLOTS:
     void convert_data()
     {
-        QTest::addColumn<QString>("from");
-        QTest::addColumn<QString>("to");
-        QTest::addColumn<double>("value");
-        QTest::addColumn<double>("expected");
+        ConvertRow::addColumns(); // from, to, value, expected
         QTest::newRow("foot to metre") << "ft" << "m" << 1.0 << 0.3048;
         QTest::newRow("mile in feet to km") << "ft" << "km" << 5280.0 << 1.609344;
         QTest::newRow("US survey feet to metre") << "ftUS" << "m" << 3937.0 << 1200.0;
@@ -62,10 +65,7 @@ private Q_SLOTS:
     }
     void convert()
     {
-        QFETCH(QString, from);
-        QFETCH(QString, to);
-        QFETCH(double, value);
-        QFETCH(double, expected);
+        const auto [from, to, value, expected] = ConvertRow::fetch();
         const KbuUnit& a = KbuUnit::fromKey(from);
         const KbuUnit& b = KbuUnit::fromKey(to);
         const double result = a.convert(value, b);
@@ -85,8 +85,7 @@ private Q_SLOTS:
 
     void classMismatchThrows_data()
     {
-        QTest::addColumn<QString>("from");
-        QTest::addColumn<QString>("to");
+        ClassMismatchThrowsRow::addColumns(); // from, to
         QTest::newRow("length to angle") << "m" << "deg";
         QTest::newRow("area to length") << "ha" << "m";
         QTest::newRow("no unit to length") << "" << "m";
@@ -94,8 +93,7 @@ private Q_SLOTS:
     }
     void classMismatchThrows()
     {
-        QFETCH(QString, from);
-        QFETCH(QString, to);
+        const auto [from, to] = ClassMismatchThrowsRow::fetch();
         const KbuUnit& a = KbuUnit::fromKey(from);
         const KbuUnit& b = KbuUnit::fromKey(to);
         QVERIFY(!a.isConvertibleTo(b));
@@ -138,9 +136,7 @@ private Q_SLOTS:
 
     void transfoApply_data()
     {
-        QTest::addColumn<KbuUnitTransfo>("transfo");
-        QTest::addColumn<double>("value");
-        QTest::addColumn<double>("expected");
+        TransfoApplyRow::addColumns(); // transfo, value, expected
         const KbuUnitTransfo toPixels(0.01, -5000.0);
         QTest::newRow("map metres to pixels") << toPixels << 600000.0 << 1000.0;
         QTest::newRow("pixels back to metres") << toPixels.inverse() << 1000.0 << 600000.0;
@@ -153,9 +149,7 @@ private Q_SLOTS:
     }
     void transfoApply()
     {
-        QFETCH(KbuUnitTransfo, transfo);
-        QFETCH(double, value);
-        QFETCH(double, expected);
+        const auto [transfo, value, expected] = TransfoApplyRow::fetch();
         const double result = transfo.apply(value);
         QVERIFY2(relativelyEqual(result, expected), qPrintable(QString::number(result, 'g', 17)));
         // Offsets cancel out of lengths; a transformation and its inverse compose to the
@@ -182,15 +176,13 @@ private Q_SLOTS:
 
     void colorPacking_data()
     {
-        QTest::addColumn<quint32>("argb");
-        QTest::addColumn<KbbColor>("color");
+        ColorPackingRow::addColumns(); // argb, color
         QTest::newRow("opaque black") << quint32(0xFF000000u) << KbbColor();
         QTest::newRow("each channel apart") << quint32(0x80112233u) << KbbColor(0x11, 0x22, 0x33, 0x80);
     }
     void colorPacking()
     {
-        QFETCH(quint32, argb);
-        QFETCH(KbbColor, color);
+        const auto [argb, color] = ColorPackingRow::fetch();
         QCOMPARE(KbbColor(argb), color);
         QCOMPARE(color.toRgba(), argb);
     }
