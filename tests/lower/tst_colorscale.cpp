@@ -22,6 +22,7 @@ const QRgb GREEN = qRgb(0, 255, 0);
 const QRgb BLUE = qRgb(0, 0, 255);
 
 const QRgb GREY = qRgb(128, 128, 128);
+const double UNDEFINED = KbbGlobal::D_FFFF;
 
 // Red at 10 to blue at 20, or three classes over 0, 10, 20, 50.
 Scale make(const QString& name)
@@ -51,6 +52,13 @@ QString hex(QRgb color)
 
 } // namespace
 
+// The column types of the tables below.
+using ColorAtRow = Row<QString, double, QRgb>;
+using SetRangeRow = Row<QString, double, double, QVector<double>>;
+using LookupTableRow = Row<QString, double, double, int>;
+using RefusalsRow = Row<QVector<double>, int>;
+using ValueRangeRow = Row<QVector<double>, double, double, int>;
+
 class TestColorScale : public QObject
 {
     Q_OBJECT
@@ -58,9 +66,7 @@ class TestColorScale : public QObject
 private Q_SLOTS:
     void colorAt_data()
     {
-        QTest::addColumn<QString>("scale");
-        QTest::addColumn<double>("value");
-        QTest::addColumn<QRgb>("expected");
+        ColorAtRow::addColumns(); // scale, value, expected
 
         QTest::newRow("halfway rounds half up") << "red-blue" << 15.0 << qRgb(128, 0, 128);
         QTest::newRow("a quarter") << "red-blue" << 12.5 << qRgb(191, 0, 64);
@@ -73,44 +79,37 @@ private Q_SLOTS:
         QTest::newRow("class just below a limit") << "classes" << 9.999 << RED;
         QTest::newRow("inner limit opens the upper class") << "classes" << 10.0 << GREEN;
         QTest::newRow("last class holds its upper limit") << "classes" << 50.0 << BLUE;
-        QTest::newRow("undefined value is transparent") << "red-blue" << KbbGlobal::D_FFFF << qRgba(0, 0, 0, 0);
+        QTest::newRow("undefined value is transparent") << "red-blue" << UNDEFINED << qRgba(0, 0, 0, 0);
         QTest::newRow("NaN in a class is transparent") << "classes" << NaN << qRgba(0, 0, 0, 0);
         QTest::newRow("+inf is not clamped") << "classes" << INF << qRgba(0, 0, 0, 0);
         QTest::newRow("-inf takes the undefined colour") << "red-blue, grey undefined" << -INF << GREY;
-        QTest::newRow("undefined takes the undefined colour") << "red-blue, grey undefined" << KbbGlobal::D_FFFF << GREY;
+        QTest::newRow("undefined takes the undefined colour") << "red-blue, grey undefined" << UNDEFINED << GREY;
     }
     void colorAt()
     {
-        QFETCH(QString, scale);
-        QFETCH(double, value);
-        QFETCH(QRgb, expected);
+        const auto [scale, value, expected] = ColorAtRow::fetch();
         QCOMPARE(hex(make(scale).colorAt(value)), hex(expected));
     }
 
     void setRange_data()
     {
-        QTest::addColumn<QString>("scale");
-        QTest::addColumn<double>("min");
-        QTest::addColumn<double>("max");
-        QTest::addColumn<QVector<double>>("expected");
+        SetRangeRow::addColumns(); // scale, min, max, expected
 
         QTest::newRow("rainbow stretched") << "rainbow" << 100.0 << 200.0 << QVector<double>{100, 125, 150, 175, 200};
         QTest::newRow("uneven stops keep proportions") << "fading" << -10.0 << 10.0 << QVector<double>{-10, -8, 10};
         QTest::newRow("classes rescaled") << "classes" << 0.0 << 100.0 << QVector<double>{0, 20, 40, 100};
         QTest::newRow("reversed range refused") << "classes" << 50.0 << 0.0 << QVector<double>{0, 10, 20, 50};
-        QTest::newRow("empty range refused") << "rainbow" << 5.0 << 5.0 << QVector<double>{0, 0.25, 0.5, 0.75, 1};
+        const QVector<double> unitStops{0, 0.25, 0.5, 0.75, 1};
+        QTest::newRow("empty range refused") << "rainbow" << 5.0 << 5.0 << unitStops;
         QTest::newRow("NaN refused") << "red-blue" << NaN << 1.0 << QVector<double>{10, 20};
-        QTest::newRow("undefined refused") << "red-blue" << KbbGlobal::D_FFFF << 1.0 << QVector<double>{10, 20};
+        QTest::newRow("undefined refused") << "red-blue" << UNDEFINED << 1.0 << QVector<double>{10, 20};
         QTest::newRow("width overflowing refused") << "red-blue" << -1.0e308 << 1.0e308 << QVector<double>{10, 20};
-        QTest::newRow("too narrow for five stops refused")
-            << "rainbow" << 1.0 << std::nextafter(std::nextafter(1.0, 2.0), 2.0) << QVector<double>{0, 0.25, 0.5, 0.75, 1};
+        const double twoUlps = std::nextafter(std::nextafter(1.0, 2.0), 2.0);
+        QTest::newRow("too narrow for five stops refused") << "rainbow" << 1.0 << twoUlps << unitStops;
     }
     void setRange()
     {
-        QFETCH(QString, scale);
-        QFETCH(double, min);
-        QFETCH(double, max);
-        QFETCH(QVector<double>, expected);
+        const auto [scale, min, max, expected] = SetRangeRow::fetch();
         Scale s = make(scale);
         const Scale before = s;
         const bool accepted = expected.first() == min && expected.last() == max;
@@ -136,10 +135,7 @@ private Q_SLOTS:
 
     void lookupTable_data()
     {
-        QTest::addColumn<QString>("scale");
-        QTest::addColumn<double>("min");
-        QTest::addColumn<double>("max");
-        QTest::addColumn<int>("size");
+        LookupTableRow::addColumns(); // scale, min, max, size
 
         QTest::newRow("rainbow, 256 entries") << "rainbow" << 100.0 << 200.0 << 256;
         QTest::newRow("classes") << "classes" << 0.0 << 50.0 << 501;
@@ -147,10 +143,7 @@ private Q_SLOTS:
     }
     void lookupTable()
     {
-        QFETCH(QString, scale);
-        QFETCH(double, min);
-        QFETCH(double, max);
-        QFETCH(int, size);
+        const auto [scale, min, max, size] = LookupTableRow::fetch();
         Scale s = make(scale);
         QVERIFY(s.setRange(min, max));
         QVector<QRgb> table;
@@ -167,7 +160,7 @@ private Q_SLOTS:
         QCOMPARE(s.getLookupIndex(min - 1.0e6, size), 0);
         QCOMPARE(s.getLookupIndex(max + 1.0e6, size), size - 1);
         QCOMPARE(s.getLookupIndex(NaN, size), -1);
-        QCOMPARE(s.getLookupIndex(KbbGlobal::D_FFFF, size), -1);
+        QCOMPARE(s.getLookupIndex(UNDEFINED, size), -1);
 
         const QVector<QRgb> before = table;
         for (int bad : {1, 0, -3, Scale::MAX_LOOKUP_SIZE + 1}) {
@@ -179,14 +172,13 @@ private Q_SLOTS:
 
     void refusals_data()
     {
-        QTest::addColumn<QVector<double>>("values");
-        QTest::addColumn<int>("colorCount"); // -1: the values are continuous stops
+        RefusalsRow::addColumns(); // values, colorCount (-1: the values are continuous stops)
 
         QTest::newRow("one stop") << QVector<double>{3} << -1;
         QTest::newRow("descending stops") << QVector<double>{0, 2, 1} << -1;
         QTest::newRow("repeated stop") << QVector<double>{0, 1, 1} << -1;
         QTest::newRow("NaN stop") << QVector<double>{0, NaN} << -1;
-        QTest::newRow("undefined stop") << QVector<double>{KbbGlobal::D_FFFF, 0} << -1;
+        QTest::newRow("undefined stop") << QVector<double>{UNDEFINED, 0} << -1;
         QTest::newRow("descending limits") << QVector<double>{5, 0, 10} << 2;
         QTest::newRow("infinite limit") << QVector<double>{0, INF} << 1;
         QTest::newRow("stops wider than a double") << QVector<double>{-1e308, 1e308} << -1;
@@ -195,8 +187,7 @@ private Q_SLOTS:
     }
     void refusals()
     {
-        QFETCH(QVector<double>, values);
-        QFETCH(int, colorCount);
+        const auto [values, colorCount] = RefusalsRow::fetch();
         for (const char* name : {"red-blue", "classes"}) {
             Scale s = make(QLatin1String(name));
             const Scale before = s;
@@ -214,27 +205,17 @@ private Q_SLOTS:
         }
     }
 
-    void namedScales_data()
-    {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QRgb>("lowest");
-        QTest::addColumn<bool>("known");
-        QTest::newRow("rainbow") << "rainbow" << VugColorScale::rainbow().colorAt(0) << true;
-        QTest::newRow("grayscale, any case and spaces") << " GrayScale " << qRgb(0, 0, 0) << true;
-        QTest::newRow("viridis") << "viridis" << VugColorScale::viridis().colorAt(0) << true;
-        QTest::newRow("unknown falls back to the rainbow") << "sunset" << VugColorScale::rainbow().colorAt(0) << false;
-    }
     void namedScales()
     {
-        QFETCH(QString, name);
-        QFETCH(QRgb, lowest);
-        QFETCH(bool, known);
-        if (!known)
-            expectWarning("no colour scale 'sunset'");
-        QCOMPARE(VugColorScale::named(name).colorAt(0), lowest);
-    }
-    void standardScalesGrowInLightness()
-    {
+        // Any case and spacing; an unknown name falls back to the rainbow, with a warning.
+        QVERIFY(Scale::named(QStringLiteral(" GrayScale ")) == Scale::grayscale());
+        QVERIFY(Scale::named(QStringLiteral("viridis")) == Scale::viridis());
+        expectWarning("no colour scale 'sunset'");
+        QVERIFY(Scale::named(QStringLiteral("sunset")) == Scale::rainbow());
+        QVERIFY(Scale::rainbow() != Scale::viridis());
+        // Grayscale runs from black to white, and it and viridis grow lighter all the way.
+        QCOMPARE(hex(Scale::grayscale().colorAt(0.0)), hex(qRgb(0, 0, 0)));
+        QCOMPARE(hex(Scale::grayscale().colorAt(1.0)), hex(qRgb(255, 255, 255)));
         for (const Scale& s : {Scale::grayscale(), Scale::viridis()}) {
             int previous = -1;
             for (int i = 0; i <= 100; ++i) {
@@ -243,16 +224,11 @@ private Q_SLOTS:
                 previous = gray;
             }
         }
-        QCOMPARE(hex(Scale::grayscale().colorAt(1.0)), hex(qRgb(255, 255, 255)));
-        QVERIFY(Scale::rainbow() != Scale::viridis());
     }
 
     void valueRange_data()
     {
-        QTest::addColumn<QVector<double>>("values");
-        QTest::addColumn<double>("min");
-        QTest::addColumn<double>("max");
-        QTest::addColumn<int>("leftOut"); // far outside, then not finite: 10 for one far, 1 for one NaN
+        ValueRangeRow::addColumns(); // values, min, max, leftOut (10 for each far value, 1 for each not finite)
 
         const double MAX = std::numeric_limits<double>::max();
         QVector<double> r; // 0 to 1 in 201 steps, descending and skewed
@@ -265,18 +241,15 @@ private Q_SLOTS:
         QTest::newRow("1e30 among ten left out") << V{0, 10, 20, 30, 40, 50, 60, 70, 80, 90, 1e30} << 0.0 << 90.0 << 10;
         QTest::newRow("two values: neither left out") << V{0, 1e30} << 0.0 << 1e30 << 0;
         QTest::newRow("NaN and infinities counted") << r + V{NaN, INF, -INF} << 0.0 << 1.0 << 3;
-        QTest::newRow("undefined left out silently") << r + V{KbbGlobal::D_FFFF} << 0.0 << 1.0 << 0;
+        QTest::newRow("undefined left out silently") << r + V{UNDEFINED} << 0.0 << 1.0 << 0;
         QTest::newRow("one value and 1e30") << V(99, 431e3) + V{1e30} << 431e3 << 431e3 << 10;
         QTest::newRow("one value and another near") << V(99, 10.0) + V{-500} << -500.0 << 10.0 << 0;
         QTest::newRow("width clamped finite") << V{-1e308, 1e308} << -MAX / 2 << MAX / 2 << 0;
-        QTest::newRow("nothing defined") << V{NaN, KbbGlobal::D_FFFF} << 0.0 << 0.0 << 1;
+        QTest::newRow("nothing defined") << V{NaN, UNDEFINED} << 0.0 << 0.0 << 1;
     }
     void valueRange()
     {
-        QFETCH(QVector<double>, values);
-        QFETCH(double, min);
-        QFETCH(double, max);
-        QFETCH(int, leftOut);
+        const auto [values, min, max, leftOut] = ValueRangeRow::fetch();
         // A column larger than the sample gives the same range (where the outliers stay few).
         const int many = values.size() > 200 ? 2 * KbcValueRange::SAMPLE_SIZE / int(values.size()) + 1 : 1;
         for (const int copies : {1, many}) {
@@ -298,7 +271,8 @@ private Q_SLOTS:
             for (const double v : values) {
                 const double end = std::max(scale.getMin(), std::min(v, scale.getMax()));
                 QCOMPARE(hex(scale.colorAt(v)), hex(Scale::isUndefinedValue(v) ? GREY : scale.colorAt(end)));
-                QCOMPARE(scale.getLookupIndex(v, 256), Scale::isUndefinedValue(v) ? -1 : scale.getLookupIndex(end, 256));
+                const int index = scale.getLookupIndex(v, 256);
+                QCOMPARE(index, Scale::isUndefinedValue(v) ? -1 : scale.getLookupIndex(end, 256));
             }
         }
     }
