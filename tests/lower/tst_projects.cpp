@@ -1,4 +1,6 @@
-#include "MessageCatcher.h"
+// Projects as their observers see them: the order they are told in, a refused close, a
+// failing observer, bad and damaged folders, and scenes that keep their ids.
+
 #include <KbbDebug.h>
 #include <KbbOrderedMap.h>
 #include <VsmModelScene.h>
@@ -8,6 +10,9 @@
 
 #include <QtTest>
 #include <stdexcept>
+
+#include "LowerTestSupport.h"
+#include "MessageCatcher.h"
 
 // Records what the project collection tells it, into a log shared by several observers.
 class Recorder : public VssIObserverProject
@@ -55,6 +60,9 @@ public:
     void destroyed(const VuoAObservable<VsmModifScene>*) override { modelGone = true; }
 };
 
+// The column types of the tables below.
+using DamagedProjectOpensWithWhatCanBeReadRow = Row<QString, QByteArray, QString, QList<int>>;
+
 class TestProjects : public QObject
 {
     Q_OBJECT
@@ -81,73 +89,49 @@ private Q_SLOTS:
         QCOMPARE(map.value(QStringLiteral("zz"), -1), -1);
     }
 
-    void observersAreToldInOrder()
+    // Opening, saving (once with a failing observer), a refused close and a close, as the
+    // observers see them: each in the order it registered, the others told all the same.
+    void observersFollowTheProject()
     {
         Recorder a(QStringLiteral("A"), _log), b(QStringLiteral("B"), _log);
         auto* collection = VssProjectCollection::getInstance();
         collection->addObserver(&a);
         collection->addObserver(&b);
         collection->addObserver(&a); // once only
-        _log.clear();
         QVERIFY(collection->createProject(_dir.filePath(QStringLiteral("order")), QStringLiteral("Order")));
         QVERIFY(collection->saveProject());
+        QCOMPARE(_log, QStringList({"A:opened:Order", "B:opened:Order", "A:save", "B:save"}));
+
+        _log.clear();
+        a.throwOnSave = true;
+        MessageCatcher caught;
+        QString message;
+        QVERIFY(!collection->saveProject(&message));
+        QCOMPARE(_log, QStringList({"A:save", "B:save"}));
+        QCOMPARE(message, QStringLiteral("std::exception: disk full"));
+        QCOMPARE(caught.errors, QStringList());
+
+        // One observer not ready keeps the project open, and opening another is refused too.
+        _log.clear();
+        a.ready = false;
+        QVERIFY(!collection->closeProject(&message));
+        QVERIFY(!message.isEmpty());
+        QCOMPARE(_log, QStringList({"A:ready"}));
+        QVERIFY(!collection->createProject(_dir.filePath(QStringLiteral("other")), QStringLiteral("Other")));
+        QCOMPARE(collection->getCurrentProject()->getName(), QStringLiteral("Order"));
+
+        _log.clear();
+        a.ready = true;
         QVERIFY(collection->closeProject());
         collection->removeObserver(&a);
         collection->removeObserver(&b);
-        QCOMPARE(_log, QStringList({"A:opened:Order", "B:opened:Order", "A:save", "B:save", "A:ready", "B:ready",
-                                    "A:aboutToClose", "B:aboutToClose"}));
-    }
-
-    void refusalKeepsTheProjectOpen()
-    {
-        Recorder a(QStringLiteral("A"), _log), b(QStringLiteral("B"), _log), c(QStringLiteral("C"), _log);
-        auto* collection = VssProjectCollection::getInstance();
-        for (Recorder* r : {&a, &b, &c})
-            collection->addObserver(r);
-        QVERIFY(collection->createProject(_dir.filePath(QStringLiteral("refuse")), QStringLiteral("Refuse")));
-        b.ready = false;
-        _log.clear();
-        QString message;
-        QVERIFY(!collection->closeProject(&message));
-        QVERIFY(!message.isEmpty());
-        QCOMPARE(_log, QStringList({"A:ready", "B:ready"}));
-        QVERIFY(collection->getCurrentProject());
-        // Opening another project is refused the same way, and the first stays.
-        QVERIFY(!collection->createProject(_dir.filePath(QStringLiteral("other")), QStringLiteral("Other")));
-        QCOMPARE(collection->getCurrentProject()->getName(), QStringLiteral("Refuse"));
-        b.ready = true;
-        for (Recorder* r : {&a, &b, &c})
-            collection->removeObserver(r);
-    }
-
-    void observerExceptionIsReported()
-    {
-        Recorder a(QStringLiteral("A"), _log), b(QStringLiteral("B"), _log);
-        auto* collection = VssProjectCollection::getInstance();
-        collection->addObserver(&a);
-        collection->addObserver(&b);
-        a.throwOnSave = true;
-        MessageCatcher caught;
-        QStringList& errors = caught.errors;
-        QVERIFY(collection->createProject(_dir.filePath(QStringLiteral("throw")), QStringLiteral("Throw")));
-        _log.clear();
-        // The others save all the same, and the one who saves learns what failed.
-        QString message;
-        const bool saved = collection->saveProject(&message);
-        caught.stop();
-        collection->removeObserver(&a);
-        collection->removeObserver(&b);
-        QVERIFY(!saved);
-        QCOMPARE(_log, QStringList({"A:save", "B:save"}));
-        QCOMPARE(message, QStringLiteral("std::exception: disk full"));
-        QCOMPARE(errors, QStringList());
+        QCOMPARE(_log, QStringList({"A:ready", "B:ready", "A:aboutToClose", "B:aboutToClose"}));
     }
 
     void badFoldersKeepTheCurrentProject_data()
     {
         QTest::addColumn<QString>("setup");
         QTest::newRow("missing folder") << "none";
-        QTest::newRow("folder without a project") << "empty";
         QTest::newRow("a folder in the project file's place") << "folder";
     }
 
@@ -170,10 +154,7 @@ private Q_SLOTS:
 
     void damagedProjectOpensWithWhatCanBeRead_data()
     {
-        QTest::addColumn<QString>("file");
-        QTest::addColumn<QByteArray>("bytes");
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QList<int>>("scenes");
+        DamagedProjectOpensWithWhatCanBeReadRow::addColumns(); // file, bytes, name, scenes
         QTest::newRow("truncated project file") << "project.xml" << QByteArray("<project name=\"x\"") << QString()
                                                 << QList<int>{1, 2};
         QTest::newRow("project file of another kind") << "project.xml" << QByteArray("<windows/>") << QString()
@@ -191,10 +172,7 @@ private Q_SLOTS:
     // save writes a sound one.
     void damagedProjectOpensWithWhatCanBeRead()
     {
-        QFETCH(QString, file);
-        QFETCH(QByteArray, bytes);
-        QFETCH(QString, name);
-        QFETCH(QList<int>, scenes);
+        const auto [file, bytes, name, scenes] = DamagedProjectOpensWithWhatCanBeReadRow::fetch();
         auto* collection = VssProjectCollection::getInstance();
         static int count = 0;
         const QString folder = _dir.filePath(QStringLiteral("damaged%1").arg(++count));
@@ -251,8 +229,12 @@ private Q_SLOTS:
         scenes.requestOpen(gone); // no longer there: nothing is asked
         QCOMPARE(recorder.log, QStringList({"1:1", "1:2", "1:3", "80:3", "2:3", "40:2"}));
         scenes.removeObserver(&recorder);
+        // An identifier outlives its model: once the project is closed it names nothing.
+        const VsoSceneIdentifier mapId = scenes.getIdentifier(map);
+        QVERIFY(mapId.exists() && mapId.getName() == QStringLiteral("Map"));
         QVERIFY(collection->closeProject());
         QVERIFY(recorder.log.size() == 6 && !recorder.modelGone);
+        QVERIFY(mapId.isNull() && !mapId.exists() && !mapId.getModel() && mapId.getSceneType() == 0);
 
         QVERIFY(collection->openProject(folder));
         VsmModelScene& reopened = collection->getCurrentProject()->getModelScene();
@@ -260,21 +242,6 @@ private Q_SLOTS:
         QCOMPARE(reopened.getScene(map)->items, QStringList({"Samples"}));
         QCOMPARE(reopened.getIdentifier(view).getDimension(), KbgEDimension::DIM_3D);
         QCOMPARE(reopened.createScene(QStringLiteral("New"), 2), gone + 1); // ids are not reused
-    }
-
-    void identifierOutlivesItsModel()
-    {
-        VsoSceneIdentifier id;
-        {
-            VsmModelScene model;
-            id = model.getIdentifier(model.createScene(QStringLiteral("x"), 2));
-            QVERIFY(id.exists());
-            QCOMPARE(id.getName(), QStringLiteral("x"));
-        }
-        QVERIFY(id.isNull());
-        QVERIFY(!id.exists());
-        QCOMPARE(id.getModel(), nullptr);
-        QCOMPARE(id.getSceneType(), 0);
     }
 };
 
