@@ -31,7 +31,6 @@ Vg3ANode::Vg3ANode(const QString& name)
     if (!SoDB::isInitialized())
         Vg3OpenInventor::getInstance()->init();
     _root = new SoSeparator;
-    _root->ref();
     _root->setName(SbName(getInventorName().toLatin1().constData()));
     _scale = new SoScale;
     _scale->scaleFactor.setValue(1.0f, 1.0f, _zScale);
@@ -40,10 +39,7 @@ Vg3ANode::Vg3ANode(const QString& name)
     _root->addChild(_content);
 }
 
-Vg3ANode::~Vg3ANode()
-{
-    _root->unref();
-}
+Vg3ANode::~Vg3ANode() = default;
 
 QString Vg3ANode::getInventorName() const
 {

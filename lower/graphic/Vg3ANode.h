@@ -10,6 +10,7 @@
 #include <velmora_graphic_export.h>
 
 #include <KbgVector3D.h>
+#include <SoRef.h>
 #include <Vg3IPickable.h>
 
 #include <Inventor/SbBox3f.h>
@@ -79,7 +80,7 @@ private:
     Vg3ANode(const Vg3ANode&) = delete;
     Vg3ANode& operator=(const Vg3ANode&) = delete;
     QString _name;
-    SoSeparator* _root = nullptr;
+    SoRef<SoSeparator> _root;
     SoScale* _scale = nullptr;
     SoSeparator* _content = nullptr;
     KbgVector3D _offset;

@@ -12,14 +12,10 @@ Vg3ATool::Vg3ATool(const QString& name)
     if (!SoDB::isInitialized())
         Vg3OpenInventor::getInstance()->init();
     _root = new SoSeparator;
-    _root->ref();
     _root->setName(SbName(getInventorName().toLatin1().constData()));
 }
 
-Vg3ATool::~Vg3ATool()
-{
-    _root->unref();
-}
+Vg3ATool::~Vg3ATool() = default;
 
 QString Vg3ATool::getInventorName() const
 {

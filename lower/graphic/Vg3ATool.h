@@ -5,6 +5,8 @@
 
 #include <velmora_graphic_export.h>
 
+#include <SoRef.h>
+
 #include <QString>
 
 class SoSeparator;
@@ -25,5 +27,5 @@ private:
     Vg3ATool(const Vg3ATool&) = delete;
     Vg3ATool& operator=(const Vg3ATool&) = delete;
     QString _name;
-    SoSeparator* _root = nullptr;
+    SoRef<SoSeparator> _root;
 };

@@ -1,5 +1,6 @@
 #include <Vg3Axes.h>
 
+#include <SoRef.h>
 #include <Vg3OpenInventor.h>
 
 #include <Inventor/nodes/SoBaseColor.h>
@@ -80,7 +81,7 @@ private:
 class Vg3AxesPrivate
 {
 public:
-    SoSeparator* root = nullptr;
+    SoRef<SoSeparator> root;
     SoSwitch* visibility = nullptr;
     SoBaseColor* color = nullptr;
     SoSeparator* axes = nullptr;
@@ -104,7 +105,6 @@ Vg3Axes::Vg3Axes()
     _d->titles[Z_AXIS] = QCoreApplication::translate("Vg3Axes", "Elevation");
 
     _d->root = new SoSeparator;
-    _d->root->ref();
     _d->root->setName("vg3axes_root");
     auto pickStyle = new SoPickStyle;
     pickStyle->style = SoPickStyle::UNPICKABLE;
@@ -146,10 +146,7 @@ Vg3Axes::Vg3Axes()
     setColor(_d->foreground);
 }
 
-Vg3Axes::~Vg3Axes()
-{
-    _d->root->unref();
-}
+Vg3Axes::~Vg3Axes() = default;
 
 SoSeparator* Vg3Axes::getRoot() const
 {

@@ -40,7 +40,6 @@ Vg3CornerOverlay::Vg3CornerOverlay(const char* owner, const char* prefix, int po
     _sensor.setDeleteCallback(&Vg3CornerOverlay::_cameraDeleted, this);
 
     _root = new SoSeparator;
-    _root->ref();
     _root->setName((QByteArray(prefix) + "_root").constData());
     _visibility = new SoSwitch;
     _visibility->setName((QByteArray(prefix) + "_visibility").constData());
@@ -75,7 +74,6 @@ Vg3CornerOverlay::Vg3CornerOverlay(const char* owner, const char* prefix, int po
 Vg3CornerOverlay::~Vg3CornerOverlay()
 {
     _sensor.detach();
-    _root->unref();
 }
 
 SoSeparator* Vg3CornerOverlay::getRoot() const

@@ -4,6 +4,8 @@
 // orthographic camera, unlit, and the following of the main camera's orientation. The owner
 // adds its shapes under getContent() and hears of every orientation the main camera takes.
 
+#include <SoRef.h>
+
 #include <Inventor/SbLinear.h>
 #include <Inventor/SbViewportRegion.h>
 #include <Inventor/sensors/SoFieldSensor.h>
@@ -62,7 +64,7 @@ private:
 
     const char* const _owner;
     OrientationChanged const _changed;
-    SoSeparator* _root = nullptr;
+    SoRef<SoSeparator> _root;
     SoSwitch* _visibility = nullptr;
     SoSeparator* _content = nullptr;
     SoCamera* _camera = nullptr;

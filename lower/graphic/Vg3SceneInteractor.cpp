@@ -2,6 +2,7 @@
 
 #include <SoCameraInteractor.h>
 #include <SoMouseWheelEvent.h>
+#include <SoRef.h>
 #include <VupPreferences3DViews.h>
 
 #include <Inventor/SbViewVolume.h>
@@ -54,12 +55,12 @@ class Vg3SceneInteractorPrivate
 public:
     enum Gesture { NONE, ORBIT, PAN };
 
-    SoSeparator* root = nullptr;
+    SoRef<SoSeparator> root;
     SoSwitch* cameraSwitch = nullptr;
     SoPerspectiveCamera* perspective = nullptr;
     SoOrthographicCamera* orthographic = nullptr;
     SoRotation* headlightRotation = nullptr;
-    SoNode* sceneGraph = nullptr;
+    SoRef<SoNode> sceneGraph;
     SoCameraInteractor interactor;
     SbViewportRegion region;
     SoRayPickAction* pickAction = nullptr;
@@ -109,7 +110,6 @@ Vg3SceneInteractor::Vg3SceneInteractor(QObject* parent)
     , _d(new Vg3SceneInteractorPrivate)
 {
     _d->root = new SoSeparator;
-    _d->root->ref();
     _d->root->setName("vg3_scene_interactor_root");
 
     _d->cameraSwitch = new SoSwitch;
@@ -142,9 +142,6 @@ Vg3SceneInteractor::~Vg3SceneInteractor()
     delete _d->eventAction;
     _d->interactor.setCamera(nullptr);
     _d->headlightRotation->rotation.disconnect();
-    if (_d->sceneGraph)
-        _d->sceneGraph->unref();
-    _d->root->unref();
 }
 
 SoSeparator* Vg3SceneInteractor::getSceneRoot() const
@@ -156,13 +153,9 @@ void Vg3SceneInteractor::setSceneGraph(SoNode* sceneGraph)
 {
     if (sceneGraph == _d->sceneGraph)
         return;
-    if (sceneGraph)
-        sceneGraph->ref();
-    if (_d->sceneGraph) {
-        _d->root->removeChild(_d->sceneGraph);
-        _d->sceneGraph->unref();
-    }
-    _d->sceneGraph = sceneGraph;
+    const SoRef<SoNode> old = std::exchange(_d->sceneGraph, sceneGraph);
+    if (old)
+        _d->root->removeChild(old);
     if (sceneGraph)
         _d->root->addChild(sceneGraph);
 }

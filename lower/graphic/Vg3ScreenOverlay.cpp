@@ -21,7 +21,6 @@ Vg3ScreenOverlay::Vg3ScreenOverlay(const char* name, Place place)
     if (!SoDB::isInitialized())
         Vg3OpenInventor::getInstance()->init();
     _root = new SoAnnotation;
-    _root->ref();
     _root->setName(name);
     // The placement depends on the window's size, read while drawing: nothing is cached.
     _root->renderCaching = SoSeparator::OFF;
@@ -48,10 +47,7 @@ Vg3ScreenOverlay::Vg3ScreenOverlay(const char* name, Place place)
     group->addChild(_content);
 }
 
-Vg3ScreenOverlay::~Vg3ScreenOverlay()
-{
-    _root->unref();
-}
+Vg3ScreenOverlay::~Vg3ScreenOverlay() = default;
 
 SoSeparator* Vg3ScreenOverlay::getRoot() const
 {

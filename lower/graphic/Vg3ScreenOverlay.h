@@ -5,6 +5,8 @@
 // a hook that places the content from the viewport's size in pixels, which only the
 // traversal knows. The owner adds its nodes under getContent().
 
+#include <SoRef.h>
+
 #include <Inventor/SbLinear.h>
 
 #include <functional>
@@ -37,7 +39,7 @@ private:
     static void _placeCallback(void* data, SoAction* action);
 
     Place const _place;
-    SoSeparator* _root = nullptr;
+    SoRef<SoSeparator> _root;
     SoSwitch* _visibility = nullptr;
     SoSeparator* _content = nullptr;
 };

@@ -1,5 +1,7 @@
 #include "Vg3SectionModel.h"
 
+#include <SoRef.h>
+
 #include <Inventor/SbName.h>
 #include <Inventor/SbPlane.h>
 #include <Inventor/nodes/SoClipPlane.h>
@@ -11,7 +13,7 @@ class Vg3SectionModelPrivate
 {
 public:
     VugSectionDefinition definition;
-    SoGroup* clipNode = nullptr;
+    SoRef<SoGroup> clipNode;
     SoClipPlane* planes[2] = {nullptr, nullptr};
 };
 
@@ -41,7 +43,6 @@ Vg3SectionModel::Vg3SectionModel(QObject* parent)
 {
     qRegisterMetaType<VugSectionDefinition>();
     _d->clipNode = new SoGroup;
-    _d->clipNode->ref();
     _d->clipNode->setName(SbName("vg3_section_clip"));
     for (int i = 0; i < 2; ++i) {
         _d->planes[i] = new SoClipPlane;
@@ -51,10 +52,7 @@ Vg3SectionModel::Vg3SectionModel(QObject* parent)
     _updateClipNode();
 }
 
-Vg3SectionModel::~Vg3SectionModel()
-{
-    _d->clipNode->unref();
-}
+Vg3SectionModel::~Vg3SectionModel() = default;
 
 const VugSectionDefinition& Vg3SectionModel::getSectionDefinition() const
 {

@@ -1,4 +1,5 @@
 #include "SoCameraInteractor.h"
+#include "SoRef.h"
 
 #include <Inventor/SbBox3f.h>
 #include <Inventor/SbLine.h>
@@ -58,7 +59,7 @@ SbBox3f sceneBox(SoNode* scene, const SbViewportRegion& region)
 class SoCameraInteractorPrivate
 {
 public:
-    SoCamera* camera = nullptr;
+    SoRef<SoCamera> camera;
     SbVec3f rotationCenter{0.0f, 0.0f, 0.0f};
     SbSphereSheetProjector projector{SbSphere(SbVec3f(0.0f, 0.0f, 0.0f), 0.8f)};
     SbPlane panPlane;
@@ -68,13 +69,13 @@ public:
     SoOrthographicCamera* ortho() const
     {
         return camera && camera->isOfType(SoOrthographicCamera::getClassTypeId())
-            ? static_cast<SoOrthographicCamera*>(camera)
+            ? static_cast<SoOrthographicCamera*>(camera.get())
             : nullptr;
     }
     SoPerspectiveCamera* perspective() const
     {
         return camera && camera->isOfType(SoPerspectiveCamera::getClassTypeId())
-            ? static_cast<SoPerspectiveCamera*>(camera)
+            ? static_cast<SoPerspectiveCamera*>(camera.get())
             : nullptr;
     }
 };
@@ -88,20 +89,12 @@ SoCameraInteractor::SoCameraInteractor(SoCamera* camera)
     setCamera(camera);
 }
 
-SoCameraInteractor::~SoCameraInteractor()
-{
-    if (_d->camera)
-        _d->camera->unref();
-}
+SoCameraInteractor::~SoCameraInteractor() = default;
 
 void SoCameraInteractor::setCamera(SoCamera* camera)
 {
     if (camera == _d->camera)
         return;
-    if (camera)
-        camera->ref();
-    if (_d->camera)
-        _d->camera->unref();
     _d->camera = camera;
     _d->panActive = false;
 }

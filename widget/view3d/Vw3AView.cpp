@@ -17,6 +17,7 @@
 #include <KbgPlane.h>
 #include <KbgRotation.h>
 #include <SoCameraInteractor.h>
+#include <SoRef.h>
 #include <Vg3ANode.h>
 #include <Vg3ATool.h>
 #include <Vg3Axes.h>
@@ -79,7 +80,7 @@ class Vw3AViewPrivate
 {
 public:
     Vw3OivViewer* viewer = nullptr;
-    SoSeparator* root = nullptr;
+    SoRef<SoSeparator> root;
     SoEventCallback* shortcuts = nullptr;
     SoSeparator* inventorSlots = nullptr;
     SoSeparator* bboxCaching = nullptr;
@@ -223,13 +224,12 @@ Vw3AView::~Vw3AView()
     _d->viewer->setSceneGraph(nullptr);
     delete _d->viewer;
     _d->viewer = nullptr;
-    _d->root->unref();
+    _d->root.reset();
 }
 
 void Vw3AView::_buildGraph()
 {
     _d->root = new SoSeparator;
-    _d->root->ref();
     _d->root->setName("vw3aview_root");
 
     _d->shortcuts = new SoEventCallback;

@@ -1,5 +1,6 @@
 #include "Vw3Legend_p.h"
 
+#include <SoRef.h>
 #include <Vg3ColorLegend.h>
 #include <VuPosition.h>
 
@@ -10,7 +11,7 @@ class Vw3LegendPrivate
 {
 public:
     std::unique_ptr<Vg3ColorLegend> legend;
-    SoSeparator* root = nullptr;
+    SoRef<SoSeparator> root;
     SoSwitch* visibility = nullptr;
     QString title;
     bool available = false;
@@ -26,7 +27,6 @@ Vw3Legend_p::Vw3Legend_p(const QColor& background, const QColor& foreground, int
     }
     _d->legend.reset(new Vg3ColorLegend(background, foreground, Vu::Position(alignment)));
     _d->root = new SoSeparator;
-    _d->root->ref();
     _d->root->setName("vw3legend_root");
     _d->visibility = new SoSwitch;
     _d->visibility->setName("vw3legend_switch");
@@ -35,7 +35,7 @@ Vw3Legend_p::Vw3Legend_p(const QColor& background, const QColor& foreground, int
     _updateSwitch();
 }
 
-Vw3Legend_p::~Vw3Legend_p() { _d->root->unref(); }
+Vw3Legend_p::~Vw3Legend_p() = default;
 
 SoSeparator* Vw3Legend_p::getRoot() const { return _d->root; }
 Vg3ColorLegend* Vw3Legend_p::getColorLegend() const { return _d->legend.get(); }

@@ -15,21 +15,13 @@ Vw3OivQtTimer::~Vw3OivQtTimer()
     if (SoSystemTimer::installed() == this)
         SoSystemTimer::install(nullptr);
     _timer.stop();
-    if (_task)
-        _task->unref();
 }
 
 void Vw3OivQtTimer::setTask(SoSystemTimerTask* task)
 {
-    if (task == _task)
-        return;
-    // Reference the new task first: it may be the only holder of the old one's owner.
-    if (task)
-        task->ref();
-    SoSystemTimerTask* old = _task;
+    // The new task is held before the old one goes: it may be the only holder of the old
+    // one's owner.
     _task = task;
-    if (old)
-        old->unref();
 }
 
 void Vw3OivQtTimer::setRepeat(bool repeat)
@@ -60,12 +52,9 @@ bool Vw3OivQtTimer::isPending() const
 void Vw3OivQtTimer::_runTask()
 {
     // The task may replace itself while it runs; keep it alive until it returns.
-    SoSystemTimerTask* task = _task;
-    if (!task)
-        return;
-    task->ref();
-    task->run();
-    task->unref();
+    const SoRef<SoSystemTimerTask> task = _task;
+    if (task)
+        task->run();
 }
 
 Vw3OivQtTimer* Vw3OivQtTimer::installProcessTimer()

@@ -4,6 +4,7 @@
 
 #include <velmora_widget_export.h>
 
+#include <SoRef.h>
 #include <SoSystemTimer.h>
 
 #include <QObject>
@@ -31,6 +32,6 @@ private:
     void _runTask();
 
     QTimer _timer;
-    SoSystemTimerTask* _task = nullptr;
+    SoRef<SoSystemTimerTask> _task;
     int _interval = 0;
 };

@@ -3,6 +3,7 @@
 #include <Vw3RenderAreaQWindow.h>
 
 #include <KbbDebug.h>
+#include <SoRef.h>
 #include <Vg3OpenInventor.h>
 #include <Vg3SceneInteractor.h>
 #include <VupPreferences3DViews.h>
@@ -27,9 +28,9 @@
 class Vw3OivViewerPrivate
 {
 public:
-    SoGroup* root = nullptr;
+    SoRef<SoGroup> root;
     SoSwitch* notificationSwitch = nullptr;
-    SoNode* sceneGraph = nullptr;
+    SoRef<SoNode> sceneGraph;
     QWidget* dummy = nullptr;
     QWidget* sidePanel = nullptr;
     Vw3RenderAreaQWindow* renderArea = nullptr;
@@ -80,7 +81,6 @@ Vw3OivViewer::Vw3OivViewer(QWidget* parent)
     _checkRenderFormatOnce();
 
     _d->root = new SoGroup;
-    _d->root->ref();
     _d->root->setName("vw3_oiv_viewer_root");
     _d->notificationSwitch = new SoSwitch;
     _d->notificationSwitch->setName("notification_message_switch");
@@ -141,9 +141,6 @@ Vw3OivViewer::~Vw3OivViewer()
 {
     // The render area renders the interactor's graph: take the graph away first.
     _d->interactor->setSceneGraph(nullptr);
-    if (_d->sceneGraph)
-        _d->sceneGraph->unref();
-    _d->root->unref();
 }
 
 SoGroup* Vw3OivViewer::getRoot() const { return _d->root; }
@@ -152,16 +149,13 @@ void Vw3OivViewer::setSceneGraph(SoNode* graph)
 {
     if (graph == _d->sceneGraph)
         return;
-    if (_d->sceneGraph) {
-        _d->root->removeChild(_d->sceneGraph);
-        _d->sceneGraph->unref();
-    }
-    _d->sceneGraph = graph;
-    if (graph) {
-        graph->ref();
+    // The new graph is held before the old one goes: it may live only inside the old one.
+    const SoRef<SoNode> old = std::exchange(_d->sceneGraph, graph);
+    if (old)
+        _d->root->removeChild(old);
+    if (graph)
         // First, so the notification is drawn over the scene.
         _d->root->insertChild(graph, 0);
-    }
 }
 
 SoNode* Vw3OivViewer::getSceneGraph() const { return _d->sceneGraph; }

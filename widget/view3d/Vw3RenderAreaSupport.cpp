@@ -61,16 +61,13 @@ Vw3RenderAreaSupport::Vw3RenderAreaSupport(QWidget* eventWidget)
 
 Vw3RenderAreaSupport::~Vw3RenderAreaSupport()
 {
-    if (_core)
-        _core->unref();
-    if (_sceneGraph)
-        _sceneGraph->unref();
+    // The core renders the graph: it goes first.
+    releaseCore();
 }
 
 void Vw3RenderAreaSupport::createCore(QOpenGLContext* context, const std::function<void()>& startRender)
 {
-    auto* core = new SoRenderAreaCore;
-    core->ref();
+    const SoRef<SoRenderAreaCore> core = new SoRenderAreaCore;
     releaseCore();
     _core = core;
     _core->setSize(_size);
@@ -96,8 +93,7 @@ void Vw3RenderAreaSupport::releaseCore()
     if (!_core)
         return;
     _core->setStartRenderHandler({});
-    _core->unref();
-    _core = nullptr;
+    _core.reset();
 }
 
 SiRenderArea::RenderStatus Vw3RenderAreaSupport::renderFrame(qreal devicePixelRatio)
@@ -202,10 +198,6 @@ void Vw3RenderAreaSupport::setSceneGraph(SoNode* sceneGraph)
 {
     if (sceneGraph == _sceneGraph)
         return;
-    if (sceneGraph)
-        sceneGraph->ref();
-    if (_sceneGraph)
-        _sceneGraph->unref();
     _sceneGraph = sceneGraph;
     if (_core)
         _core->setSceneGraph(_sceneGraph);
@@ -318,7 +310,7 @@ bool Vw3RenderAreaSupport::mouseRelease(QMouseEvent* event)
         SoRayPickAction pick(region);
         pick.setPoint(position);
         pick.setRadius(CONTEXT_MENU_PICK_RADIUS);
-        SoNode* root = _interactor ? static_cast<SoNode*>(_interactor->getSceneRoot()) : _sceneGraph;
+        SoNode* root = _interactor ? static_cast<SoNode*>(_interactor->getSceneRoot()) : _sceneGraph.get();
         if (root && region.getViewportSizePixels()[0] > 0 && region.getViewportSizePixels()[1] > 0) {
             pick.apply(root);
             picked = pick.getPickedPoint();

@@ -7,6 +7,7 @@
 #include <velmora_widget_export.h>
 
 #include <SiRenderArea.h>
+#include <SoRef.h>
 
 #include <Inventor/actions/SoGLRenderAction.h>
 
@@ -105,9 +106,9 @@ private:
     bool _press(QMouseEvent* event, bool doubleClick);
 
     QWidget* _eventWidget;
-    SoRenderAreaCore* _core = nullptr;
+    SoRef<SoRenderAreaCore> _core;
     QSharedPointer<Vg3SceneInteractor> _interactor;
-    SoNode* _sceneGraph = nullptr;
+    SoRef<SoNode> _sceneGraph;
     SbVec2i32 _size{0, 0};
     SbViewportRegion _viewport;
     SbColorRGBA _clearColor{0.0f, 0.0f, 0.0f, 1.0f};

@@ -25,7 +25,6 @@ bool isFinite(const KbgVector3D& v) { return std::isfinite(v.x()) && std::isfini
 Vw3SeekInfo::Vw3SeekInfo()
 {
     _targetNode = new SoSeparator;
-    _targetNode->ref();
     _targetNode->setName("vw3seekinfo_target");
     _markerSwitch = new SoSwitch;
     _markerSwitch->whichChild = SO_SWITCH_NONE;
@@ -51,9 +50,6 @@ Vw3SeekInfo::~Vw3SeekInfo()
 {
     _sensor->unschedule();
     delete _sensor;
-    if (_camera)
-        _camera->unref();
-    _targetNode->unref();
 }
 
 void Vw3SeekInfo::setTarget(const KbgVector3D& target)
@@ -102,10 +98,6 @@ void Vw3SeekInfo::setCamera(SoCamera* camera)
     if (camera == _camera)
         return;
     stop();
-    if (camera)
-        camera->ref();
-    if (_camera)
-        _camera->unref();
     _camera = camera;
 }
 
@@ -131,7 +123,7 @@ bool Vw3SeekInfo::start()
         _fromPosition[i] = p[i];
     _fromFocal = _camera->focalDistance.getValue();
     if (_camera->isOfType(SoOrthographicCamera::getClassTypeId()))
-        _fromHeight = static_cast<SoOrthographicCamera*>(_camera)->height.getValue();
+        _fromHeight = static_cast<SoOrthographicCamera*>(_camera.get())->height.getValue();
     _computeEnd();
     if (_duration <= 0.0f) {
         _applyStep(1.0);
@@ -167,7 +159,7 @@ void Vw3SeekInfo::_computeEnd()
     double distance = radius * 2.0;
     _toHeight = _fromHeight;
     if (_camera->isOfType(SoPerspectiveCamera::getClassTypeId())) {
-        double angle = static_cast<SoPerspectiveCamera*>(_camera)->heightAngle.getValue();
+        double angle = static_cast<SoPerspectiveCamera*>(_camera.get())->heightAngle.getValue();
         if (aspect > 0.0f && aspect < 1.0f)
             angle = 2.0 * std::atan(std::tan(angle / 2.0) * aspect);
         distance = radius / std::sin(std::max(angle, 1e-3) / 2.0);
@@ -191,7 +183,7 @@ void Vw3SeekInfo::_applyStep(double t)
     _camera->position = position;
     _camera->focalDistance = _fromFocal + (_toFocal - _fromFocal) * s;
     if (_camera->isOfType(SoOrthographicCamera::getClassTypeId()))
-        static_cast<SoOrthographicCamera*>(_camera)->height = _fromHeight + (_toHeight - _fromHeight) * s;
+        static_cast<SoOrthographicCamera*>(_camera.get())->height = _fromHeight + (_toHeight - _fromHeight) * s;
 }
 
 void Vw3SeekInfo::cameraSeekAnimationCB(void* data, SoSensor* /*sensor*/)

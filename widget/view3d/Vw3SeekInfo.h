@@ -8,6 +8,7 @@
 #include <velmora_widget_export.h>
 
 #include <KbgVector3D.h>
+#include <SoRef.h>
 
 #include <Inventor/SbViewportRegion.h>
 
@@ -70,9 +71,9 @@ private:
     KbgVector3D _target;
     KbgVector3D _viewBoxSize{1.0, 1.0, 1.0};
     float _duration = 1.0f;
-    SoCamera* _camera = nullptr;
+    SoRef<SoCamera> _camera;
     SbViewportRegion _region;
-    SoSeparator* _targetNode = nullptr;
+    SoRef<SoSeparator> _targetNode;
     SoSwitch* _markerSwitch = nullptr;
     SoTranslation* _markerPosition = nullptr;
     SoTimerSensor* _sensor = nullptr;
