@@ -8,6 +8,7 @@
 #include <Inventor/nodes/SoScale.h>
 #include <Inventor/nodes/SoSeparator.h>
 
+#include <algorithm>
 #include <cmath>
 
 // Letters, digits and '_' (ASCII only, as Inventor names require), never a leading digit.
@@ -39,7 +40,26 @@ Vg3ANode::Vg3ANode(const QString& name)
     _root->addChild(_content);
 }
 
-Vg3ANode::~Vg3ANode() = default;
+Vg3ANode::~Vg3ANode()
+{
+    // A watcher may remove itself, or others, while it is told.
+    while (!_watchers.empty()) {
+        Vg3INodeWatcher* watcher = _watchers.back();
+        _watchers.pop_back();
+        watcher->nodeDestroyed(this);
+    }
+}
+
+void Vg3ANode::addWatcher(Vg3INodeWatcher* watcher)
+{
+    if (watcher && std::find(_watchers.begin(), _watchers.end(), watcher) == _watchers.end())
+        _watchers.push_back(watcher);
+}
+
+void Vg3ANode::removeWatcher(Vg3INodeWatcher* watcher)
+{
+    _watchers.erase(std::remove(_watchers.begin(), _watchers.end(), watcher), _watchers.end());
+}
 
 QString Vg3ANode::getInventorName() const
 {

@@ -18,9 +18,23 @@
 #include <QString>
 
 #include <cmath>
+#include <vector>
 
 class SoScale;
 class SoSeparator;
+class Vg3ANode;
+
+// What holds a node it does not own (a view showing it) and must forget it when it dies.
+class Vg3INodeWatcher
+{
+public:
+    // Called from the node's destructor: its own data is gone and its sub-graph root is
+    // still there. Use the node only as a key from here on.
+    virtual void nodeDestroyed(Vg3ANode* node) = 0;
+
+protected:
+    ~Vg3INodeWatcher() = default;
+};
 
 class VELMORA_GRAPHIC_EXPORT Vg3ANode : public Vg3IPickable
 {
@@ -57,6 +71,10 @@ public:
     bool isPickable() const override { return _pickable; }
     void setPickable(bool pickable) override { _pickable = pickable; }
 
+    // A watcher is told once, when the node is destroyed; adding one twice adds it once.
+    void addWatcher(Vg3INodeWatcher* watcher);
+    void removeWatcher(Vg3INodeWatcher* watcher);
+
 protected:
     // Adds the drawing under `parent`, which is inside the vertical scale.
     virtual void _build(SoSeparator* parent) = 0;
@@ -86,4 +104,5 @@ private:
     KbgVector3D _offset;
     float _zScale = 1.0f;
     bool _pickable = true;
+    std::vector<Vg3INodeWatcher*> _watchers;
 };

@@ -2,6 +2,7 @@
 
 #include "Vw3IContextMenuCallback.h"
 #include "Vw3ImageFile.h"
+#include "Vw3NodeSet.h"
 #include "Vw3Legend_p.h"
 #include "Vw3OivViewer.h"
 #include "Vw3RenderAreaQWindow.h"
@@ -27,6 +28,7 @@
 #include <Vg3SceneInteractor.h>
 #include <Vg3SectionModel.h>
 #include <VgpIPickHandler.h>
+#include <VssProject.h>
 #include <VssProjectCollection.h>
 #include <VugColorScale.h>
 #include <VugSectionDefinition.h>
@@ -54,6 +56,7 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QDragEnterEvent>
+#include <QPointer>
 #include <QFileDialog>
 #include <QMenu>
 #include <QMimeData>
@@ -63,6 +66,7 @@
 #include <QToolBar>
 #include <QVBoxLayout>
 #include <QVector>
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 
@@ -88,8 +92,7 @@ public:
     SoSeparator* sceneRoot = nullptr;
     SoSeparator* toolsRoot = nullptr;
     SoSeparator* decorations = nullptr;
-    QMap<Vg3ANode*, SoSwitch*> nodes;
-    QMap<Vg3ATool*, SoSwitch*> tools;
+    std::unique_ptr<Vw3NodeSet> nodeSet;
 
     std::unique_ptr<Vg3SectionModel> sectionModel;
     // The bottom of the stack, never popped: it shows the help of the handler on top.
@@ -122,7 +125,7 @@ public:
     bool activated = false;
     bool alwaysActivated = false;
     QString viewRef;
-    VssProject* project = nullptr;
+    QPointer<VssProject> project;
     QString reportTitle;
     QString reportDescription;
 
@@ -214,6 +217,8 @@ Vw3AView::Vw3AView(QWidget* parent)
 
 Vw3AView::~Vw3AView()
 {
+    // Nodes that outlive the view stop telling it of their end.
+    _d->nodeSet.reset();
     if (_d->preferences3DViews)
         _d->preferences3DViews->removeObserver(this);
     if (_d->preferencesGraphic)
@@ -271,6 +276,11 @@ void Vw3AView::_buildGraph()
     _d->toolsRoot = new SoSeparator;
     _d->toolsRoot->setName("vw3aview_tools_root");
     _d->root->addChild(_d->toolsRoot);
+    // A node destroyed while shown leaves the view as if removed.
+    _d->nodeSet.reset(new Vw3NodeSet(_d->sceneRoot, _d->toolsRoot, [this](Vg3ANode* node) {
+        _updateBoundingBox();
+        emit nodeRemoved(this, node);
+    }));
 
     // Overlays after the scene, so they are drawn over it.
     _d->decorations = new SoSeparator;
@@ -296,49 +306,19 @@ void Vw3AView::_setupTools() {}
 
 // ---- nodes and tools --------------------------------------------------------------------
 
-SoSwitch* Vw3AView::_wrap(SoSeparator* content, const QString& inventorName, bool visible, bool pickable)
-{
-    const QByteArray name = inventorName.toLatin1();
-    auto visibility = new SoSwitch;
-    visibility->setName(SbName(("visibility_switch_for_" + name).constData()));
-    visibility->whichChild = visible ? 0 : SO_SWITCH_NONE;
-    auto pickSep = new SoSeparator;
-    pickSep->setName(SbName(("pick_style_sep_for_" + name).constData()));
-    visibility->addChild(pickSep);
-    auto pickableSwitch = new SoSwitch;
-    pickableSwitch->setName(SbName(("pickable_switch_for_" + name).constData()));
-    // Child 0 leaves picking as it is, child 1 makes what follows unpickable.
-    auto pickStyle = new SoPickStyle;
-    pickStyle->style = SoPickStyle::UNPICKABLE;
-    pickableSwitch->addChild(new SoGroup);
-    pickableSwitch->addChild(pickStyle);
-    pickableSwitch->whichChild = pickable ? 0 : 1;
-    pickSep->addChild(pickableSwitch);
-    pickSep->addChild(content);
-    return visibility;
-}
-
-SoSwitch* Vw3AView::_pickableSwitch(SoSwitch* visibility)
-{
-    auto pickSep = static_cast<SoSeparator*>(visibility->getChild(0));
-    return static_cast<SoSwitch*>(pickSep->getChild(0));
-}
-
 void Vw3AView::addNode(Vg3ANode* node, bool visible)
 {
     if (!node) {
         qWarning("Vw3AView::addNode: no node");
         return;
     }
-    if (_d->nodes.contains(node)) {
+    if (_d->nodeSet->nodes().contains(node)) {
         qWarning("Vw3AView::addNode: the node \"%s\" is already in the view", qPrintable(node->getName()));
         return;
     }
     node->setZScale(_d->zScale);
     node->setOffset(_d->offset);
-    SoSwitch* visibility = _wrap(node->getRoot(), node->getInventorName(), visible, node->isPickable());
-    _d->sceneRoot->addChild(visibility);
-    _d->nodes.insert(node, visibility);
+    _d->nodeSet->addNode(node, visible);
     _updateBoundingBox();
     emit nodeAdded(this, node);
 }
@@ -349,74 +329,57 @@ void Vw3AView::addTool(Vg3ATool* tool, bool visible)
         qWarning("Vw3AView::addTool: no tool");
         return;
     }
-    if (_d->tools.contains(tool)) {
+    if (_d->nodeSet->tools().contains(tool)) {
         qWarning("Vw3AView::addTool: the tool \"%s\" is already in the view", qPrintable(tool->getName()));
         return;
     }
-    SoSwitch* visibility = _wrap(tool->getRoot(), tool->getInventorName(), visible, true);
-    _d->toolsRoot->addChild(visibility);
-    _d->tools.insert(tool, visibility);
+    _d->nodeSet->addTool(tool, visible);
 }
 
 void Vw3AView::removeNode(Vg3ANode* node)
 {
-    SoSwitch* visibility = _d->nodes.value(node);
-    if (!visibility) {
+    if (!_d->nodeSet->nodes().contains(node)) {
         qWarning("Vw3AView::removeNode: the node is not in the view");
         return;
     }
-    _d->nodes.remove(node);
-    _d->sceneRoot->removeChild(visibility);
+    _d->nodeSet->removeNode(node);
     _updateBoundingBox();
     emit nodeRemoved(this, node);
 }
 
 void Vw3AView::removeTool(Vg3ATool* tool)
 {
-    SoSwitch* visibility = _d->tools.value(tool);
-    if (!visibility) {
+    if (!_d->nodeSet->tools().contains(tool)) {
         qWarning("Vw3AView::removeTool: the tool is not in the view");
         return;
     }
-    _d->tools.remove(tool);
-    _d->toolsRoot->removeChild(visibility);
+    _d->nodeSet->removeTool(tool);
 }
 
 void Vw3AView::setNodeVisibility(Vg3ANode* node, bool visible)
 {
-    SoSwitch* visibility = _d->nodes.value(node);
+    SoSwitch* visibility = _d->nodeSet->nodes().value(node);
     if (!visibility) {
         qWarning("Vw3AView::setNodeVisibility: the node is not in the view");
         return;
     }
-    const int which = visible ? 0 : SO_SWITCH_NONE;
-    if (visibility->whichChild.getValue() == which)
-        return;
-    visibility->whichChild = which;
-    _updateBoundingBox();
+    if (Vw3NodeSet::show(visibility, visible))
+        _updateBoundingBox();
 }
 
-bool Vw3AView::isNodeVisible(Vg3ANode* node) const
-{
-    SoSwitch* visibility = _d->nodes.value(node);
-    return visibility && visibility->whichChild.getValue() == 0;
-}
+bool Vw3AView::isNodeVisible(Vg3ANode* node) const { return Vw3NodeSet::isShown(_d->nodeSet->nodes().value(node)); }
 
 void Vw3AView::setToolVisibility(Vg3ATool* tool, bool visible)
 {
-    SoSwitch* visibility = _d->tools.value(tool);
+    SoSwitch* visibility = _d->nodeSet->tools().value(tool);
     if (!visibility) {
         qWarning("Vw3AView::setToolVisibility: the tool is not in the view");
         return;
     }
-    visibility->whichChild = visible ? 0 : SO_SWITCH_NONE;
+    Vw3NodeSet::show(visibility, visible);
 }
 
-bool Vw3AView::isToolVisible(Vg3ATool* tool) const
-{
-    SoSwitch* visibility = _d->tools.value(tool);
-    return visibility && visibility->whichChild.getValue() == 0;
-}
+bool Vw3AView::isToolVisible(Vg3ATool* tool) const { return Vw3NodeSet::isShown(_d->nodeSet->tools().value(tool)); }
 
 void Vw3AView::setNodePickable(Vg3IPickable* pickable, bool on)
 {
@@ -425,19 +388,16 @@ void Vw3AView::setNodePickable(Vg3IPickable* pickable, bool on)
         return;
     }
     pickable->setPickable(on);
-    for (auto it = _d->nodes.cbegin(); it != _d->nodes.cend(); ++it) {
+    const auto& nodes = _d->nodeSet->nodes();
+    for (auto it = nodes.cbegin(); it != nodes.cend(); ++it)
         if (static_cast<Vg3IPickable*>(it.key()) == pickable)
-            _pickableSwitch(it.value())->whichChild = on ? 0 : 1;
-    }
+            Vw3NodeSet::setPickable(it.value(), on);
 }
 
 int Vw3AView::getVisibleNodesCount() const
 {
-    int count = 0;
-    for (SoSwitch* visibility : _d->nodes)
-        if (visibility->whichChild.getValue() == 0)
-            ++count;
-    return count;
+    const auto& nodes = _d->nodeSet->nodes();
+    return int(std::count_if(nodes.cbegin(), nodes.cend(), &Vw3NodeSet::isShown));
 }
 
 void Vw3AView::enableNodeRebuild(bool enable)
@@ -451,8 +411,8 @@ void Vw3AView::enableNodeRebuild(bool enable)
 
 SoSeparator* Vw3AView::_getSceneRoot() const { return _d->sceneRoot; }
 SoSeparator* Vw3AView::_getToolsRoot() const { return _d->toolsRoot; }
-const QMap<Vg3ANode*, SoSwitch*>& Vw3AView::_getNodes() const { return _d->nodes; }
-const QMap<Vg3ATool*, SoSwitch*>& Vw3AView::_getTools() const { return _d->tools; }
+const QMap<Vg3ANode*, SoSwitch*>& Vw3AView::_getNodes() const { return _d->nodeSet->nodes(); }
+const QMap<Vg3ATool*, SoSwitch*>& Vw3AView::_getTools() const { return _d->nodeSet->tools(); }
 SoSeparator* Vw3AView::getRoot() const { return _d->root; }
 
 SoSeparator* Vw3AView::createInventorSlot()
@@ -532,7 +492,7 @@ bool Vw3AView::isZScaleAutomatic() const { return _d->zScaleAuto; }
 
 void Vw3AView::_updateNodesZScale()
 {
-    for (Vg3ANode* node : _d->nodes.keys())
+    for (Vg3ANode* node : _d->nodeSet->nodes().keys())
         node->setZScale(_d->zScale);
     _updateBoundingBox();
 }
@@ -550,7 +510,7 @@ void Vw3AView::setOffset(const KbgVector3D& offset)
     _d->offset = offset;
     // Nodes subtract the offset in double precision before Inventor's floats; a translation
     // node would come too late for map coordinates.
-    for (Vg3ANode* node : _d->nodes.keys())
+    for (Vg3ANode* node : _d->nodeSet->nodes().keys())
         node->setOffset(offset);
     _updateBoundingBox();
     emit offsetChanged(offset);

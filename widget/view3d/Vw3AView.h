@@ -336,8 +336,6 @@ private:
     void _checkInitialized();
     void _startPendingLookAt();
     void _emitCameraChanged();
-    SoSwitch* _wrap(SoSeparator* content, const QString& inventorName, bool visible, bool pickable);
-    static SoSwitch* _pickableSwitch(SoSwitch* visibility);
 
     std::unique_ptr<class Vw3AViewPrivate> const _d;
 };
