@@ -156,7 +156,6 @@ private Q_SLOTS:
         QTest::newRow("unscaled") << 1.0f << 1.0f;
         QTest::newRow("exaggerated") << 5.0f << 5.0f;
         QTest::newRow("flattened") << 0.25f << 0.25f;
-        QTest::newRow("zero refused") << 0.0f << 1.0f;
         QTest::newRow("negative refused") << -2.0f << 1.0f;
         QTest::newRow("nan refused") << float(qQNaN()) << 1.0f;
     }
@@ -357,29 +356,14 @@ private Q_SLOTS:
         }
     }
 
-    void secondGridColoursTheSurface()
+    // A colour grid of another lattice is refused: the depths colour the surface.
+    void colourGridOfAnotherLatticeIsRefused()
     {
         const VsdGrid depths = smallGrid({});
-        VsdGrid colors(QPointF(0, 0), 1.0, 1.0, 4, 3);
-        QVector<double> codes(12);
-        for (int k = 0; k < 12; ++k) codes[k] = k % 3;
-        colors.setValues(codes);
-        const VugColorScale scale({0, 1, 2, 3}, {qRgb(255, 0, 0), qRgb(0, 255, 0), qRgb(0, 0, 255)});
         Vg3GridSurfaceNode node(QStringLiteral("facies on top"));
-        node.setData(depths, colors, scale);
-        Drawn d = draw(node.getRoot());
-        QCOMPARE(d.triangleCorners.size(), 36);
-        for (int k = 0; k < d.triangleCorners.size(); ++k) {
-            const int i = qRound(d.triangleCorners[k][0]);
-            const int j = qRound(d.triangleCorners[k][1]);
-            QCOMPARE(d.triangleCorners[k][2], float(depths.value(i, j)));
-            QVERIFY(near(d.triangleColors[k], scale.colorAt(colors.value(i, j))));
-        }
-
-        // A colour grid of another lattice is refused: the depths colour the surface.
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression("Vg3GridSurfaceNode::setData: .* 3x4 nodes, not 4x3"));
         node.setData(depths, VsdGrid(QPointF(0, 0), 1.0, 1.0, 3, 4), rainbow(0, 32));
-        d = draw(node.getRoot());
+        const Drawn d = draw(node.getRoot());
         QCOMPARE(d.triangleCorners.size(), 36);
         for (int k = 0; k < d.triangleCorners.size(); ++k)
             QVERIFY(near(d.triangleColors[k], rainbow(0, 32).colorAt(d.triangleCorners[k][2])));
@@ -478,41 +462,29 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("text");
         QTest::addColumn<bool>("visible");
-        QTest::addColumn<int>("position");
         QTest::addColumn<QStringList>("lines");
-        QTest::addColumn<int>("justification");
         QTest::addColumn<bool>("shown");
-        QTest::newRow("title top left") << "Top reservoir" << true << int(Vg3Annotation::TOP_LEFT)
-                                        << QStringList{"Top reservoir"} << int(SoText2::LEFT) << true;
-        QTest::newRow("two lines bottom right") << "Case A\nrealisation 3" << true << int(Vg3Annotation::BOTTOM_RIGHT)
-                                                << QStringList{"Case A", "realisation 3"} << int(SoText2::RIGHT)
-                                                << true;
-        QTest::newRow("centred") << "North" << true << int(Vg3Annotation::TOP_CENTER) << QStringList{"North"}
-                                 << int(SoText2::CENTER) << true;
-        QTest::newRow("empty text") << "" << true << int(Vg3Annotation::TOP_LEFT) << QStringList{""}
-                                    << int(SoText2::LEFT) << false;
-        QTest::newRow("hidden") << "Kept" << false << int(Vg3Annotation::BOTTOM_LEFT) << QStringList{"Kept"}
-                                << int(SoText2::LEFT) << false;
+        QTest::newRow("title") << "Top reservoir" << true << QStringList{"Top reservoir"} << true;
+        QTest::newRow("two lines") << "Case A\nrealisation 3" << true << QStringList{"Case A", "realisation 3"} << true;
+        QTest::newRow("empty text") << "" << true << QStringList{""} << false;
+        QTest::newRow("hidden") << "Kept" << false << QStringList{"Kept"} << false;
     }
     void annotationShowsOnlyWithText()
     {
         QFETCH(QString, text);
         QFETCH(bool, visible);
-        QFETCH(int, position);
         QFETCH(QStringList, lines);
-        QFETCH(int, justification);
         QFETCH(bool, shown);
         Vg3Annotation annotation;
         annotation.setText(text);
-        annotation.setPosition(Vg3Annotation::AnnotationPosition(position));
+        annotation.setPosition(Vg3Annotation::BOTTOM_RIGHT);
         annotation.setVisible(visible);
         QCOMPARE(texts(annotation.getRoot()), shown ? lines : QStringList());
         QCOMPARE(texts(annotation.getRoot(), true), lines);
-        QCOMPARE(int(find<SoText2>(annotation.getRoot())->justification.getValue()), justification);
 
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression("Vg3Annotation::setPosition: 9 is not a position"));
         annotation.setPosition(Vg3Annotation::AnnotationPosition(9));
-        QCOMPARE(int(annotation.getPosition()), position);
+        QCOMPARE(annotation.getPosition(), Vg3Annotation::BOTTOM_RIGHT);
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression("Vg3Annotation::setSize: 0 is not a font size"));
         annotation.setSize(0);
         QCOMPARE(annotation.getSize(), 12);
