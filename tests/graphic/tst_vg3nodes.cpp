@@ -458,33 +458,46 @@ private Q_SLOTS:
         QCOMPARE(visibility->whichChild.getValue(), 0);
     }
 
+    // The lines drawn, hidden while empty or hidden; the justification each place needs (the
+    // pictures cannot tell text pushed past the window's edge from text at the edge).
     void annotationShowsOnlyWithText_data()
     {
         QTest::addColumn<QString>("text");
         QTest::addColumn<bool>("visible");
+        QTest::addColumn<int>("position");
         QTest::addColumn<QStringList>("lines");
+        QTest::addColumn<int>("justification");
         QTest::addColumn<bool>("shown");
-        QTest::newRow("title") << "Top reservoir" << true << QStringList{"Top reservoir"} << true;
-        QTest::newRow("two lines") << "Case A\nrealisation 3" << true << QStringList{"Case A", "realisation 3"} << true;
-        QTest::newRow("empty text") << "" << true << QStringList{""} << false;
-        QTest::newRow("hidden") << "Kept" << false << QStringList{"Kept"} << false;
+        const auto row = [](const char* name, const QString& text, bool visible, int position, int justification) {
+            QTest::newRow(name) << text << visible << position << text.split('\n') << justification
+                                << (visible && !text.isEmpty());
+        };
+        row("title top left", "Top reservoir", true, Vg3Annotation::TOP_LEFT, SoText2::LEFT);
+        row("two lines bottom right", "Case A\nrealisation 3", true, Vg3Annotation::BOTTOM_RIGHT, SoText2::RIGHT);
+        row("top right", "East", true, Vg3Annotation::TOP_RIGHT, SoText2::RIGHT);
+        row("centred", "North", true, Vg3Annotation::TOP_CENTER, SoText2::CENTER);
+        row("empty text", "", true, Vg3Annotation::TOP_LEFT, SoText2::LEFT);
+        row("hidden", "Kept", false, Vg3Annotation::BOTTOM_LEFT, SoText2::LEFT);
     }
     void annotationShowsOnlyWithText()
     {
         QFETCH(QString, text);
         QFETCH(bool, visible);
+        QFETCH(int, position);
         QFETCH(QStringList, lines);
+        QFETCH(int, justification);
         QFETCH(bool, shown);
         Vg3Annotation annotation;
         annotation.setText(text);
-        annotation.setPosition(Vg3Annotation::BOTTOM_RIGHT);
+        annotation.setPosition(Vg3Annotation::AnnotationPosition(position));
         annotation.setVisible(visible);
         QCOMPARE(texts(annotation.getRoot()), shown ? lines : QStringList());
         QCOMPARE(texts(annotation.getRoot(), true), lines);
+        QCOMPARE(int(find<SoText2>(annotation.getRoot())->justification.getValue()), justification);
 
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression("Vg3Annotation::setPosition: 9 is not a position"));
         annotation.setPosition(Vg3Annotation::AnnotationPosition(9));
-        QCOMPARE(annotation.getPosition(), Vg3Annotation::BOTTOM_RIGHT);
+        QCOMPARE(int(annotation.getPosition()), position);
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression("Vg3Annotation::setSize: 0 is not a font size"));
         annotation.setSize(0);
         QCOMPARE(annotation.getSize(), 12);
