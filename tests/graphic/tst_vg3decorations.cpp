@@ -81,7 +81,6 @@ private slots:
         QTest::addColumn<QString>("labels"); // "-": not checked
 
         QTest::newRow("0 to 1000") << 0.0 << 1000.0 << 200.0 << "0 200 400 600 800 1000";
-        QTest::newRow("eastings 431000 to 436000") << 431000.0 << 436000.0 << 1000.0 << "-";
         QTest::newRow("inside the ends") << 431050.0 << 435990.0 << 1000.0 << "432000 433000 434000 435000";
         QTest::newRow("unit range") << 0.0 << 1.0 << 0.2 << "-";
         QTest::newRow("across zero") << -5.0 << 5.0 << 2.0 << "-";
@@ -260,14 +259,14 @@ private slots:
 
         auto rotation = find<SoRotation>(gnomon.getRoot(), "vg3gnomon_rotation");
         QVERIFY(rotation);
-        const SbRotation shown = rotation->rotation.getValue();
-        SbVec3f seen;
-        shown.multVec(SbVec3f(1, 0, 0), seen);
-        QVERIFY2(near(seen, xSeen), qPrintable(QString("x seen at %1 %2 %3").arg(seen[0]).arg(seen[1]).arg(seen[2])));
-        shown.multVec(SbVec3f(0, 1, 0), seen);
-        QVERIFY(near(seen, ySeen));
-        shown.multVec(SbVec3f(0, 0, 1), seen);
-        QVERIFY(near(seen, zSeen));
+        const SbVec3f expected[] = {xSeen, ySeen, zSeen};
+        for (int axis = 0; axis < 3; ++axis) {
+            SbVec3f world(0, 0, 0), seen;
+            world[axis] = 1.0f;
+            rotation->rotation.getValue().multVec(world, seen);
+            QVERIFY2(near(seen, expected[axis]),
+                     qPrintable(QString("axis %1 seen at %2 %3 %4").arg(axis).arg(seen[0]).arg(seen[1]).arg(seen[2])));
+        }
     }
 
     void gnomonCameraLifetime()
