@@ -3,12 +3,15 @@
 // legend's bar sits in the corner it is aligned to, takes the same share of the window's
 // height whatever the window's shape, and shows the scale's colours from bottom to top; an
 // annotation lands in its place along the window's edge; samples, grids and lines framed,
-// and samples coloured apart, whatever huge or non-finite value one of them holds.
+// and samples coloured apart, whatever huge or non-finite value one of them holds; the
+// gnomon and compass in their corner over a scene filling the window, and nowhere else.
 
 #include "ImageChecks.h"
 #include "InventorScenes.h"
 #include <Vg3Annotation.h>
 #include <Vg3ColorLegend.h>
+#include <Vg3Compass.h>
+#include <Vg3Gnomon.h>
 #include <Vg3GridSurfaceNode.h>
 #include <Vg3OpenInventor.h>
 #include <Vg3PointSetNode.h>
@@ -23,6 +26,7 @@
 #include <KbbStringFormat.h>
 
 #include <Inventor/nodes/SoDirectionalLight.h>
+#include <Inventor/nodes/SoPerspectiveCamera.h>
 
 #include <QTemporaryDir>
 #include <QtTest>
@@ -46,6 +50,28 @@ template <class F> QRect boxOf(const QImage& image, F pick)
 bool drawn(QRgb c)
 {
     return c != qRgb(0, 0, 0);
+}
+
+// Far from any grey: the legend's rainbow, the gnomon's axes, the compass.
+bool saturated(QRgb c, int by)
+{
+    return std::max({qRed(c), qGreen(c), qBlue(c)}) - std::min({qRed(c), qGreen(c), qBlue(c)}) > by;
+}
+
+// Grey, so the gnomon's saturated colours and the compass's yellow stand out.
+const QColor kSceneGrey(128, 128, 128);
+
+// Pixels clearly of a decoration in `area`.
+int decorationPixels(const QImage& image, const QRect& area)
+{
+    return ImageChecks::count(image.copy(area), [](QRgb p) { return saturated(p, 80); });
+}
+
+// The square of `side` pixels in a corner of the picture, y counted from the top.
+QRect cornerRect(const QSize& size, int position, int side)
+{
+    return QRect((position & Vu::RIGHT) ? size.width() - side : 0, (position & Vu::TOP) ? 0 : size.height() - side,
+                 side, side);
 }
 
 } // namespace
@@ -213,9 +239,7 @@ private Q_SLOTS:
         QVERIFY2(!image.isNull(), "offscreen rendering failed");
 
         // The rainbow's colours are the only saturated ones in the picture.
-        const QRect bar = boxOf(image, [](QRgb c) {
-            return std::max({qRed(c), qGreen(c), qBlue(c)}) - std::min({qRed(c), qGreen(c), qBlue(c)}) > 120;
-        });
+        const QRect bar = boxOf(image, [](QRgb c) { return saturated(c, 120); });
         QVERIFY(!bar.isEmpty());
         const int h = size.height();
         QVERIFY2(qAbs(bar.height() - 0.4 * h) <= 3, qPrintable(QString::number(bar.height())));
@@ -282,6 +306,74 @@ private Q_SLOTS:
         QCOMPARE(ImageChecks::count(empty, drawn), 0);
     }
 
+    void overlayInCorner_data()
+    {
+        QTest::addColumn<bool>("compass");
+        QTest::addColumn<QSize>("size");
+        QTest::addColumn<int>("position");
+        QTest::addColumn<bool>("visible");
+
+        const int bottomLeft = Vu::LEFT | Vu::BOTTOM;
+        const int topRight = Vu::RIGHT | Vu::TOP;
+        QTest::newRow("gnomon bottom-left") << false << QSize(256, 256) << bottomLeft << true;
+        QTest::newRow("gnomon bottom-left, wide window") << false << QSize(400, 240) << bottomLeft << true;
+        QTest::newRow("gnomon top-right, tall window") << false << QSize(200, 320) << topRight << true;
+        QTest::newRow("gnomon hidden") << false << QSize(256, 256) << bottomLeft << false;
+        QTest::newRow("compass top-right") << true << QSize(256, 256) << topRight << true;
+        QTest::newRow("compass bottom-left, wide window") << true << QSize(400, 240) << bottomLeft << true;
+        QTest::newRow("compass hidden") << true << QSize(256, 256) << topRight << false;
+    }
+
+    void overlayInCorner()
+    {
+        QFETCH(bool, compass);
+        QFETCH(QSize, size);
+        QFETCH(int, position);
+        QFETCH(bool, visible);
+
+        const int side = 100;
+        // A grey wall filling the window just beyond the near plane, nearer in depth than
+        // anything of an overlay: an overlay that does not clear the depth in its corner is
+        // hidden by it.
+        auto camera = new SoPerspectiveCamera;
+        camera->position.setValue(0.0f, 0.0f, 0.6f);
+        camera->nearDistance = 0.5f;
+        camera->farDistance = 10.0f;
+        auto root = hold(unlitScene(camera, {flatBox(SbVec3f(0, 0, 0), SbVec3f(50, 50, 0.1f), sb(kSceneGrey))}));
+        Vg3Gnomon gnomon;
+        Vg3Compass north;
+        if (compass) {
+            north.setPosition(position);
+            north.setSize(side);
+            north.setColor(QColor(255, 255, 0));
+            north.connectCamera(camera);
+            north.setVisible(visible);
+            root->addChild(north.getRoot());
+        } else {
+            gnomon.setPosition(position);
+            gnomon.setSize(side);
+            gnomon.connectCamera(camera);
+            gnomon.setVisible(visible);
+            root->addChild(gnomon.getRoot());
+        }
+        // A turned camera, so no arrow of the gnomon is seen end-on.
+        camera->orientation = SbRotation(SbVec3f(1.0f, 1.0f, 0.0f), 0.5f);
+        const QImage image = render(root.get(), size);
+        QVERIFY(!image.isNull());
+
+        // The scene itself is drawn: the centre shows the wall's grey.
+        const QRgb centre = image.pixel(size.width() / 2, size.height() / 2);
+        QVERIFY2(ImageChecks::near(centre, kSceneGrey, 3), qPrintable(ImageChecks::toString(centre)));
+
+        const int opposite = ((position & Vu::RIGHT) ? Vu::LEFT : Vu::RIGHT) |
+                             ((position & Vu::TOP) ? Vu::BOTTOM : Vu::TOP);
+        const int inCorner = decorationPixels(image, cornerRect(size, position, side));
+        const int elsewhere = decorationPixels(image, QRect(QPoint(0, 0), size)) - inCorner;
+        QCOMPARE(decorationPixels(image, cornerRect(size, opposite, side)), 0);
+        QCOMPARE(elsewhere, 0);
+        if (visible) QVERIFY2(inCorner >= 150 && inCorner <= side * side / 2, qPrintable(QString::number(inCorner)));
+        else QCOMPARE(inCorner, 0);
+    }
 private:
     QTemporaryDir _dir;
 };

@@ -298,9 +298,6 @@ private Q_SLOTS:
         datasets.save();
         QVERIFY(datasets.setPointSet(QStringLiteral("generated"), points, VugDatasetStore::Storage::IN_MEMORY));
         datasets.save();
-        QVERIFY(datasets.pointSet(QStringLiteral("generated")));
-        QCOMPARE(datasets.storageOf(QStringLiteral("generated")), VugDatasetStore::Storage::IN_MEMORY);
-        QCOMPARE(datasets.storageOf(QStringLiteral("../wells/2024")), VugDatasetStore::Storage::ON_DISK);
         // Keys never reach outside the datasets folder, and a removed set leaves no file.
         QCOMPARE(QDir(datasets.getDirectory()).entryList(QDir::Files | QDir::Hidden).size(), 1);
         QCOMPARE(QDir(project.getDatabaseDirectory()).entryList({"*.vpts"}, QDir::Files), QStringList());

@@ -21,9 +21,12 @@
 #include <QtTest>
 
 #include <cmath>
+#include <functional>
 
 Q_DECLARE_METATYPE(SbBox3f) Q_DECLARE_METATYPE(SbVec3d) Q_DECLARE_METATYPE(SbVec3f) Q_DECLARE_METATYPE(SbVec2s)
 Q_DECLARE_METATYPE(SbRotation)
+using AxesInput = std::function<void(Vg3Axes&)>;
+Q_DECLARE_METATYPE(AxesInput)
 
 using namespace InventorScenes;
 
@@ -78,7 +81,6 @@ private slots:
         QTest::addColumn<QString>("labels"); // "-": not checked
 
         QTest::newRow("0 to 1000") << 0.0 << 1000.0 << 200.0 << "0 200 400 600 800 1000";
-        QTest::newRow("eastings 431000 to 436000") << 431000.0 << 436000.0 << 1000.0 << "-";
         QTest::newRow("inside the ends") << 431050.0 << 435990.0 << 1000.0 << "432000 433000 434000 435000";
         QTest::newRow("unit range") << 0.0 << 1.0 << 0.2 << "-";
         QTest::newRow("across zero") << -5.0 << 5.0 << 2.0 << "-";
@@ -158,73 +160,54 @@ private slots:
 
     void refusedAxisInput_data()
     {
-        QTest::addColumn<int>("what");
+        QTest::addColumn<AxesInput>("input");
         QTest::addColumn<QString>("warning");
-
-        QTest::newRow("zero scale") << 0 << "Vg3Axes::setZScale: invalid vertical scale 0";
-        QTest::newRow("nan scale") << 1 << "Vg3Axes::setZScale: invalid vertical scale nan";
-        QTest::newRow("nan box") << 2 << "Vg3Axes::setBox: the box has a non-finite coordinate";
-        QTest::newRow("infinite offset") << 3 << "Vg3Axes::setLabelOffset: the offset has a non-finite coordinate";
-        QTest::newRow("invalid colour") << 4 << "Vg3Axes::setColor: invalid colour";
+        QTest::newRow("zero scale") << AxesInput([](Vg3Axes& a) { a.setZScale(0.0f); })
+                                    << "Vg3Axes::setZScale: invalid vertical scale 0";
+        QTest::newRow("nan scale") << AxesInput([](Vg3Axes& a) { a.setZScale(std::nanf("")); })
+                                   << "Vg3Axes::setZScale: invalid vertical scale nan";
+        QTest::newRow("nan box") << AxesInput([](Vg3Axes& a) { a.setBox(box(0, 0, 0, std::nanf(""), 1, 1)); })
+                                 << "Vg3Axes::setBox: the box has a non-finite coordinate";
+        QTest::newRow("infinite offset") << AxesInput([](Vg3Axes& a) { a.setLabelOffset(SbVec3d(qInf(), 0.0, 0.0)); })
+                                         << "Vg3Axes::setLabelOffset: the offset has a non-finite coordinate";
+        QTest::newRow("invalid colour") << AxesInput([](Vg3Axes& a) { a.setColor(QColor()); })
+                                        << "Vg3Axes::setColor: invalid colour";
     }
 
     void refusedAxisInput()
     {
-        QFETCH(int, what);
+        QFETCH(AxesInput, input);
         QFETCH(QString, warning);
-
         Vg3Axes axes;
         axes.setBox(box(0, 0, 0, 1000, 1000, 1000));
         axes.setZScale(2.0f);
         const QStringList before = texts(axes.getRoot());
         QTest::ignoreMessage(QtWarningMsg, qPrintable(warning));
-        switch (what) {
-        case 0: axes.setZScale(0.0f); break;
-        case 1: axes.setZScale(std::nanf("")); break;
-        case 2: axes.setBox(box(0, 0, 0, std::nanf(""), 1, 1)); break;
-        case 3: axes.setLabelOffset(SbVec3d(qInf(), 0.0, 0.0)); break;
-        case 4: axes.setColor(QColor()); break;
-        }
+        input(axes);
         QCOMPARE(texts(axes.getRoot()), before);
         QCOMPARE(axes.getZScale(), 2.0f);
     }
 
-    void hidingKeepsRoot_data()
-    {
-        QTest::addColumn<int>("decoration");
-        QTest::newRow("axes") << 0;
-        QTest::newRow("gnomon") << 1;
-        QTest::newRow("compass") << 2;
-    }
-
+    // Hidden, a decoration draws nothing but stays in its parent's graph, where a view put it.
     void hidingKeepsRoot()
     {
-        QFETCH(int, decoration);
         Vg3Axes axes;
         axes.setBox(box(0, 0, 0, 10, 10, 10));
         Vg3Gnomon gnomon;
         Vg3Compass compass;
-        SoSeparator* roots[] = {axes.getRoot(), gnomon.getRoot(), compass.getRoot()};
-        const auto setVisible = [&](bool visible) {
-            switch (decoration) {
-            case 0: axes.setVisible(visible); break;
-            case 1: gnomon.setVisible(visible); break;
-            case 2: compass.setVisible(visible); break;
+        const std::pair<SoSeparator*, std::function<void(bool)>> decorations[] = {
+            {axes.getRoot(), [&](bool shown) { axes.setVisible(shown); }},
+            {gnomon.getRoot(), [&](bool shown) { gnomon.setVisible(shown); }},
+            {compass.getRoot(), [&](bool shown) { compass.setVisible(shown); }}};
+        for (const auto& [root, setVisible] : decorations) {
+            const auto parent = hold(separator({root}));
+            QVERIFY(!texts(parent.get()).isEmpty());
+            for (const bool shown : {false, true}) {
+                setVisible(shown);
+                QCOMPARE(parent->findChild(root), 0);
+                QCOMPARE(texts(parent.get()).isEmpty(), !shown);
             }
-        };
-
-        auto parent = new SoSeparator;
-        parent->ref();
-        parent->addChild(roots[decoration]);
-        QVERIFY(!texts(parent).isEmpty());
-
-        setVisible(false);
-        QCOMPARE(parent->findChild(roots[decoration]), 0);
-        QVERIFY(texts(parent).isEmpty());
-        setVisible(true);
-        QCOMPARE(parent->findChild(roots[decoration]), 0);
-        QVERIFY(!texts(parent).isEmpty());
-        parent->unref();
+        }
     }
 
     void axesGrid()
@@ -267,25 +250,23 @@ private slots:
         QFETCH(SbVec3f, ySeen);
         QFETCH(SbVec3f, zSeen);
 
-        auto camera = new SoPerspectiveCamera;
-        camera->ref();
+        const auto camera = hold(new SoPerspectiveCamera);
         camera->orientation = looking(SbVec3f(1, 1, -1), SbVec3f(0, 0, 1));
         Vg3Gnomon gnomon;
-        gnomon.connectCamera(camera);
+        gnomon.connectCamera(camera.get());
         // The user turns the camera after it was connected.
         camera->orientation = orientation;
 
         auto rotation = find<SoRotation>(gnomon.getRoot(), "vg3gnomon_rotation");
         QVERIFY(rotation);
-        const SbRotation shown = rotation->rotation.getValue();
-        SbVec3f seen;
-        shown.multVec(SbVec3f(1, 0, 0), seen);
-        QVERIFY2(near(seen, xSeen), qPrintable(QString("x seen at %1 %2 %3").arg(seen[0]).arg(seen[1]).arg(seen[2])));
-        shown.multVec(SbVec3f(0, 1, 0), seen);
-        QVERIFY(near(seen, ySeen));
-        shown.multVec(SbVec3f(0, 0, 1), seen);
-        QVERIFY(near(seen, zSeen));
-        camera->unref();
+        const SbVec3f expected[] = {xSeen, ySeen, zSeen};
+        for (int axis = 0; axis < 3; ++axis) {
+            SbVec3f world(0, 0, 0), seen;
+            world[axis] = 1.0f;
+            rotation->rotation.getValue().multVec(world, seen);
+            QVERIFY2(near(seen, expected[axis]),
+                     qPrintable(QString("axis %1 seen at %2 %3 %4").arg(axis).arg(seen[0]).arg(seen[1]).arg(seen[2])));
+        }
     }
 
     void gnomonCameraLifetime()
@@ -320,9 +301,8 @@ private slots:
     void automaticOrientationHelper()
     {
         Vg3Gnomon gnomon;
-        auto camera = new SoPerspectiveCamera;
-        camera->ref();
-        gnomon.connectCamera(camera);
+        const auto camera = hold(new SoPerspectiveCamera);
+        gnomon.connectCamera(camera.get());
         gnomon.setAutomaticDelay(0.0);
         gnomon.setAutomatic(true);
         // Still camera: nothing drawn.
@@ -344,7 +324,6 @@ private slots:
         gnomon.setVisible(true);
         gnomon.setAutomatic(false);
         QCOMPARE(texts(gnomon.getRoot()).size(), 3);
-        camera->unref();
     }
 
     void compassFollowsHeading_data()
@@ -371,10 +350,9 @@ private slots:
         QFETCH(SbVec3f, up);
         QFETCH(double, arrowDegrees);
 
-        auto camera = new SoPerspectiveCamera;
-        camera->ref();
+        const auto camera = hold(new SoPerspectiveCamera);
         Vg3Compass compass;
-        compass.connectCamera(camera);
+        compass.connectCamera(camera.get());
         camera->orientation = looking(view, up);
 
         auto rotation = find<SoRotationXYZ>(compass.getRoot(), "vg3compass_rotation");
@@ -384,7 +362,6 @@ private slots:
         QVERIFY2(sameAngle(drawn, qDegreesToRadians(arrowDegrees)),
                  qPrintable(QString::number(qRadiansToDegrees(drawn))));
         QVERIFY(sameAngle(Vg3Compass::heading(looking(view, up)), qDegreesToRadians(arrowDegrees)));
-        camera->unref();
     }
 
     void cornerViewport_data()
@@ -454,24 +431,20 @@ private slots:
         QFETCH(int, position);
         QFETCH(int, size);
         QFETCH(QString, warning);
-
+        const auto check = [&](auto& overlay) {
+            const int oldPosition = overlay.getPosition();
+            const int oldSize = overlay.getSize();
+            QTest::ignoreMessage(QtWarningMsg, qPrintable(warning));
+            overlay.setPosition(position);
+            overlay.setSize(size);
+            // The refused value leaves the last good one; the accepted one of the pair is taken.
+            QCOMPARE(overlay.getPosition(), Vu::isValidPosition(position) ? position : oldPosition);
+            QCOMPARE(overlay.getSize(), size >= 16 ? size : oldSize);
+        };
         Vg3Gnomon gnomon;
         Vg3Compass north;
-        const int oldPosition = compass ? north.getPosition() : gnomon.getPosition();
-        const int oldSize = compass ? north.getSize() : gnomon.getSize();
-        QTest::ignoreMessage(QtWarningMsg, qPrintable(warning));
-        if (compass) {
-            north.setPosition(position);
-            north.setSize(size);
-        } else {
-            gnomon.setPosition(position);
-            gnomon.setSize(size);
-        }
-        // The refused value leaves the last good one; the accepted one of the pair is taken.
-        const int newPosition = compass ? north.getPosition() : gnomon.getPosition();
-        const int newSize = compass ? north.getSize() : gnomon.getSize();
-        QCOMPARE(newPosition, Vu::isValidPosition(position) ? position : oldPosition);
-        QCOMPARE(newSize, size >= 16 ? size : oldSize);
+        if (compass) check(north);
+        else check(gnomon);
     }
 };
 

@@ -156,7 +156,6 @@ private Q_SLOTS:
         QTest::newRow("unscaled") << 1.0f << 1.0f;
         QTest::newRow("exaggerated") << 5.0f << 5.0f;
         QTest::newRow("flattened") << 0.25f << 0.25f;
-        QTest::newRow("zero refused") << 0.0f << 1.0f;
         QTest::newRow("negative refused") << -2.0f << 1.0f;
         QTest::newRow("nan refused") << float(qQNaN()) << 1.0f;
     }
@@ -357,29 +356,14 @@ private Q_SLOTS:
         }
     }
 
-    void secondGridColoursTheSurface()
+    // A colour grid of another lattice is refused: the depths colour the surface.
+    void colourGridOfAnotherLatticeIsRefused()
     {
         const VsdGrid depths = smallGrid({});
-        VsdGrid colors(QPointF(0, 0), 1.0, 1.0, 4, 3);
-        QVector<double> codes(12);
-        for (int k = 0; k < 12; ++k) codes[k] = k % 3;
-        colors.setValues(codes);
-        const VugColorScale scale({0, 1, 2, 3}, {qRgb(255, 0, 0), qRgb(0, 255, 0), qRgb(0, 0, 255)});
         Vg3GridSurfaceNode node(QStringLiteral("facies on top"));
-        node.setData(depths, colors, scale);
-        Drawn d = draw(node.getRoot());
-        QCOMPARE(d.triangleCorners.size(), 36);
-        for (int k = 0; k < d.triangleCorners.size(); ++k) {
-            const int i = qRound(d.triangleCorners[k][0]);
-            const int j = qRound(d.triangleCorners[k][1]);
-            QCOMPARE(d.triangleCorners[k][2], float(depths.value(i, j)));
-            QVERIFY(near(d.triangleColors[k], scale.colorAt(colors.value(i, j))));
-        }
-
-        // A colour grid of another lattice is refused: the depths colour the surface.
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression("Vg3GridSurfaceNode::setData: .* 3x4 nodes, not 4x3"));
         node.setData(depths, VsdGrid(QPointF(0, 0), 1.0, 1.0, 3, 4), rainbow(0, 32));
-        d = draw(node.getRoot());
+        const Drawn d = draw(node.getRoot());
         QCOMPARE(d.triangleCorners.size(), 36);
         for (int k = 0; k < d.triangleCorners.size(); ++k)
             QVERIFY(near(d.triangleColors[k], rainbow(0, 32).colorAt(d.triangleCorners[k][2])));
@@ -474,6 +458,8 @@ private Q_SLOTS:
         QCOMPARE(visibility->whichChild.getValue(), 0);
     }
 
+    // The lines drawn, hidden while empty or hidden; the justification each place needs (the
+    // pictures cannot tell text pushed past the window's edge from text at the edge).
     void annotationShowsOnlyWithText_data()
     {
         QTest::addColumn<QString>("text");
@@ -482,17 +468,16 @@ private Q_SLOTS:
         QTest::addColumn<QStringList>("lines");
         QTest::addColumn<int>("justification");
         QTest::addColumn<bool>("shown");
-        QTest::newRow("title top left") << "Top reservoir" << true << int(Vg3Annotation::TOP_LEFT)
-                                        << QStringList{"Top reservoir"} << int(SoText2::LEFT) << true;
-        QTest::newRow("two lines bottom right") << "Case A\nrealisation 3" << true << int(Vg3Annotation::BOTTOM_RIGHT)
-                                                << QStringList{"Case A", "realisation 3"} << int(SoText2::RIGHT)
-                                                << true;
-        QTest::newRow("centred") << "North" << true << int(Vg3Annotation::TOP_CENTER) << QStringList{"North"}
-                                 << int(SoText2::CENTER) << true;
-        QTest::newRow("empty text") << "" << true << int(Vg3Annotation::TOP_LEFT) << QStringList{""}
-                                    << int(SoText2::LEFT) << false;
-        QTest::newRow("hidden") << "Kept" << false << int(Vg3Annotation::BOTTOM_LEFT) << QStringList{"Kept"}
-                                << int(SoText2::LEFT) << false;
+        const auto row = [](const char* name, const QString& text, bool visible, int position, int justification) {
+            QTest::newRow(name) << text << visible << position << text.split('\n') << justification
+                                << (visible && !text.isEmpty());
+        };
+        row("title top left", "Top reservoir", true, Vg3Annotation::TOP_LEFT, SoText2::LEFT);
+        row("two lines bottom right", "Case A\nrealisation 3", true, Vg3Annotation::BOTTOM_RIGHT, SoText2::RIGHT);
+        row("top right", "East", true, Vg3Annotation::TOP_RIGHT, SoText2::RIGHT);
+        row("centred", "North", true, Vg3Annotation::TOP_CENTER, SoText2::CENTER);
+        row("empty text", "", true, Vg3Annotation::TOP_LEFT, SoText2::LEFT);
+        row("hidden", "Kept", false, Vg3Annotation::BOTTOM_LEFT, SoText2::LEFT);
     }
     void annotationShowsOnlyWithText()
     {

@@ -1,3 +1,6 @@
+// Qt's input events as Inventor events: the key tables and their edges, rows flipped to
+// count from the bottom, buttons, modifiers, wheel deltas, touch points, refused input.
+
 #include <Vw3QtEventToOivEvent.h>
 
 #include <SoMouseWheelEvent.h>
@@ -12,16 +15,6 @@
 #include <QTouchEvent>
 #include <QWheelEvent>
 #include <QWidget>
-
-namespace {
-
-struct ModifierFlags
-{
-    bool alt, ctrl, shift;
-};
-
-
-} // namespace
 
 Q_DECLARE_METATYPE(Qt::MouseButton) Q_DECLARE_METATYPE(Qt::KeyboardModifiers)
 
@@ -54,16 +47,13 @@ private Q_SLOTS:
         QTest::newRow("asterisk is keypad multiply") << int(Qt::Key_Asterisk) << 0xFFAA;
         QTest::newRow("plus is keypad add") << int(Qt::Key_Plus) << 0xFFAB;
         QTest::newRow("tilde is grave") << int(Qt::Key_AsciiTilde) << 0x60;
+        // The first and last entries of the special table, the keys the views use, and the
+        // ones that do not map in order.
         const QList<QPair<int, int>> special = {
-            {Qt::Key_Escape, 0xFF1B}, {Qt::Key_Tab, 0xFF09}, {Qt::Key_Backspace, 0xFF08},
-            {Qt::Key_Return, 0xFF0D}, {Qt::Key_Enter, 0xFF8D}, {Qt::Key_Insert, 0xFF63},
-            {Qt::Key_Delete, 0xFFFF}, {Qt::Key_Pause, 0xFF13}, {Qt::Key_Print, 0xFF61},
-            {Qt::Key_Home, 0xFF50}, {Qt::Key_Left, 0xFF51}, {Qt::Key_Up, 0xFF52},
-            {Qt::Key_Right, 0xFF53}, {Qt::Key_Down, 0xFF54}, {Qt::Key_PageUp, 0xFF55},
-            {Qt::Key_PageDown, 0xFF56}, {Qt::Key_End, 0xFF57}, {Qt::Key_Shift, 0xFFE1},
-            {Qt::Key_Control, 0xFFE3}, {Qt::Key_Meta, 0xFFEB}, {Qt::Key_Alt, 0xFFE9},
-            {Qt::Key_Menu, 0xFFE9}, {Qt::Key_CapsLock, 0xFFE5}, {Qt::Key_NumLock, 0xFF7F},
-            {Qt::Key_ScrollLock, 0xFF14}};
+            {Qt::Key_Escape, 0xFF1B}, {Qt::Key_Return, 0xFF0D}, {Qt::Key_Enter, 0xFF8D}, {Qt::Key_Delete, 0xFFFF},
+            {Qt::Key_Home, 0xFF50}, {Qt::Key_Left, 0xFF51}, {Qt::Key_Down, 0xFF54}, {Qt::Key_End, 0xFF57},
+            {Qt::Key_Shift, 0xFFE1}, {Qt::Key_Control, 0xFFE3}, {Qt::Key_Meta, 0xFFEB}, {Qt::Key_Alt, 0xFFE9},
+            {Qt::Key_Menu, 0xFFE9}, {Qt::Key_ScrollLock, 0xFF14}};
         for (const auto& entry : special) QTest::addRow("special 0x%x", entry.first) << entry.first << entry.second;
         for (int f = 0; f < 12; ++f) QTest::addRow("F%d", f + 1) << Qt::Key_F1 + f << 0xFFBE + f;
 
@@ -158,7 +148,6 @@ private Q_SLOTS:
         QTest::newRow("alt") << Qt::KeyboardModifiers(Qt::AltModifier) << true << false << false;
         QTest::newRow("control") << Qt::KeyboardModifiers(Qt::ControlModifier) << false << true << false;
         QTest::newRow("shift") << Qt::KeyboardModifiers(Qt::ShiftModifier) << false << false << true;
-        QTest::newRow("control+shift") << (Qt::ControlModifier | Qt::ShiftModifier) << false << true << true;
         QTest::newRow("alt+control+shift") << (Qt::AltModifier | Qt::ControlModifier | Qt::ShiftModifier) << true
                                            << true << true;
         QTest::newRow("meta and keypad carry nothing")
