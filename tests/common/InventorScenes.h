@@ -4,6 +4,8 @@
 // renders as top-down images; look-ups of nodes and of the texts a render would draw; and
 // the wait until a shown render area has drawn.
 
+#include <SoRef.h>
+
 #include <Inventor/SbViewportRegion.h>
 #include <Inventor/SoOffscreenRenderer.h>
 #include <Inventor/SoPath.h>
@@ -24,18 +26,6 @@
 #include <memory>
 
 namespace InventorScenes {
-
-// A node referenced for the holder's lifetime.
-struct Unref
-{
-    template <class T> void operator()(T* node) const { node->unref(); }
-};
-template <class T> using Held = std::unique_ptr<T, Unref>;
-template <class T> Held<T> hold(T* node)
-{
-    node->ref();
-    return Held<T>(node);
-}
 
 // Looking down -z from `position`, `height` units high.
 inline SoOrthographicCamera* orthoCamera(const SbVec3f& position, float height)

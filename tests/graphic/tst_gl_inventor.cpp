@@ -23,9 +23,9 @@ namespace {
 const QSize kSize(64, 48);
 
 // A red box seen unlit by a camera two units high, on the view's x axis.
-Held<SoSeparator> redBox(float x, float side, float transparency = 0.0f, SoBaseColor** color = nullptr)
+SoRef<SoSeparator> redBox(float x, float side, float transparency = 0.0f, SoBaseColor** color = nullptr)
 {
-    return hold(unlitScene(orthoCamera(SbVec3f(0, 0, 5), 2.0f),
+    return SoRef(unlitScene(orthoCamera(SbVec3f(0, 0, 5), 2.0f),
                            {flatBox(SbVec3f(x, 0, 0), SbVec3f(side, side, 1), SbColor(1, 0, 0), transparency, color)}));
 }
 
@@ -51,9 +51,9 @@ class TestGlInventor : public QObject
         gl->glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
     }
 
-    static Held<SoRenderAreaCore> core(SoNode* scene)
+    static SoRef<SoRenderAreaCore> core(SoNode* scene)
     {
-        auto core = hold(new SoRenderAreaCore);
+        auto core = SoRef(new SoRenderAreaCore);
         core->setSceneGraph(scene);
         core->setSize(SbVec2i32(kSize.width(), kSize.height()));
         return core;
@@ -93,7 +93,7 @@ private slots:
     {
         QFETCH(int, components);
         // Red over the left half of the 4:3 view (x from -4/3 to 0), on blue.
-        auto scene = hold(unlitScene(orthoCamera(SbVec3f(0, 0, 5), 2.0f),
+        auto scene = SoRef(unlitScene(orthoCamera(SbVec3f(0, 0, 5), 2.0f),
                                      {flatBox(SbVec3f(-2.0f / 3, 0, 0), SbVec3f(4.0f / 3, 2, 1), SbColor(1, 0, 0))}));
         // The caller's context stays current across the offscreen render.
         QVERIFY(_context.makeCurrent(&_surface));

@@ -115,7 +115,7 @@ private Q_SLOTS:
         node.setTransparency(0.0f);
         node.setData(depths, codes, scale);
 
-        const auto scene = hold(unlitScene(orthoCamera(SbVec3f(2, 2, 10), 4.0f), {node.getRoot()}));
+        const auto scene = SoRef(unlitScene(orthoCamera(SbVec3f(2, 2, 10), 4.0f), {node.getRoot()}));
         const QImage image = render(scene.get(), kSquare);
         QVERIFY2(!image.isNull(), "offscreen rendering failed");
         // 50 pixels per unit, y up.
@@ -155,7 +155,7 @@ private Q_SLOTS:
         light->direction.setValue(0, 0, below ? 1 : -1);
         auto camera = orthoCamera(SbVec3f(2, 2, below ? -10 : 10), 4.0f);
         if (below) camera->orientation.setValue(SbRotation(SbVec3f(1, 0, 0), float(M_PI)));
-        const auto scene = hold(separator({camera, light, node.getRoot()}));
+        const auto scene = SoRef(separator({camera, light, node.getRoot()}));
         const QImage image = render(scene.get(), kSquare);
         QVERIFY2(!image.isNull(), "offscreen rendering failed");
         const QRgb seen = image.pixel(100, 100);
@@ -205,7 +205,7 @@ private Q_SLOTS:
         line.setData(lines, -0.5);
 
         auto camera = new SoOrthographicCamera;
-        const auto scene = hold(separator({camera, points.getRoot(), surface.getRoot(), line.getRoot()}));
+        const auto scene = SoRef(separator({camera, points.getRoot(), surface.getRoot(), line.getRoot()}));
         camera->viewAll(scene.get(), SbViewportRegion(200, 200));
         const QImage image = render(scene.get(), kSquare);
         const int lit = ImageChecks::count(image, drawn);
@@ -339,7 +339,7 @@ private Q_SLOTS:
         camera->position.setValue(0.0f, 0.0f, 0.6f);
         camera->nearDistance = 0.5f;
         camera->farDistance = 10.0f;
-        auto root = hold(unlitScene(camera, {flatBox(SbVec3f(0, 0, 0), SbVec3f(50, 50, 0.1f), sb(kSceneGrey))}));
+        auto root = SoRef(unlitScene(camera, {flatBox(SbVec3f(0, 0, 0), SbVec3f(50, 50, 0.1f), sb(kSceneGrey))}));
         Vg3Gnomon gnomon;
         Vg3Compass north;
         if (compass) {

@@ -200,7 +200,7 @@ private slots:
             {gnomon.getRoot(), [&](bool shown) { gnomon.setVisible(shown); }},
             {compass.getRoot(), [&](bool shown) { compass.setVisible(shown); }}};
         for (const auto& [root, setVisible] : decorations) {
-            const auto parent = hold(separator({root}));
+            const auto parent = SoRef(separator({root}));
             QVERIFY(!texts(parent.get()).isEmpty());
             for (const bool shown : {false, true}) {
                 setVisible(shown);
@@ -250,7 +250,7 @@ private slots:
         QFETCH(SbVec3f, ySeen);
         QFETCH(SbVec3f, zSeen);
 
-        const auto camera = hold(new SoPerspectiveCamera);
+        const auto camera = SoRef(new SoPerspectiveCamera);
         camera->orientation = looking(SbVec3f(1, 1, -1), SbVec3f(0, 0, 1));
         Vg3Gnomon gnomon;
         gnomon.connectCamera(camera.get());
@@ -301,7 +301,7 @@ private slots:
     void automaticOrientationHelper()
     {
         Vg3Gnomon gnomon;
-        const auto camera = hold(new SoPerspectiveCamera);
+        const auto camera = SoRef(new SoPerspectiveCamera);
         gnomon.connectCamera(camera.get());
         gnomon.setAutomaticDelay(0.0);
         gnomon.setAutomatic(true);
@@ -350,7 +350,7 @@ private slots:
         QFETCH(SbVec3f, up);
         QFETCH(double, arrowDegrees);
 
-        const auto camera = hold(new SoPerspectiveCamera);
+        const auto camera = SoRef(new SoPerspectiveCamera);
         Vg3Compass compass;
         compass.connectCamera(camera.get());
         camera->orientation = looking(view, up);

@@ -79,7 +79,7 @@ class TstVg3SceneInteractor : public QObject
     Q_OBJECT
 
     QTemporaryDir _dir;
-    InventorScenes::Held<SoSeparator> _scene;
+    SoRef<SoSeparator> _scene;
     std::unique_ptr<Interactor> _s;
 
     bool send(SoEvent& event, int x, int y, int modifier)
@@ -141,7 +141,7 @@ private Q_SLOTS:
     void init()
     {
         VupPreferences3DViews::setValue("mouseWheelZoomDirection", false);
-        _scene = InventorScenes::hold(
+        _scene = SoRef(
             InventorScenes::separator({InventorScenes::flatBox(kCentre, SbVec3f(4, 2, 2), SbColor(1, 1, 1))}));
         _s = std::make_unique<Interactor>();
         _s->setViewportRegion(SbViewportRegion(kWidth, kHeight));

@@ -26,7 +26,6 @@ using Setter = std::function<void(SoNode*)>;
 using Getter = std::function<SoNode*()>;
 Q_DECLARE_METATYPE(Setter)
 Q_DECLARE_METATYPE(Getter)
-Q_DECLARE_METATYPE(Vg3ANode*)
 
 class TestLifetimes : public QObject
 {

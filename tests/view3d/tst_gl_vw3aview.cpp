@@ -37,7 +37,6 @@
 #include <QtTest>
 #include <memory>
 
-Q_DECLARE_METATYPE(Vg3ANode*)
 using Check = std::function<void(Vw3AView&, int)>;
 Q_DECLARE_METATYPE(Check)
 
@@ -50,7 +49,7 @@ class CubeNode : public Vg3ANode
 {
 public:
     CubeNode(const QString& name, const SbVec3f& center, float size, const QColor& color) : Vg3ANode(name)
-        , _cube(hold(separator({unlit(), flatBox(center, SbVec3f(size, size, size), sb(color))})))
+        , _cube(SoRef(separator({unlit(), flatBox(center, SbVec3f(size, size, size), sb(color))})))
     {
         rebuild();
     }
@@ -59,7 +58,7 @@ protected:
     void _build(SoSeparator* parent) override { parent->addChild(_cube.get()); }
 
 private:
-    Held<SoSeparator> _cube;
+    SoRef<SoSeparator> _cube;
 };
 
 QString text(const SbVec3f& v)
@@ -438,7 +437,7 @@ private Q_SLOTS:
         QVERIFY(input.openFile(QFile::encodeName(ivPath).constData()));
         SoSeparator* readBack = SoDB::readAll(&input);
         QVERIFY(readBack);
-        const auto read = hold(readBack);
+        const auto read = SoRef(readBack);
         QVERIFY(find(read.get(), "vw3aview_scene_root"));
         QVERIFY(find(read.get(), ("visibility_switch_for_" + cube.getInventorName()).toLatin1()));
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression("Vw3AView::saveToIvFile: cannot write"));

@@ -23,9 +23,9 @@ namespace {
 
 // Red above y = 0, blue below, seen from +z by a camera 2 units high; `top` receives the
 // upper half's colour node.
-Held<SoSeparator> redTopBlueBottom(SoBaseColor** top = nullptr)
+SoRef<SoSeparator> redTopBlueBottom(SoBaseColor** top = nullptr)
 {
-    return hold(unlitScene(orthoCamera(SbVec3f(0, 0, 5), 2.0f),
+    return SoRef(unlitScene(orthoCamera(SbVec3f(0, 0, 5), 2.0f),
                            {flatBox(SbVec3f(0, 5, 0), SbVec3f(20, 10, 0.1f), SbColor(1, 0, 0), 0.0f, top),
                             flatBox(SbVec3f(0, -5, 0), SbVec3f(20, 10, 0.1f), SbColor(0, 0, 1))}));
 }

@@ -339,3 +339,7 @@ private:
 
     std::unique_ptr<class Vw3AViewPrivate> const _d;
 };
+
+// The signals carry nodes; queued connections and signal spies need the type known.
+Q_DECLARE_OPAQUE_POINTER(Vg3ANode*)
+Q_DECLARE_METATYPE(Vg3ANode*)
