@@ -36,13 +36,9 @@
 
 using Tools = VwvBasemapToolActionsView;
 using namespace Vua::Resource;
+using MapTest::pointsItem;
 
 namespace {
-
-VugSceneItem pointsItem(const QString& id, const QString& dataset = QStringLiteral("a"))
-{
-    return VugSceneItem(id, id.toUpper(), VugERendering::POINTS, dataset);
-}
 
 // Takes text drops, and remembers where they landed.
 struct TextAcceptor : VwvIAcceptDrops
@@ -56,23 +52,16 @@ struct TextAcceptor : VwvIAcceptDrops
     }
 };
 
-// The layers' z values, or their titles ("-" for an item without a layer).
-QList<double> zOrder(const VwvBasemapView& view)
-{
-    QList<double> z;
-    for (int rank = 0; rank < view.getLayerCount(); ++rank)
-        z << (view.getLayer(rank) ? view.getLayer(rank)->getZ() : -1.0);
-    return z;
-}
-QStringList titles(const VwvBasemapView& view)
+// The layers' titles and z values ("X 1"), "-" for an item without a layer.
+QStringList layers(const VwvBasemapView& view)
 {
     QStringList t;
-    for (int rank = 0; rank < view.getLayerCount(); ++rank)
-        t << (view.getLayer(rank) ? view.getLayer(rank)->getTitle() : QStringLiteral("-"));
+    for (int rank = 0; rank < view.getLayerCount(); ++rank) {
+        const VwvBasemapLayer* layer = view.getLayer(rank);
+        t << (layer ? layer->getTitle() + QLatin1Char(' ') + QString::number(layer->getZ()) : QStringLiteral("-"));
+    }
     return t;
 }
-
-
 
 // A second group, with one mode of its own that hands the view no mode.
 class SketchTools : public VwvABasemapToolActions
@@ -110,8 +99,8 @@ struct Map
         layout->addWidget(bar);
         layout->addWidget(view);
         view->setAxesVisible(false); // axis labels of changing width would resize the canvas
-        scene.appendItem(VugSceneItem(QStringLiteral("x"), QStringLiteral("X"), VugERendering::POINTS, QStringLiteral("a")));
-        scene.appendItem(VugSceneItem(QStringLiteral("z"), QStringLiteral("Z"), VugERendering::POINTS, QStringLiteral("b")));
+        scene.appendItem(pointsItem(QStringLiteral("x")));
+        scene.appendItem(pointsItem(QStringLiteral("z"), QStringLiteral("b")));
         window.resize(420, 460);
         window.show();
         window.activateWindow();
@@ -187,32 +176,21 @@ private Q_SLOTS:
         scene.appendItem(pointsItem(QStringLiteral("z"), QStringLiteral("b")));
         VwvBasemapView view;
         view.setScene(&scene, _data.datasets.get());
-        QCOMPARE(zOrder(view), (QList<double>{1, 2, 3}));
         scene.moveItem(2, 0);
-        QCOMPARE(titles(view), (QStringList{"Z", "X", "Y"}));
-        QCOMPARE(zOrder(view), (QList<double>{1, 2, 3}));
+        QCOMPARE(layers(view), (QStringList{"Z 1", "X 2", "Y 3"}));
         scene.insertItem(1, pointsItem(QStringLiteral("w")));
-        QCOMPARE(titles(view), (QStringList{"Z", "W", "X", "Y"}));
-        scene.removeItems({0, 2});
-        QCOMPARE(titles(view), (QStringList{"W", "Y"}));
-        QCOMPARE(zOrder(view), (QList<double>{1, 2}));
+        scene.removeItems({0, 2}); // Z and X
+        QCOMPARE(layers(view), (QStringList{"W 1", "Y 2"}));
         scene.renameItem(1, QStringLiteral("Wells"));
         scene.setItemActive(0, false);
-        QCOMPARE(titles(view), (QStringList{"W", "Wells"}));
+        QCOMPARE(layers(view), (QStringList{"W 1", "Wells 2"}));
         QVERIFY(!view.getLayer(0)->isVisible());
-    }
-
-    void anItemItCannotDrawIsReported()
-    {
+        // Items it cannot draw keep their place without a layer, each reported.
         MessageCatcher caught;
-        VugScene scene(1);
-        scene.appendItem(pointsItem(QStringLiteral("x")));
         scene.appendItem(VugSceneItem(QStringLiteral("s"), QStringLiteral("Surface"), VugERendering::SURFACE));
-        scene.appendItem(pointsItem(QStringLiteral("y"), QStringLiteral("missing")));
-        VwvBasemapView view;
-        view.setScene(&scene, _data.datasets.get());
+        scene.appendItem(pointsItem(QStringLiteral("v"), QStringLiteral("missing")));
         caught.stop();
-        QCOMPARE(titles(view), (QStringList{"X", "-", "-"}));
+        QCOMPARE(layers(view), (QStringList{"W 1", "Wells 2", "-", "-"}));
         QCOMPARE(caught.warnings.size(), 2);
         QCOMPARE(caught.warnings.first(),
                  QStringLiteral("VwvBasemapView: cannot create render layer 'Surface': No 2D renderer for rendering '16'."));
@@ -402,9 +380,7 @@ private Q_SLOTS:
 
     void picturesOfTheMap()
     {
-        VsdPointSet one;
-        one.append(10, 10);
-        QVERIFY(_data.datasets->setPointSet(QStringLiteral("one"), one));
+        QVERIFY(_data.addPoints(QStringLiteral("one"), {{10, 10}}));
         VugScene scene(1);
         scene.appendItem(pointsItem(QStringLiteral("p"), QStringLiteral("one")));
         auto view = showView(&scene, QSize(601, 401));
@@ -428,13 +404,8 @@ private Q_SLOTS:
         QCOMPARE(view->getPixmapFromLayer(200, 200, Qt::white, scene2.item(0), extent).size(), QSize(200, 200));
         QVERIFY(extent.contains(QRectF(0, 0, 100, 50)) && qAbs(extent.width() - extent.height()) < 1e-9);
         QVERIFY(view->getPixmapFromLayer(200, 200, Qt::white, nullptr, extent).isNull());
-    }
 
-    void svgAndPrint()
-    {
-        auto map = makeMap();
-        QVERIFY(map);
-        VwvBasemapView* view = map->view;
+        // In SVG and PDF.
         view->getCopyright()->setText(QStringLiteral("\u00A9 Velmora contributors"));
         const QString svg = _data.dir.filePath(QStringLiteral("map.svg"));
         QVERIFY(view->saveSvg(svg));
@@ -499,48 +470,34 @@ private Q_SLOTS:
     {
         auto [mode, key, viewMode, cursor] =
             MapTest::fetch<QString, int, Vw::ViewMode, QCursor>({"mode", "key", "viewMode", "cursor"});
-
-        auto map = makeMap();
-        QVERIFY(map);
-        QCOMPARE(checkedModes(map->tools), QStringList{Tools::PAN}); // where the view starts
-        const Vw::ViewMode other = viewMode == Vw::MEASURE_AREA ? Vw::ZOOM_BOX : Vw::MEASURE_AREA;
-        map->view->setViewMode(other);
-
-        map->click(map->tools.getMode(mode));
-        QCOMPARE(map->view->getCurrentMode(), viewMode);
-        QCOMPARE(checkedModes(map->tools), QStringList{mode});
-        QVERIFY(sameCursor(map->canvas()->cursor(), cursor));
-        map->click(map->tools.getMode(mode)); // a click on the checked mode keeps it
-        QCOMPARE(checkedModes(map->tools), QStringList{mode});
-        QCOMPARE(map->view->getCurrentMode(), viewMode);
-
-        map->view->setViewMode(other);
-        QTest::keyClick(map->view, Qt::Key(key));
-        QCOMPARE(map->view->getCurrentMode(), viewMode);
-        QCOMPARE(checkedModes(map->tools), QStringList{mode});
-    }
-
-    void shortcutsBelongToTheFocusedMap()
-    {
-        // Two maps in one window, as two scene windows in a main window.
+        // Two maps in one window, as two scene windows in a main window: keys reach the focused one.
         QWidget main;
         auto* layout = new QHBoxLayout(&main);
-        Map first(_data.datasets.get(), &main);
-        Map second(_data.datasets.get(), &main);
-        layout->addWidget(&first.window);
-        layout->addWidget(&second.window);
+        Map map(_data.datasets.get(), &main), beside(_data.datasets.get(), &main);
+        layout->addWidget(&map.window);
+        layout->addWidget(&beside.window);
         main.show();
         main.activateWindow();
-        first.view->setFocus();
-        QVERIFY(first.ready());
+        map.view->setFocus();
+        QVERIFY(map.ready());
+        QCOMPARE(checkedModes(map.tools), QStringList{Tools::PAN}); // where the view starts
+        const Vw::ViewMode other = viewMode == Vw::MEASURE_AREA ? Vw::ZOOM_BOX : Vw::MEASURE_AREA;
+        map.view->setViewMode(other);
 
-        QTest::keyClick(first.view, Qt::Key_Z);
-        QCOMPARE(first.view->getCurrentMode(), Vw::ZOOM_BOX);
-        QCOMPARE(second.view->getCurrentMode(), Vw::PAN);
-        second.view->setFocus();
-        QTest::keyClick(second.view, Qt::Key_L);
-        QCOMPARE(second.view->getCurrentMode(), Vw::MEASURE_LENGTH);
-        QCOMPARE(first.view->getCurrentMode(), Vw::ZOOM_BOX);
+        map.click(map.tools.getMode(mode));
+        QCOMPARE(map.view->getCurrentMode(), viewMode);
+        QCOMPARE(checkedModes(map.tools), QStringList{mode});
+        QVERIFY(sameCursor(map.canvas()->cursor(), cursor));
+        map.click(map.tools.getMode(mode)); // a click on the checked mode keeps it
+        QCOMPARE(checkedModes(map.tools), QStringList{mode});
+        QCOMPARE(map.view->getCurrentMode(), viewMode);
+
+        map.view->setViewMode(other);
+        beside.view->setViewMode(other);
+        QTest::keyClick(map.view, Qt::Key(key));
+        QCOMPARE(map.view->getCurrentMode(), viewMode);
+        QCOMPARE(checkedModes(map.tools), QStringList{mode});
+        QCOMPARE(beside.view->getCurrentMode(), other);
     }
 
     void modesAreExclusiveAcrossGroupsAndEscapePans()
@@ -581,12 +538,8 @@ private Q_SLOTS:
         QTest::keyClick(map->view, Qt::Key_Escape);
         QCOMPARE(events, QStringList());
         QCOMPARE(checkedModes(map->tools), QStringList{Tools::PAN});
-    }
 
-    void clashingGroupsAreRefused()
-    {
-        auto map = makeMap();
-        QVERIFY(map);
+        // A group whose id or mode ids are taken is refused.
         VwvBasemapToolManager* manager = map->view->getToolManager();
         SketchTools modeClash(QStringLiteral("pan")), groupClash(QStringLiteral("sketch"), QStringLiteral("view"));
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("ids 'pan' are used by the group 'view'")));
@@ -595,7 +548,7 @@ private Q_SLOTS:
         QVERIFY(!manager->addTool(&groupClash));
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("the group 'view' is already there")));
         QVERIFY(!manager->addTool(&map->tools));
-        QCOMPARE(manager->getTools(), QList<VwvABasemapToolActions*>{&map->tools});
+        QCOMPARE(manager->getTools(), (QList<VwvABasemapToolActions*>{&map->tools, &sketch}));
         QVERIFY(!modeClash.getView());
     }
 
@@ -680,42 +633,33 @@ private Q_SLOTS:
                  MapTest::describe(shown));
     }
 
-    void withoutAView_data()
-    {
-        QTest::addColumn<int>("how");
-
-        QTest::newRow("never attached") << 0;
-        QTest::newRow("view deleted") << 1;
-        QTest::newRow("manager without a view") << 2;
-    }
+    // Groups never attached, left by their view, or in a manager without one: all disabled.
     void withoutAView()
     {
-        QFETCH(int, how);
-
-        Tools tools;
-        QSignalSpy stopped(&tools, &VwvABasemapToolActions::stopped);
-        if (how == 1) {
-            auto* view = new VwvBasemapView;
-            view->addTool(&tools);
-            QVERIFY(tools.getMode(Tools::PAN)->isChecked()); // the view starts in pan
-            delete view;
-            QVERIFY(!tools.isActive());
-        } else if (how == 2) {
-            QTest::ignoreMessage(QtWarningMsg, "VwvBasemapToolManager: no view; the groups added stay without one");
-            VwvBasemapToolManager manager(nullptr);
-            QVERIFY(manager.addTool(&tools));
+        Tools never, orphan, managed;
+        QSignalSpy stopped(&orphan, &VwvABasemapToolActions::stopped);
+        {
+            VwvBasemapView view;
+            view.addTool(&orphan);
+            QVERIFY(orphan.getMode(Tools::PAN)->isChecked()); // the view starts in pan
         }
-        QVERIFY(!tools.getView());
+        QVERIFY(!orphan.isActive());
         QCOMPARE(stopped.count(), 0); // whoever listens may be going with the view
-        for (const QString& id : tools.getModeIds() + tools.getActionIds()) {
-            QAction* action = tools.getAction(id) ? tools.getAction(id) : tools.getMode(id);
-            QVERIFY2(!action->isEnabled() && !action->isChecked(), qPrintable(id));
-            if (tools.getAction(id))
-                QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("needs a map view")));
-            action->trigger();
+        QTest::ignoreMessage(QtWarningMsg, "VwvBasemapToolManager: no view; the groups added stay without one");
+        VwvBasemapToolManager manager(nullptr);
+        QVERIFY(manager.addTool(&managed));
+        for (Tools* tools : {&never, &orphan, &managed}) {
+            QVERIFY(!tools->getView());
+            for (const QString& id : tools->getModeIds() + tools->getActionIds()) {
+                QAction* action = tools->getAction(id) ? tools->getAction(id) : tools->getMode(id);
+                QVERIFY2(!action->isEnabled() && !action->isChecked(), qPrintable(id));
+                if (tools->getAction(id))
+                    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("needs a map view")));
+                action->trigger();
+            }
+            QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("no mode 'nothing'")));
+            QVERIFY(!tools->activate(QStringLiteral("nothing")));
         }
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("no mode 'nothing'")));
-        QVERIFY(!tools.activate(QStringLiteral("nothing")));
     }
 
     void iconsLoad()
@@ -727,11 +671,7 @@ private Q_SLOTS:
             // Drawn, at any size (sharp on high-DPI screens).
             const QImage image = VuaResourceProvider::getIcon(icon).pixmap(QSize(96, 96)).toImage();
             QCOMPARE(image.size(), QSize(96, 96));
-            int drawn = 0;
-            for (int y = 0; y < image.height(); ++y)
-                for (int x = 0; x < image.width(); ++x)
-                    drawn += qAlpha(image.pixel(x, y)) > 0;
-            QVERIFY2(drawn > 96 * 96 / 20, qPrintable(icon.getName()));
+            QVERIFY2(MapTest::opaque(image) > 96 * 96 / 20, qPrintable(icon.getName()));
         }
         VuaResourceProvider::setUseThemeIcons(true);
     }
