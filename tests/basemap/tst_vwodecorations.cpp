@@ -14,7 +14,6 @@
 #include <VwoScaleBar.h>
 
 #include <qwt_plot_grid.h>
-#include <qwt_plot_renderer.h>
 
 #include <functional>
 
@@ -25,6 +24,8 @@ const double NaN = std::nan("");
 const QColor GROUND(40, 90, 40);
 
 enum Kind { COPYRIGHT, COMPASS, SCALE_BAR, GPS };
+// Where the GPS marker goes instead of a corner: at its fix.
+const int AT_ITS_FIX = 4;
 
 VwoADecoration* makeDecoration(int kind, const QString& text = QStringLiteral("\u00A9 Velmora contributors"))
 {
@@ -63,19 +64,6 @@ QImage grabCanvas(VwqBasemapPlot& plot)
     return plot.canvas()->grab().toImage().convertToFormat(QImage::Format_RGB32);
 }
 
-// As the view makes its pixmaps: the whole plot into an image `scale` times its size.
-QImage renderPlot(VwqBasemapPlot& plot, double scale)
-{
-    QImage image((QSizeF(plot.size()) * scale).toSize(), QImage::Format_RGB32);
-    image.fill(Qt::white);
-    QPainter painter(&image);
-    painter.scale(scale, scale);
-    QwtPlotRenderer renderer;
-    renderer.setDiscardFlag(QwtPlotRenderer::DiscardCanvasFrame);
-    renderer.render(&plot, &painter, QRectF(QPointF(0, 0), QSizeF(plot.size())));
-    return image;
-}
-
 bool isDark(QRgb c)
 {
     return qGray(c) < 60 && !ImageChecks::near(c, GROUND, 30);
@@ -88,13 +76,7 @@ QRect decorationArea(VwoADecoration* decoration, const std::function<QImage()>& 
     decoration->setVisible(false);
     const QImage without = picture();
     decoration->setVisible(visible);
-    const QImage with = picture();
-    QRect area;
-    for (int y = 0; y < with.height(); ++y)
-        for (int x = 0; x < with.width(); ++x)
-            if (!ImageChecks::near(with.pixel(x, y), without.pixel(x, y), 24))
-                area |= QRect(x, y, 1, 1);
-    return area;
+    return MapTest::changedArea(picture(), without, 24);
 }
 
 QPointF toSystem(const QString& definition, const QPointF& lonLat)
@@ -128,6 +110,7 @@ private Q_SLOTS:
     void eachDecorationInItsCorner_data()
     {
         // text: the attribution's; corner: Qt::Corner, -1 for nothing drawn
+        // A picture rendered at twice the size shows each twice as large, twice as far in.
         MapTest::addColumns<int, QString, QRectF, int>({"kind", "text", "view", "corner"});
         const QRectF view(0, 0, 600, 400);
         QTest::newRow("attribution") << int(COPYRIGHT) << "\u00A9 Velmora contributors" << view << int(Qt::BottomRightCorner);
@@ -138,6 +121,7 @@ private Q_SLOTS:
         QTest::newRow("scale bar") << int(SCALE_BAR) << "" << view << int(Qt::BottomLeftCorner);
         QTest::newRow("scale bar far out") << int(SCALE_BAR) << "" << QRectF(0, 0, 6e7, 4e7) << int(Qt::BottomLeftCorner);
         QTest::newRow("scale bar on a view of no width") << int(SCALE_BAR) << "" << QRectF(5, 0, 0, 400) << -1;
+        QTest::newRow("GPS position") << int(GPS) << "" << view << AT_ITS_FIX;
     }
     void eachDecorationInItsCorner()
     {
@@ -150,6 +134,13 @@ private Q_SLOTS:
         const QRect area = decorationArea(decoration, [&] { return grabCanvas(*plot); });
         QCOMPARE(area.isEmpty(), corner < 0);
         if (corner < 0)
+            return;
+        const QRect one = decorationArea(decoration, [&] { return MapTest::rendered(*plot); });
+        const QRect two = decorationArea(decoration, [&] { return MapTest::rendered(*plot, 2.0); });
+        const QString sizes = QStringLiteral("%1 x %2 at 1, %3 x %4 at 2").arg(one.width()).arg(one.height()).arg(two.width()).arg(two.height());
+        QVERIFY2(!one.isEmpty() && qAbs(two.width() - 2 * one.width()) <= 4 && qAbs(two.height() - 2 * one.height()) <= 4, qPrintable(sizes));
+        QVERIFY2(MapTest::near(two.center(), one.center() * 2, 3), qPrintable(sizes));
+        if (corner == AT_ITS_FIX)
             return;
         // Within the corner's quarter, about the margin (10 px, and the frame's pixel) from its edges.
         const bool right = corner == Qt::TopRightCorner || corner == Qt::BottomRightCorner;
@@ -339,29 +330,6 @@ private Q_SLOTS:
         // Only the marker, about 20 px across, centred on the fix.
         QVERIFY(MapTest::near(area.center(), pixel, 1));
         QVERIFY2(area.width() >= 18 && area.width() <= 23, qPrintable(QString::number(area.width())));
-    }
-
-    void scaledPictureScalesTheDecorations_data()
-    {
-        QTest::addColumn<int>("kind");
-        QTest::newRow("attribution") << int(COPYRIGHT);
-        QTest::newRow("compass") << int(COMPASS);
-        QTest::newRow("scale bar") << int(SCALE_BAR);
-        QTest::newRow("GPS position") << int(GPS);
-    }
-    void scaledPictureScalesTheDecorations()
-    {
-        QFETCH(int, kind);
-        auto plot = makePlot();
-        QVERIFY(plot);
-        VwoADecoration* decoration = makeDecoration(kind);
-        decoration->attach(plot.get());
-        const QRect one = decorationArea(decoration, [&] { return renderPlot(*plot, 1.0); });
-        const QRect two = decorationArea(decoration, [&] { return renderPlot(*plot, 2.0); });
-        QVERIFY(!one.isEmpty());
-        const QString sizes = QStringLiteral("%1 x %2 at 1, %3 x %4 at 2").arg(one.width()).arg(one.height()).arg(two.width()).arg(two.height());
-        QVERIFY2(qAbs(two.width() - 2 * one.width()) <= 4 && qAbs(two.height() - 2 * one.height()) <= 4, qPrintable(sizes));
-        QVERIFY2(MapTest::near(two.center(), one.center() * 2, 3), qPrintable(sizes));
     }
 };
 

@@ -3,14 +3,13 @@
 // and never delivered to an item that is gone. The point renderer's picks go to its set.
 
 #include "ImageChecks.h"
+#include "MapTestData.h"
 #include "MapTestKit.h"
 #include "MessageCatcher.h"
 #include <KbeError.h>
 #include <VsdPointSet.h>
 #include <VwvBasemapImageItem.h>
 #include <VwvBasemapRenderer.h>
-
-#include <qwt_plot_renderer.h>
 
 #include <QSemaphore>
 
@@ -86,9 +85,7 @@ class TestVwvBasemapImageItem : public QObject
 private Q_SLOTS:
     void smallSetsAreDrawnOnTheSpot()
     {
-        VsdPointSet points;
-        for (int i = 0; i < 50; ++i)
-            points.append(50.0, 50.0);
+        const VsdPointSet points = MapTest::pointSet(QVector<QPointF>(50, QPointF(50, 50)));
         VwvPointRasterizer::Style style;
         style.size = 7;
         style.color = qRgb(200, 0, 0);
@@ -120,12 +117,7 @@ private Q_SLOTS:
     {
         Map map;
         map.item->setRenderer(std::make_shared<SquareRenderer>(qRgb(0, 128, 0)));
-        QImage image(400, 400, QImage::Format_ARGB32_Premultiplied);
-        image.fill(Qt::white);
-        QPainter painter(&image);
-        QwtPlotRenderer().render(&map.plot, &painter, QRectF(0, 0, 400, 400));
-        painter.end();
-        const int green = ImageChecks::countNear(image, QColor(0, 128, 0));
+        const int green = ImageChecks::countNear(MapTest::rendered(map.plot), QColor(0, 128, 0));
         QVERIFY2(green > 1000, qPrintable(QString::number(green)));
     }
 
@@ -208,12 +200,10 @@ private Q_SLOTS:
         QPixmap screen(QSize(100, 100) * ratio);
         screen.setDevicePixelRatio(ratio);
         screen.fill(Qt::white);
-        VsdPointSet one;
-        one.append(50, 50);
         VwvPointRasterizer::Style style;
         style.size = dotSize;
         VwvBasemapImageItem item;
-        item.setRenderer(std::make_shared<VwvBasemapRenderer>(one, QString(), VugColorScale::rainbow(), style));
+        item.setRenderer(std::make_shared<VwvBasemapRenderer>(MapTest::pointSet({{50, 50}}), QString(), VugColorScale::rainbow(), style));
         const MapTest::Canvas maps;
         QPainter painter(&screen);
         item.draw(&painter, maps.xMap, maps.yMap, QRectF(0, 0, 100, 100));

@@ -58,15 +58,6 @@ bool near(const Canvas& c, const QPointF& map, QRgb color)
     return false;
 }
 
-int opaqueCount(const QImage& image)
-{
-    int n = 0;
-    for (int y = 0; y < image.height(); ++y)
-        for (int x = 0; x < image.width(); ++x)
-            n += qAlpha(image.pixel(x, y)) > 0;
-    return n;
-}
-
 QPolygonF square(double x0, double y0, double x1, double y1)
 {
     return QPolygonF(QVector<QPointF>{{x0, y0}, {x1, y0}, {x1, y1}, {x0, y1}});
@@ -110,13 +101,14 @@ VugColorScale grey099()
     return scale;
 }
 
+// "polygon", "polyline", "wire", "raster" or "turned raster" (a quarter turn), in default styles.
 std::shared_ptr<VwvIBasemapRenderer> rendererOf(const QString& kind, bool empty = false)
 {
     if (kind == QLatin1String("polygon"))
         return std::make_shared<VwvBasemapRendererPolygon>(empty ? VsdPolygonSet() : samplePolygons());
     if (kind == QLatin1String("polyline"))
         return std::make_shared<VwvBasemapRendererPolyline>(empty ? VsdPolylineSet() : samplePolylines());
-    const VsdGrid grid = empty ? VsdGrid() : sampleGrid();
+    const VsdGrid grid = empty ? VsdGrid() : sampleGrid(kind.startsWith(QLatin1String("turned")) ? 90.0 : 0.0);
     if (kind == QLatin1String("wire"))
         return std::make_shared<VwvBasemapRendererGridWire>(grid);
     return std::make_shared<VwvBasemapRendererRaster>(grid, grey099());
@@ -126,6 +118,30 @@ const QRgb FILL = qRgba(0, 0, 255, 128);
 const QRgb OUTLINE = qRgb(0, 128, 0);
 const QRgb SELECTION = qRgb(255, 0, 0);
 const QRgb NONE = qRgba(0, 0, 0, 0);
+
+// The outlined renderers in the colours above: "polygon" or "selected polygon" (the first),
+// "polyline" with its second line selected, "wire" or "turned wire" (45 degrees).
+std::shared_ptr<VwvIBasemapRenderer> inColours(const QString& kind)
+{
+    if (kind.endsWith(QLatin1String("polygon"))) {
+        VwvBasemapRendererPolygon::Style style;
+        style.fillColor = QColor::fromRgba(FILL);
+        style.outlineColor = QColor::fromRgba(OUTLINE);
+        style.selectionColor = QColor::fromRgba(SELECTION);
+        const KbiIntervalIntSmallDisjoint selection = kind.startsWith(QLatin1String("selected")) ? KbiIntervalIntSmallDisjoint(0)
+                                                                                                 : KbiIntervalIntSmallDisjoint();
+        return std::make_shared<VwvBasemapRendererPolygon>(samplePolygons(), selection, style);
+    }
+    if (kind == QLatin1String("polyline")) {
+        VwvBasemapRendererPolyline::Style style;
+        style.color = QColor::fromRgba(OUTLINE);
+        style.selectionColor = QColor::fromRgba(SELECTION);
+        return std::make_shared<VwvBasemapRendererPolyline>(samplePolylines(), KbiIntervalIntSmallDisjoint(1), style);
+    }
+    VwvBasemapRendererGridWire::Style style;
+    style.color = QColor::fromRgba(OUTLINE);
+    return std::make_shared<VwvBasemapRendererGridWire>(sampleGrid(kind.startsWith(QLatin1String("turned")) ? 45.0 : 0.0), style);
+}
 
 } // namespace
 
@@ -182,79 +198,43 @@ private Q_SLOTS:
             QCOMPARE(error.getMessage(), type);
         }
     }
-    void polygonFillHolesAndOutline_data()
+    // A fill or nothing shows at the point; an outline or a line within a pixel of it.
+    void outlinesFillsAndSelections_data()
     {
-        MapTest::addColumns<QPointF, bool, QRgb>({"point", "selected", "expected"});
+        MapTest::addColumns<QString, QPointF, QRgb>({"kind", "point", "expected"});
 
-        QTest::newRow("inside the ring") << QPointF(25.5, 25.5) << false << FILL;
-        QTest::newRow("inside the hole") << QPointF(50.5, 50.5) << false << NONE;
-        QTest::newRow("outside") << QPointF(5.5, 50.5) << false << NONE;
-        QTest::newRow("on the left edge") << QPointF(10, 50.5) << false << OUTLINE;
-        QTest::newRow("on the hole's edge") << QPointF(40, 50.5) << false << OUTLINE;
-        QTest::newRow("selected: the edge") << QPointF(10, 50.5) << true << SELECTION;
-        QTest::newRow("selected: the hole's edge") << QPointF(60, 50.5) << true << SELECTION;
-        QTest::newRow("selected: the fill stays") << QPointF(25.5, 25.5) << true << FILL;
+        QTest::newRow("polygon: inside the ring") << "polygon" << QPointF(25.5, 25.5) << FILL;
+        QTest::newRow("polygon: inside the hole") << "polygon" << QPointF(50.5, 50.5) << NONE;
+        QTest::newRow("polygon: outside") << "polygon" << QPointF(5.5, 50.5) << NONE;
+        QTest::newRow("polygon: on the left edge") << "polygon" << QPointF(10, 50.5) << OUTLINE;
+        QTest::newRow("polygon: on the hole's edge") << "polygon" << QPointF(40, 50.5) << OUTLINE;
+        QTest::newRow("selected polygon: the edge") << "selected polygon" << QPointF(10, 50.5) << SELECTION;
+        QTest::newRow("selected polygon: the hole's edge") << "selected polygon" << QPointF(60, 50.5) << SELECTION;
+        QTest::newRow("selected polygon: the fill stays") << "selected polygon" << QPointF(25.5, 25.5) << FILL;
+        QTest::newRow("selected polygon: the square beside is not") << "selected polygon" << QPointF(92, 95) << OUTLINE;
+        QTest::newRow("polyline: on the first line") << "polyline" << QPointF(30.5, 20) << OUTLINE;
+        QTest::newRow("polyline: on the selected line") << "polyline" << QPointF(70.5, 70) << SELECTION;
+        QTest::newRow("polyline: at the selected line's bend") << "polyline" << QPointF(50.5, 70) << SELECTION;
+        QTest::newRow("polyline: between the lines") << "polyline" << QPointF(50.5, 45.5) << NONE;
+        QTest::newRow("polyline: beyond a line's end") << "polyline" << QPointF(95.5, 20.5) << NONE;
+        QTest::newRow("wire: a column edge") << "wire" << QPointF(30, 55.5) << OUTLINE;
+        QTest::newRow("wire: a row edge") << "wire" << QPointF(55.5, 70) << OUTLINE;
+        QTest::newRow("wire: a cell's middle") << "wire" << QPointF(35.5, 55.5) << NONE;
+        // Turned 45 degrees about the node (5, 5): grid point (u, v) lies at
+        // (5 + (u - v) / sqrt 2, 5 + (u + v) / sqrt 2); column edges run at u = 5, 15, ...
+        const double h = 1.0 / std::sqrt(2.0);
+        QTest::newRow("turned wire: a column edge") << "turned wire" << QPointF(5 + (45 - 20) * h, 5 + (45 + 20) * h) << OUTLINE;
+        QTest::newRow("turned wire: a cell's middle") << "turned wire" << QPointF(5 + (50 - 20) * h, 5 + (50 + 20) * h) << NONE;
     }
-    void polygonFillHolesAndOutline()
+    void outlinesFillsAndSelections()
     {
-        auto [point, selected, expected] = MapTest::fetch<QPointF, bool, QRgb>({"point", "selected", "expected"});
+        auto [kind, point, expected] = MapTest::fetch<QString, QPointF, QRgb>({"kind", "point", "expected"});
 
-        VwvBasemapRendererPolygon::Style style;
-        style.fillColor = QColor::fromRgba(FILL);
-        style.outlineColor = QColor::fromRgba(OUTLINE);
-        style.selectionColor = QColor::fromRgba(SELECTION);
-        const VwvBasemapRendererPolygon renderer(samplePolygons(), selected ? KbiIntervalIntSmallDisjoint(0) : KbiIntervalIntSmallDisjoint(),
-                                                 style);
-        const Canvas c = drawn(renderer);
+        const Canvas c = drawn(*inColours(kind));
         if (expected == NONE || expected == FILL)
             QVERIFY2(close(c.at(point), expected), qPrintable(QString::number(c.at(point), 16)));
         else
             QVERIFY(near(c, point, expected));
-        // The unselected square beside is never drawn in the selection colour.
-        QVERIFY(!near(c, QPointF(92, 95), SELECTION));
-    }
-
-    void polylinesAndSelection_data()
-    {
-        MapTest::addColumns<QPointF, QRgb>({"point", "expected"});
-
-        QTest::newRow("on the first line") << QPointF(30.5, 20) << OUTLINE;
-        QTest::newRow("on the selected line") << QPointF(70.5, 70) << SELECTION;
-        QTest::newRow("at the selected line's bend") << QPointF(50.5, 70) << SELECTION;
-        QTest::newRow("between the lines") << QPointF(50.5, 45.5) << NONE;
-        QTest::newRow("beyond a line's end") << QPointF(95.5, 20.5) << NONE;
-    }
-    void polylinesAndSelection()
-    {
-        auto [point, expected] = MapTest::fetch<QPointF, QRgb>({"point", "expected"});
-
-        VwvBasemapRendererPolyline::Style style;
-        style.color = QColor::fromRgba(OUTLINE);
-        style.selectionColor = QColor::fromRgba(SELECTION);
-        const Canvas c = drawn(VwvBasemapRendererPolyline(samplePolylines(), KbiIntervalIntSmallDisjoint(1), style));
-        QVERIFY(expected == NONE ? c.at(point) == NONE : near(c, point, expected));
-    }
-
-    void gridWireFollowsTheCells_data()
-    {
-        MapTest::addColumns<double, QPointF, bool>({"angle", "point", "isDrawn"});
-
-        QTest::newRow("a column edge") << 0.0 << QPointF(30, 55.5) << true;
-        QTest::newRow("a row edge") << 0.0 << QPointF(55.5, 70) << true;
-        QTest::newRow("a cell's middle") << 0.0 << QPointF(35.5, 55.5) << false;
-        // Turned 45 degrees about the node (5, 5): grid point (u, v) lies at
-        // (5 + (u - v) / sqrt 2, 5 + (u + v) / sqrt 2); column edges run at u = 5, 15, ...
-        const double h = 1.0 / std::sqrt(2.0);
-        QTest::newRow("turned: a column edge") << 45.0 << QPointF(5 + (45 - 20) * h, 5 + (45 + 20) * h) << true;
-        QTest::newRow("turned: a cell's middle") << 45.0 << QPointF(5 + (50 - 20) * h, 5 + (50 + 20) * h) << false;
-    }
-    void gridWireFollowsTheCells()
-    {
-        auto [angle, point, isDrawn] = MapTest::fetch<double, QPointF, bool>({"angle", "point", "isDrawn"});
-
-        VwvBasemapRendererGridWire::Style style;
-        style.color = QColor::fromRgba(OUTLINE);
-        QCOMPARE(near(drawn(VwvBasemapRendererGridWire(sampleGrid(angle), style)), point, OUTLINE), isDrawn);
     }
 
     void gridWireDrawsOnlyTheOutlineOfTinyCells_data()
@@ -272,7 +252,7 @@ private Q_SLOTS:
 
         const double cell = 98.0 / nodes;
         const VsdGrid grid(QPointF(1 + cell / 2, 1 + cell / 2), cell, cell, nodes, nodes);
-        const int n = opaqueCount(drawn(VwvBasemapRendererGridWire(grid)).image);
+        const int n = MapTest::opaque(drawn(VwvBasemapRendererGridWire(grid)).image);
         QVERIFY2(n >= minimum && n <= maximum, qPrintable(QString::number(n)));
     }
 
@@ -354,6 +334,8 @@ private Q_SLOTS:
         QTest::newRow("wire: in a cell") << "wire" << QPointF(34, 57) << 0.0 << 53 << QRectF(14, 14, 12, 2) << "11-12";
         QTest::newRow("raster: beside the grid, within") << "raster" << QPointF(-2, 57) << 2.5 << 50 << QRectF(80, 80, 30, 30) << "88-89, 98-99";
         QTest::newRow("raster: beside the grid, beyond") << "raster" << QPointF(-3, 57) << 2.5 << -1 << nothing << "";
+        // Turned a quarter about (5, 5): node (i, j) sits at (5 - 10 j, 5 + 10 i).
+        QTest::newRow("turned raster: a row across") << "turned raster" << QPointF(-15, 15) << 0.0 << 21 << QRectF(-20, 10, 30, 12) << "1, 11, 21";
     }
     void picks()
     {
@@ -366,15 +348,6 @@ private Q_SLOTS:
         // A polygon along the rectangle picks the same.
         const QPolygonF polygon(rect);
         QCOMPARE(renderer->polygonToRanks(polygon).toString(), inRect);
-    }
-
-    void gridPicksFollowTheTurn()
-    {
-        // Turned a quarter about (5, 5): node (i, j) sits at (5 - 10 j, 5 + 10 i).
-        const VwvBasemapRendererRaster renderer(sampleGrid(90.0), grey099());
-        QCOMPARE(renderer.rectangleToRank(QRectF(-20, 10, 30, 12)).toString(), QStringLiteral("1, 11, 21"));
-        const QPolygonF triangle(QVector<QPointF>{{6, 3}, {6, 26}, {-17, 26}});
-        QCOMPARE(renderer.polygonToRanks(triangle).toString(), QStringLiteral("0-2, 11-12, 22"));
     }
 
     void degenerateInputDrawsNothing_data()
@@ -392,7 +365,7 @@ private Q_SLOTS:
         QFETCH(bool, empty);
 
         const auto renderer = rendererOf(kind, empty);
-        const auto drawsNothing = [&](const Canvas& c) { return opaqueCount(drawn(*renderer, c).image) == 0; };
+        const auto drawsNothing = [&](const Canvas& c) { return MapTest::opaque(drawn(*renderer, c).image) == 0; };
         if (empty) {
             QVERIFY(renderer->boundingRect().isEmpty());
             QVERIFY(drawsNothing(Canvas()));
