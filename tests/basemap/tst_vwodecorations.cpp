@@ -125,7 +125,7 @@ private Q_SLOTS:
     }
     void eachDecorationInItsCorner()
     {
-        auto [kind, text, view, corner] = MapTest::fetch<int, QString, QRectF, int>({"kind", "text", "view", "corner"});
+        auto [kind, text, view, corner] = MapTest::fetch<int, QString, QRectF, int>();
         auto plot = makePlot(view);
         QVERIFY(plot);
         VwoADecoration* decoration = makeDecoration(kind, text);
@@ -181,8 +181,7 @@ private Q_SLOTS:
     }
     void scaleBarRoundsDown()
     {
-        auto [unit, unitsPerPixel, canvasWidth, length, label] =
-            MapTest::fetch<QString, double, double, double, QString>({"unit", "unitsPerPixel", "canvasWidth", "length", "label"});
+        auto [unit, unitsPerPixel, canvasWidth, length, label] = MapTest::fetch<QString, double, double, double, QString>();
         const double got = VwoScaleBar::getLength(unitsPerPixel, canvasWidth);
         QVERIFY2(qAbs(got - length) <= 1e-12 * length, qPrintable(QString::number(got, 'g', 17)));
         QCOMPARE(VwoScaleBar(KbuUnit::fromKey(unit)).getLabel(got), label);
@@ -237,8 +236,7 @@ private Q_SLOTS:
     }
     void northAngle()
     {
-        auto [system, unit, point, lonLat, angle] =
-            MapTest::fetch<QString, QString, QPointF, bool, double>({"system", "unit", "point", "lonLat", "angle"});
+        auto [system, unit, point, lonLat, angle] = MapTest::fetch<QString, QString, QPointF, bool, double>();
         const bool local = system.startsWith(QLatin1String("local:")) || system.isEmpty();
         if (lonLat)
             point = toSystem(system, point) / (unit == QLatin1String("km") ? 1000.0 : 1.0);
@@ -257,7 +255,7 @@ private Q_SLOTS:
     }
     void compassLeansWithTheMeridians()
     {
-        auto [lonLat, lean] = MapTest::fetch<QPointF, int>({"lonLat", "lean"});
+        auto [lonLat, lean] = MapTest::fetch<QPointF, int>();
         const QPointF centre = toSystem(QStringLiteral("EPSG:32631"), lonLat);
         auto plot = makePlot(QRectF(centre - QPointF(30000, 20000), QSizeF(60000, 40000)));
         QVERIFY(plot);
@@ -307,8 +305,7 @@ private Q_SLOTS:
     }
     void gpsMarkerFollowsTheFix()
     {
-        auto [shown, fixes, valid, marker, at] =
-            MapTest::fetch<bool, QList<QPointF>, QList<bool>, QColor, QPointF>({"shown", "fixes", "valid", "marker", "at"});
+        auto [shown, fixes, valid, marker, at] = MapTest::fetch<bool, QList<QPointF>, QList<bool>, QColor, QPointF>();
         auto plot = makePlot();
         QVERIFY(plot);
         auto* gps = new VwoGpsPosition;

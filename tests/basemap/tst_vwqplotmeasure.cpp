@@ -128,7 +128,7 @@ private Q_SLOTS:
     void measureText()
     {
         auto [ruler, viewUnit, userUnit, switchedOff, clicks, expected] =
-            MapTest::fetch<Ruler, QString, QString, QStringList, Clicks, QString>({"ruler", "viewUnit", "userUnit", "switchedOff", "clicks", "expected"});
+            MapTest::fetch<Ruler, QString, QString, QStringList, Clicks, QString>();
 
         switchOff(switchedOff);
         if (!userUnit.isEmpty()) {
@@ -175,8 +175,7 @@ private Q_SLOTS:
 
     void picking()
     {
-        auto [ruler, mode, clicks, ending, selection] =
-            MapTest::fetch<Ruler, int, Clicks, int, Clicks>({"ruler", "mode", "clicks", "ending", "selection"});
+        auto [ruler, mode, clicks, ending, selection] = MapTest::fetch<Ruler, int, Clicks, int, Clicks>();
 
         const auto plot = MapTest::barePlot();
         VwqPlotAMeasure* measure = makeRuler(ruler, plot.get());
@@ -224,8 +223,7 @@ private Q_SLOTS:
 
     void drawing()
     {
-        auto [ruler, switchedOff, lengthLabel, angleArc] =
-            MapTest::fetch<Ruler, QStringList, bool, bool>({"ruler", "switchedOff", "lengthLabel", "angleArc"});
+        auto [ruler, switchedOff, lengthLabel, angleArc] = MapTest::fetch<Ruler, QStringList, bool, bool>();
 
         switchOff(switchedOff);
         const auto plot = MapTest::barePlot();
@@ -265,8 +263,7 @@ private Q_SLOTS:
 
     void degenerateInput()
     {
-        auto [ruler, axisMinimum, axisMaximum, clicks] =
-            MapTest::fetch<Ruler, double, double, Clicks>({"ruler", "axisMinimum", "axisMaximum", "clicks"});
+        auto [ruler, axisMinimum, axisMaximum, clicks] = MapTest::fetch<Ruler, double, double, Clicks>();
 
         const auto plot = MapTest::barePlot();
         for (int axis : {QwtPlot::xBottom, QwtPlot::yLeft})

@@ -12,12 +12,9 @@
 
 namespace {
 
-const QRectF AREA(200, 150, 100, 80); // away from the scene's points
+using MapTest::pointsItem;
 
-VugSceneItem pointsItem(const QString& id, const QString& dataset)
-{
-    return VugSceneItem(id, id.toUpper(), VugERendering::POINTS, dataset);
-}
+const QRectF AREA(200, 150, 100, 80); // away from the scene's points
 
 VwqBasemapPlot* plotOf(const Vwv2DOverView& view)
 {
@@ -59,9 +56,7 @@ class TestVwv2DOverView : public QObject
 private Q_SLOTS:
     void initTestCase()
     {
-        VsdPointSet c;
-        c.append(1000, -300);
-        QVERIFY(_data.datasets->setPointSet(QStringLiteral("c"), c));
+        QVERIFY(_data.addPoints(QStringLiteral("c"), {{1000, -300}}));
         _scene = std::make_unique<VugScene>(1);
         _scene->appendItem(pointsItem(QStringLiteral("x"), QStringLiteral("a")));
         _scene->appendItem(pointsItem(QStringLiteral("z"), QStringLiteral("b")));
@@ -132,7 +127,7 @@ private Q_SLOTS:
     }
     void dragMovesTheRectangle()
     {
-        auto [area, grab, delta, emissions] = MapTest::fetch<QRectF, QPoint, QPoint, int>({"area", "grab", "delta", "emissions"});
+        auto [area, grab, delta, emissions] = MapTest::fetch<QRectF, QPoint, QPoint, int>();
         auto view = makeOverview();
         QVERIFY(view);
         view->setZoomArea(area);
@@ -168,7 +163,7 @@ private Q_SLOTS:
     }
     void doubleClickCentres()
     {
-        auto [offset, emissions] = MapTest::fetch<QPoint, int>({"offset", "emissions"});
+        auto [offset, emissions] = MapTest::fetch<QPoint, int>();
         auto view = makeOverview();
         QVERIFY(view);
         QSignalSpy moved(view.get(), &Vwv2DOverView::zoomAreaChanged);
@@ -196,7 +191,7 @@ private Q_SLOTS:
     }
     void arrowKeysMoveTheRectangle()
     {
-        auto [key, direction] = MapTest::fetch<int, QPoint>({"key", "direction"});
+        auto [key, direction] = MapTest::fetch<int, QPoint>();
         auto view = makeOverview();
         QVERIFY(view);
         view->activateWindow();
@@ -246,8 +241,7 @@ private Q_SLOTS:
     }
     void rectangleIsDrawnWhereTheAreaMaps()
     {
-        QFETCH(QSize, size);
-        QFETCH(QRectF, area);
+        auto [size, area] = MapTest::fetch<QSize, QRectF>();
         auto view = makeOverview();
         QVERIFY(view);
         view->setZoomArea(area);

@@ -163,7 +163,7 @@ private Q_SLOTS:
     }
     void drawingErrorsAreReportedOnce()
     {
-        auto [cost, failure, message] = MapTest::fetch<qint64, int, QString>({"cost", "failure", "message"});
+        auto [cost, failure, message] = MapTest::fetch<qint64, int, QString>();
         MessageCatcher caught;
         Map map;
         auto failing = std::make_shared<SquareRenderer>(0, nullptr, SquareRenderer::Failure(failure), cost);
@@ -195,7 +195,7 @@ private Q_SLOTS:
     }
     void sharpOnHighDpiScreens()
     {
-        auto [ratio, dotSize] = MapTest::fetch<qreal, int>({"ratio", "dotSize"});
+        auto [ratio, dotSize] = MapTest::fetch<qreal, int>();
         // A screen's backing store: a pixmap of that many device pixels per logical pixel.
         QPixmap screen(QSize(100, 100) * ratio);
         screen.setDevicePixelRatio(ratio);

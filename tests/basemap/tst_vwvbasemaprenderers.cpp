@@ -184,7 +184,7 @@ private Q_SLOTS:
     }
     void renderingPicksTheRenderer()
     {
-        auto [rendering, dataset, type] = MapTest::fetch<int, QString, QString>({"rendering", "dataset", "type"});
+        auto [rendering, dataset, type] = MapTest::fetch<int, QString, QString>();
 
         const VugSceneItem item(QStringLiteral("i1"), QStringLiteral("Item"), VugERendering::fromValue(rendering),
                                 dataset, QStringLiteral("Porosity"));
@@ -228,7 +228,7 @@ private Q_SLOTS:
     }
     void outlinesFillsAndSelections()
     {
-        auto [kind, point, expected] = MapTest::fetch<QString, QPointF, QRgb>({"kind", "point", "expected"});
+        auto [kind, point, expected] = MapTest::fetch<QString, QPointF, QRgb>();
 
         const Canvas c = drawn(*inColours(kind));
         if (expected == NONE || expected == FILL)
@@ -248,7 +248,7 @@ private Q_SLOTS:
     }
     void gridWireDrawsOnlyTheOutlineOfTinyCells()
     {
-        auto [nodes, minimum, maximum] = MapTest::fetch<int, int, int>({"nodes", "minimum", "maximum"});
+        auto [nodes, minimum, maximum] = MapTest::fetch<int, int, int>();
 
         const double cell = 98.0 / nodes;
         const VsdGrid grid(QPointF(1 + cell / 2, 1 + cell / 2), cell, cell, nodes, nodes);
@@ -274,7 +274,7 @@ private Q_SLOTS:
     }
     void rasterCellsAgreeWithPicks()
     {
-        auto [angle, point, rank] = MapTest::fetch<double, QPointF, int>({"angle", "point", "rank"});
+        auto [angle, point, rank] = MapTest::fetch<double, QPointF, int>();
 
         const VsdGrid grid = sampleGrid(angle);
         const VugColorScale scale = grey099();
@@ -299,7 +299,7 @@ private Q_SLOTS:
     }
     void rasterIntoOtherFormatsAndWithOpacity()
     {
-        auto [format, opacity, alpha] = MapTest::fetch<int, double, int>({"format", "opacity", "alpha"});
+        auto [format, opacity, alpha] = MapTest::fetch<int, double, int>();
 
         VugColorScale scale;
         scale.setClasses({0, 50, 99}, {qRgb(200, 0, 0), qRgb(0, 0, 200)});
@@ -339,8 +339,7 @@ private Q_SLOTS:
     }
     void picks()
     {
-        auto [kind, point, tolerance, rank, rect, inRect] =
-            MapTest::fetch<QString, QPointF, double, int, QRectF, QString>({"kind", "point", "tolerance", "rank", "rect", "inRect"});
+        auto [kind, point, tolerance, rank, rect, inRect] = MapTest::fetch<QString, QPointF, double, int, QRectF, QString>();
 
         const auto renderer = rendererOf(kind);
         QCOMPARE(renderer->pointToRank(point, tolerance), rank);
@@ -361,8 +360,7 @@ private Q_SLOTS:
     }
     void degenerateInputDrawsNothing()
     {
-        QFETCH(QString, kind);
-        QFETCH(bool, empty);
+        auto [kind, empty] = MapTest::fetch<QString, bool>();
 
         const auto renderer = rendererOf(kind, empty);
         const auto drawsNothing = [&](const Canvas& c) { return MapTest::opaque(drawn(*renderer, c).image) == 0; };

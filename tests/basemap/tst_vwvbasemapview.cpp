@@ -233,11 +233,10 @@ private Q_SLOTS:
     }
     void decorationSwitches()
     {
-        QFETCH(int, kind);
-        auto [text, preference] = MapTest::fetch<QString, QString>({"text", "preference"});
+        auto [kind, text, preference] = MapTest::fetch<int, QString, QString>();
         VwvBasemapView view;
         VwvBasemapView other; // a second map follows the shared preference
-        const auto shown = [kind](const VwvBasemapView& v) {
+        const auto shown = [kind = kind](const VwvBasemapView& v) {
             switch (kind) {
             case VwvBasemapView::COMPASS: return v.getCompass()->isVisible();
             case VwvBasemapView::SCALE_BAR: return v.getScaleBar()->isVisible();
@@ -266,7 +265,7 @@ private Q_SLOTS:
     }
     void axisTitlesNameTheSystem()
     {
-        auto [system, centre, title] = MapTest::fetch<QString, QPointF, QString>({"system", "centre", "title"});
+        auto [system, centre, title] = MapTest::fetch<QString, QPointF, QString>();
         auto view = showView(nullptr, QSize(400, 300));
         QVERIFY(view);
         view->setCoordinateSystem(VuuCoordSystem::fromString(system));
@@ -324,7 +323,7 @@ private Q_SLOTS:
     }
     void viewAllKeepsToTheFiniteData()
     {
-        auto [at, value] = MapTest::fetch<QPointF, double>({"at", "value"});
+        auto [at, value] = MapTest::fetch<QPointF, double>();
         VsdPointSet set;
         QVERIFY(set.addVariable(QStringLiteral("v")));
         for (int i = 0; i < 100; ++i)
@@ -357,8 +356,7 @@ private Q_SLOTS:
     }
     void gpsFollowing()
     {
-        auto [enabled, centred, valid, moves] =
-            MapTest::fetch<bool, bool, bool, bool>({"enabled", "centred", "valid", "moves"});
+        auto [enabled, centred, valid, moves] = MapTest::fetch<bool, bool, bool, bool>();
         auto map = makeMap();
         QVERIFY(map);
         VwvBasemapView* view = map->view;
@@ -468,8 +466,7 @@ private Q_SLOTS:
     }
     void modes()
     {
-        auto [mode, key, viewMode, cursor] =
-            MapTest::fetch<QString, int, Vw::ViewMode, QCursor>({"mode", "key", "viewMode", "cursor"});
+        auto [mode, key, viewMode, cursor] = MapTest::fetch<QString, int, Vw::ViewMode, QCursor>();
         // Two maps in one window, as two scene windows in a main window: keys reach the focused one.
         QWidget main;
         auto* layout = new QHBoxLayout(&main);
@@ -606,7 +603,7 @@ private Q_SLOTS:
     }
     void zoomOnCurrentLayer()
     {
-        auto [layer, removeIt, enabled] = MapTest::fetch<QString, bool, bool>({"layer", "removeIt", "enabled"});
+        auto [layer, removeIt, enabled] = MapTest::fetch<QString, bool, bool>();
 
         auto map = makeMap();
         QVERIFY(map);

@@ -54,7 +54,7 @@ private Q_SLOTS:
     }
     void samplesLandOnTheirPixel()
     {
-        auto [x, y, drawn] = MapTest::fetch<double, double, int>({"x", "y", "drawn"});
+        auto [x, y, drawn] = MapTest::fetch<double, double, int>();
         Canvas c;
         c.draw(rasterizer(&x, &y, 1));
         QCOMPARE(c.notWhite(), drawn);
@@ -101,8 +101,7 @@ private Q_SLOTS:
     }
     void discsAreRoundClippedAndBlended()
     {
-        auto [x, y, size, alpha, minimum, maximum] =
-            MapTest::fetch<double, double, int, int, int, int>({"x", "y", "size", "alpha", "minimum", "maximum"});
+        auto [x, y, size, alpha, minimum, maximum] = MapTest::fetch<double, double, int, int, int, int>();
         Canvas c;
         c.draw(rasterizer(&x, &y, 1, size, qRgba(0, 0, 0, alpha)));
         // Black, or the grey it makes over white.

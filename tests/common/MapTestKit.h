@@ -9,6 +9,7 @@
 #include <VwqBasemapPlot.h>
 #include <VwqPlotZoomer.h>
 
+#include <QHash>
 #include <QImage>
 #include <QMouseEvent>
 #include <QPainter>
@@ -26,11 +27,19 @@
 
 namespace MapTest {
 
+// The column names addColumns declared, by test function.
+inline QHash<QByteArray, QVector<const char*>>& declaredColumns()
+{
+    static QHash<QByteArray, QVector<const char*>> columns;
+    return columns;
+}
+
 // A test table's columns in one statement: addColumns<int, QString>({"mode", "name"}).
 template <class... T, std::size_t... I>
 void addColumnsAt(const std::array<const char*, sizeof...(T)>& names, std::index_sequence<I...>)
 {
     (QTest::addColumn<T>(names[I]), ...);
+    declaredColumns()[QTest::currentTestFunction()] = QVector<const char*>{names[I]...};
 }
 template <class... T>
 void addColumns(const std::array<const char*, sizeof...(T)>& names)
@@ -49,6 +58,21 @@ template <class... T>
 std::tuple<T...> fetch(const std::array<const char*, sizeof...(T)>& names)
 {
     return fetchAt<T...>(names, std::index_sequence_for<T...>{});
+}
+
+// The current row's values in the order addColumns declared them: auto [mode, name] = fetch<int, QString>().
+template <class... T, std::size_t... I>
+std::tuple<T...> fetchDeclaredAt(std::index_sequence<I...>)
+{
+    const QVector<const char*> names = declaredColumns().value(QTest::currentTestFunction());
+    if (names.size() != int(sizeof...(T)))
+        qFatal("MapTest::fetch: %s declared %d columns, %d fetched", QTest::currentTestFunction(), int(names.size()), int(sizeof...(T)));
+    return std::tuple<T...>(*static_cast<T*>(QTest::qData(names[int(I)], qMetaTypeId<T>()))...);
+}
+template <class... T>
+std::tuple<T...> fetch()
+{
+    return fetchDeclaredAt<T...>(std::index_sequence_for<T...>{});
 }
 
 // A map plot shown with a canvas of `canvas` pixels (axes hidden) over `view` map units.
