@@ -29,11 +29,11 @@ std::shared_ptr<VwvBasemapRenderer> points(const QVector<QPointF>& at, const QVe
     return std::make_shared<VwvBasemapRenderer>(set);
 }
 
-// Pixels of the selection colour within two pixels of where the map point is shown.
-int ringNear(VwqBasemapPlot& plot, const QPointF& mapPoint)
+// Pixels of the selection colour within `reach` pixels of where the map point is shown.
+int ringNear(VwqBasemapPlot& plot, const QPointF& mapPoint, int reach = 2)
 {
     const QPoint centre = plot.viewToPixel(mapPoint).toPoint();
-    const QImage around = plot.canvas()->grab().toImage().copy(QRect(centre - QPoint(2, 2), QSize(5, 5)));
+    const QImage around = plot.canvas()->grab().toImage().copy(QRect(centre - QPoint(reach, reach), QSize(2 * reach + 1, 2 * reach + 1)));
     return ImageChecks::countNear(around, QColor(VwvPointRasterizer::Style().selectionColor), 4);
 }
 
@@ -214,6 +214,7 @@ private Q_SLOTS:
         QCOMPARE(ringNear(*plot, QPointF(60.5, 50.5)), 0);
         layer.mask(1, Vu::SELECT);
         QVERIFY(ringNear(*plot, QPointF(60.5, 50.5)) >= 6);
+        QCOMPARE(ringNear(*plot, QPointF(60.5, 50.5), 0), 0); // around the sample, not over it
         QCOMPARE(ringNear(*plot, QPointF(30.5, 50.5)), 0);
         layer.clearSelection();
         QCOMPARE(ringNear(*plot, QPointF(60.5, 50.5)), 0);
