@@ -6,7 +6,7 @@
 // Its command groups as a scene window uses them: the view tools in a tool bar above the
 // view, driven by clicks and shortcuts; modes exclusive across groups, with Escape back to
 // panning; the zoom commands enabled by the zoom stack and the current layer; groups
-// without a view; the tools' icons.
+// without a view; the tools' and switches' icons drawn.
 
 #include "ImageChecks.h"
 #include "MapTestData.h"
@@ -140,6 +140,8 @@ bool sameCursor(const QCursor& a, const QCursor& b)
 } // namespace
 
 Q_DECLARE_METATYPE(Vw::ViewMode)
+using Shown = bool (*)(const VwvBasemapView&);
+Q_DECLARE_METATYPE(Shown)
 using Zoom = std::function<void(Map&)>;
 Q_DECLARE_METATYPE(Zoom)
 
@@ -168,6 +170,9 @@ class TestVwvBasemapView : public QObject
     }
 
 private Q_SLOTS:
+    // The icons checked below are the library's own, whatever the desktop has.
+    void initTestCase() { VuaResourceProvider::setUseThemeIcons(false); }
+
     void layersFollowTheScene()
     {
         VugScene scene(1);
@@ -225,27 +230,23 @@ private Q_SLOTS:
 
     void decorationSwitches_data()
     {
-        MapTest::addColumns<int, QString, QString>({"kind", "text", "preference"});
-        QTest::newRow("compass") << int(VwvBasemapView::COMPASS) << "Show/hide compass" << "compassVisible";
-        QTest::newRow("scale bar") << int(VwvBasemapView::SCALE_BAR) << "Show/hide scale bar" << "scaleBarVisible";
-        QTest::newRow("grid") << int(VwvBasemapView::GRID) << "Show/hide grid" << "gridVisible";
-        QTest::newRow("axes") << int(VwvBasemapView::AXES) << "Show/hide axes" << "axesVisible";
+        MapTest::addColumns<int, QString, QString, Shown>({"kind", "text", "preference", "shown"});
+        QTest::newRow("compass") << int(VwvBasemapView::COMPASS) << "Show/hide compass" << "compassVisible"
+                                 << Shown([](const VwvBasemapView& v) { return v.getCompass()->isVisible(); });
+        QTest::newRow("scale bar") << int(VwvBasemapView::SCALE_BAR) << "Show/hide scale bar" << "scaleBarVisible"
+                                   << Shown([](const VwvBasemapView& v) { return v.getScaleBar()->isVisible(); });
+        QTest::newRow("grid") << int(VwvBasemapView::GRID) << "Show/hide grid" << "gridVisible"
+                              << Shown([](const VwvBasemapView& v) { return v.getPlot()->grid()->isVisible(); });
+        QTest::newRow("axes") << int(VwvBasemapView::AXES) << "Show/hide axes" << "axesVisible"
+                              << Shown([](const VwvBasemapView& v) { return v.getPlot()->axisEnabled(QwtPlot::xBottom); });
     }
     void decorationSwitches()
     {
-        auto [kind, text, preference] = MapTest::fetch<int, QString, QString>();
+        auto [kind, text, preference, shown] = MapTest::fetch<int, QString, QString, Shown>();
         VwvBasemapView view;
         VwvBasemapView other; // a second map follows the shared preference
-        const auto shown = [kind = kind](const VwvBasemapView& v) {
-            switch (kind) {
-            case VwvBasemapView::COMPASS: return v.getCompass()->isVisible();
-            case VwvBasemapView::SCALE_BAR: return v.getScaleBar()->isVisible();
-            case VwvBasemapView::GRID: return v.getPlot()->grid()->isVisible();
-            default: return v.getPlot()->axisEnabled(QwtPlot::xBottom);
-            }
-        };
         QAction* action = view.getDecorationShowAction(VwvBasemapView::DecorationKind(kind));
-        QVERIFY(action && action->isCheckable() && !action->icon().isNull());
+        QVERIFY(action && action->isCheckable() && MapTest::opaque(action->icon().pixmap(QSize(96, 96)).toImage()) > 96 * 96 / 20);
         QCOMPARE(action->text(), text);
         QVERIFY(action->isChecked() && shown(view));
         action->trigger();
@@ -650,6 +651,8 @@ private Q_SLOTS:
             for (const QString& id : tools->getModeIds() + tools->getActionIds()) {
                 QAction* action = tools->getAction(id) ? tools->getAction(id) : tools->getMode(id);
                 QVERIFY2(!action->isEnabled() && !action->isChecked(), qPrintable(id));
+                // Its icon is drawn, at any size (sharp on high-DPI screens).
+                QVERIFY2(MapTest::opaque(action->icon().pixmap(QSize(96, 96)).toImage()) > 96 * 96 / 20, qPrintable(id));
                 if (tools->getAction(id))
                     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("needs a map view")));
                 action->trigger();
@@ -657,20 +660,6 @@ private Q_SLOTS:
             QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("no mode 'nothing'")));
             QVERIFY(!tools->activate(QStringLiteral("nothing")));
         }
-    }
-
-    void iconsLoad()
-    {
-        VuaResourceProvider::setUseThemeIcons(false); // the library's own set, whatever the desktop has
-        for (const IconId& icon : {iconZoomHand(), iconZoomBox(), iconZoomIn(), iconZoomOut(), iconZoomCenterView(), iconZoomViewAll(),
-                                   iconZoomOnLayer(), iconZoomUndo(), iconZoomRedo(), iconViewerLineRuler(), iconViewerPolygonRuler(),
-                                   iconViewerCompass(), iconViewerScaleBar(), iconViewerGrid(), iconViewerAxes()}) {
-            // Drawn, at any size (sharp on high-DPI screens).
-            const QImage image = VuaResourceProvider::getIcon(icon).pixmap(QSize(96, 96)).toImage();
-            QCOMPARE(image.size(), QSize(96, 96));
-            QVERIFY2(MapTest::opaque(image) > 96 * 96 / 20, qPrintable(icon.getName()));
-        }
-        VuaResourceProvider::setUseThemeIcons(true);
     }
 };
 
