@@ -3,10 +3,10 @@
 // preferences live. Its tools driven with the mouse, the wheel and the keys on a bare plot
 // whose canvas is 600 x 400 pixels showing 0..600 by 0..400 map units (one unit a pixel):
 // the view each gesture leaves in each mode (pan, centre, click and box zoom, none), wheel
-// zoom about the mouse, the zoom stack and its limits, and the tracker. The rulers on such a
-// plot: the measure text beside the cursor, its units and preferences, the signals a
-// listener receives, the drawing of segment lengths and angles, and input that measures
-// nothing.
+// zoom about the mouse, the zoom stack and its limits (the tracker is seen in the demo map's
+// status bar). The rulers on such a plot: the measure text beside the cursor, its units and
+// preferences, the signals a listener receives, the drawing of segment lengths and angles,
+// and input that measures nothing.
 
 #include "ImageChecks.h"
 #include "MapTestKit.h"
@@ -18,7 +18,6 @@
 #include <VwqPlotMeasureArea.h>
 #include <VwqPlotMeasureLine.h>
 #include <VwqPlotPanner.h>
-#include <VwqPlotTracker.h>
 
 #include <qwt_plot_grid.h>
 #include <qwt_scale_div.h>
@@ -47,7 +46,6 @@ struct Plot
     VwqPlotPanner* panner = new VwqPlotPanner(canvas);
     VwqPlotMagnifier* magnifier = new VwqPlotMagnifier(canvas);
     VwqPlotZoomer* zoomer = new VwqPlotZoomer(canvas);
-    VwqPlotTracker* tracker = new VwqPlotTracker(canvas);
 
     Plot()
     {
@@ -387,17 +385,6 @@ private Q_SLOTS:
         p.zoomer->setAxisNoLimit(QwtPlot::xBottom);
         p.zoomer->zoom(rect);
         QVERIFY(MapTest::near(p.view(), rect));
-    }
-
-    void trackerReportsMapPositions()
-    {
-        Plot p;
-        QSignalSpy moved(p.tracker, &VwqPlotTracker::newTrackerPosition);
-        QTest::mouseMove(p.canvas, QPoint(150, 100));
-        QTRY_VERIFY(!moved.isEmpty());
-        const QPointF position = moved.last().at(0).toPointF();
-        QVERIFY(MapTest::near(position, QPointF(150, 300), 1.0));
-        QVERIFY(p.tracker->trackerTextF(position).isEmpty());
     }
 
     void measureText_data()
