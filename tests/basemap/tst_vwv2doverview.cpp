@@ -5,9 +5,7 @@
 #include "ImageChecks.h"
 #include "MapTestData.h"
 #include "MapTestKit.h"
-#include <VugERendering.h>
 #include <VugScene.h>
-#include <VugSceneItem.h>
 #include <Vwv2DOverView.h>
 
 namespace {
