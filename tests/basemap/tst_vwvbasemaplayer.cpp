@@ -2,9 +2,10 @@
 // converted between the view's and the dataset's coordinate systems, snapping, the plot
 // item following the layer's title, visibility and z, gone with either side, and sample
 // selection: the four ways to mask, bad ranks, the ring drawn on the map, and layers that
-// cannot select. The layers of a scene follow the dataset store: a layer's selection kept in
-// its point set (shown by the other layers of the set and by a second plot's, still there
-// when the layer is rebuilt or the store reloaded), a replaced dataset redrawing only the
+// cannot select. The layers of a scene follow its items (moved, inserted, removed, renamed,
+// hidden, or not drawable, which is reported) and the dataset store: a layer's selection
+// kept in its point set (shown by the other layers of the set and by a second plot's, still
+// there when the layer is rebuilt or the store reloaded), a replaced dataset redrawing only the
 // layers that draw it, a removed one leaving its items without a layer until it comes back.
 
 // Its image on the plot: drawn on the spot when small, on a worker thread when
@@ -318,6 +319,29 @@ private Q_SLOTS:
         QSignalSpy leftChanged(&left, &VwvBasemapLayer::sampleSelectionChanged);
         left.mask(0, Vu::SELECT);
         QCOMPARE(leftChanged.count(), 0);
+    }
+
+    void layersFollowTheScene()
+    {
+        World w({QStringLiteral("a"), QStringLiteral("a"), QStringLiteral("b")});
+        w.scene.moveItem(2, 0);
+        QCOMPARE(w.state(), (QStringList{"Z 1", "X 2", "Y 3"}));
+        w.scene.insertItem(1, MapTest::pointsItem(QStringLiteral("w")));
+        w.scene.removeItems({0, 2}); // Z and X
+        QCOMPARE(w.state(), (QStringList{"W 1", "Y 2"}));
+        w.scene.renameItem(1, QStringLiteral("Wells"));
+        w.scene.setItemActive(0, false);
+        QCOMPARE(w.state(), (QStringList{"W 1", "Wells 2"}));
+        QVERIFY(!w.layers.getLayer(0)->isVisible());
+        // Items that cannot be drawn keep their place without a layer, each reported.
+        MessageCatcher caught;
+        w.scene.appendItem(VugSceneItem(QStringLiteral("s"), QStringLiteral("Surface"), VugERendering::SURFACE));
+        w.scene.appendItem(MapTest::pointsItem(QStringLiteral("v"), QStringLiteral("missing")));
+        caught.stop();
+        QCOMPARE(w.state(), (QStringList{"W 1", "Wells 2", "-", "-"}));
+        QCOMPARE(caught.warnings.size(), 2);
+        QCOMPARE(caught.warnings.first(),
+                 QStringLiteral("VwvBasemapView: cannot create render layer 'Surface': No 2D renderer for rendering '16'."));
     }
 
     void theSelectionIsKeptInThePointSet()

@@ -1,7 +1,6 @@
-// The map view of a scene: a layer per item in z order that follows the scene's changes,
-// the message for an item it cannot draw, zooming to all, to a layer and to a rectangle of
-// the project's system (keeping to the finite data when a sample lies at 1e30 or NaN),
-// centring with its quarter-view rule, the last zoom kept in the scene, the decoration
+// The map view of a scene (its layers follow the scene as the layer tests show): zooming
+// to all, to a layer and to a rectangle of the project's system (keeping to the finite data
+// when a sample lies at 1e30 or NaN), centring with its quarter-view rule, the last zoom kept in the scene, the decoration
 // switches, GPS following, axis titles, pictures of the map in pixmaps, SVG and PDF, drops.
 // Its command groups as a scene window uses them: the view tools in a tool bar above the
 // view, driven by clicks and shortcuts; modes exclusive across groups, with Escape back to
@@ -11,7 +10,6 @@
 #include "ImageChecks.h"
 #include "MapTestData.h"
 #include "MapTestKit.h"
-#include "MessageCatcher.h"
 #include <VugERendering.h>
 #include <VugScene.h>
 #include <VupMapPreferences.h>
@@ -51,17 +49,6 @@ struct TextAcceptor : VwvIAcceptDrops
         return true;
     }
 };
-
-// The layers' titles and z values ("X 1"), "-" for an item without a layer.
-QStringList layers(const VwvBasemapView& view)
-{
-    QStringList t;
-    for (int rank = 0; rank < view.getLayerCount(); ++rank) {
-        const VwvBasemapLayer* layer = view.getLayer(rank);
-        t << (layer ? layer->getTitle() + QLatin1Char(' ') + QString::number(layer->getZ()) : QStringLiteral("-"));
-    }
-    return t;
-}
 
 // A second group, with one mode of its own that hands the view no mode.
 class SketchTools : public VwvABasemapToolActions
@@ -172,34 +159,6 @@ class TestVwvBasemapView : public QObject
 private Q_SLOTS:
     // The icons checked below are the library's own, whatever the desktop has.
     void initTestCase() { VuaResourceProvider::setUseThemeIcons(false); }
-
-    void layersFollowTheScene()
-    {
-        VugScene scene(1);
-        for (const char* id : {"x", "y"})
-            scene.appendItem(pointsItem(QLatin1String(id)));
-        scene.appendItem(pointsItem(QStringLiteral("z"), QStringLiteral("b")));
-        VwvBasemapView view;
-        view.setScene(&scene, _data.datasets.get());
-        scene.moveItem(2, 0);
-        QCOMPARE(layers(view), (QStringList{"Z 1", "X 2", "Y 3"}));
-        scene.insertItem(1, pointsItem(QStringLiteral("w")));
-        scene.removeItems({0, 2}); // Z and X
-        QCOMPARE(layers(view), (QStringList{"W 1", "Y 2"}));
-        scene.renameItem(1, QStringLiteral("Wells"));
-        scene.setItemActive(0, false);
-        QCOMPARE(layers(view), (QStringList{"W 1", "Wells 2"}));
-        QVERIFY(!view.getLayer(0)->isVisible());
-        // Items it cannot draw keep their place without a layer, each reported.
-        MessageCatcher caught;
-        scene.appendItem(VugSceneItem(QStringLiteral("s"), QStringLiteral("Surface"), VugERendering::SURFACE));
-        scene.appendItem(pointsItem(QStringLiteral("v"), QStringLiteral("missing")));
-        caught.stop();
-        QCOMPARE(layers(view), (QStringList{"W 1", "Wells 2", "-", "-"}));
-        QCOMPARE(caught.warnings.size(), 2);
-        QCOMPARE(caught.warnings.first(),
-                 QStringLiteral("VwvBasemapView: cannot create render layer 'Surface': No 2D renderer for rendering '16'."));
-    }
 
     void zoomsAndTheLastZoom()
     {
