@@ -1,7 +1,8 @@
 // The map view of a scene (its layers follow the scene as the layer tests show): zooming
 // to all, to a layer and to a rectangle of the project's system (keeping to the finite data
-// when a sample lies at 1e30 or NaN), centring with its quarter-view rule, the last zoom kept in the scene, the decoration
-// switches, GPS following, axis titles, pictures of the map in pixmaps, SVG and PDF, drops.
+// when a sample lies at 1e30 or NaN), centring with its quarter-view rule, the last zoom
+// kept in the scene, the decoration switches, GPS following, axis titles, pictures of the
+// map in pixmaps, SVG and PDF, drops.
 // Its command groups as a scene window uses them: the view tools in a tool bar above the
 // view, driven by clicks and shortcuts; modes exclusive across groups, with Escape back to
 // panning; the zoom commands enabled by the zoom stack and the current layer; groups
