@@ -261,20 +261,16 @@ private Q_SLOTS:
         QVERIFY(plot);
         auto* compass = new VwoCompass(VuuCoordSystem::local());
         compass->attach(plot.get());
-        // The x of the dark pixels' centroid in the upper half of the arrow: where it points.
+        // The x of the dark pixels' centroid in the upper half of the corner: where it points.
         const auto tip = [&] {
-            const QImage image = grabCanvas(*plot).copy(600 - 80, 0, 80, 80);
-            QVector<QPoint> dark;
+            const QImage image = grabCanvas(*plot).copy(600 - 80, 0, 80, 40);
+            double sum = 0.0, count = 0.0;
             for (int y = 0; y < image.height(); ++y)
                 for (int x = 0; x < image.width(); ++x)
-                    if (isDark(image.pixel(x, y)))
-                        dark << QPoint(x, y);
-            double sum = 0.0, count = 0.0;
-            for (const QPoint& p : dark)
-                if (p.y() < (dark.first().y() + dark.last().y()) / 2.0) {
-                    sum += p.x();
-                    ++count;
-                }
+                    if (isDark(image.pixel(x, y))) {
+                        sum += x;
+                        ++count;
+                    }
             return count ? sum / count : NaN;
         };
         const double upright = tip();
