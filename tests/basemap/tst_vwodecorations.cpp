@@ -14,7 +14,6 @@
 #include <VwoScaleBar.h>
 
 #include <qwt_plot_grid.h>
-#include <qwt_plot_renderer.h>
 
 #include <functional>
 
@@ -25,6 +24,8 @@ const double NaN = std::nan("");
 const QColor GROUND(40, 90, 40);
 
 enum Kind { COPYRIGHT, COMPASS, SCALE_BAR, GPS };
+// Where the GPS marker goes instead of a corner: at its fix.
+const int AT_ITS_FIX = 4;
 
 VwoADecoration* makeDecoration(int kind, const QString& text = QStringLiteral("\u00A9 Velmora contributors"))
 {
@@ -63,19 +64,6 @@ QImage grabCanvas(VwqBasemapPlot& plot)
     return plot.canvas()->grab().toImage().convertToFormat(QImage::Format_RGB32);
 }
 
-// As the view makes its pixmaps: the whole plot into an image `scale` times its size.
-QImage renderPlot(VwqBasemapPlot& plot, double scale)
-{
-    QImage image((QSizeF(plot.size()) * scale).toSize(), QImage::Format_RGB32);
-    image.fill(Qt::white);
-    QPainter painter(&image);
-    painter.scale(scale, scale);
-    QwtPlotRenderer renderer;
-    renderer.setDiscardFlag(QwtPlotRenderer::DiscardCanvasFrame);
-    renderer.render(&plot, &painter, QRectF(QPointF(0, 0), QSizeF(plot.size())));
-    return image;
-}
-
 bool isDark(QRgb c)
 {
     return qGray(c) < 60 && !ImageChecks::near(c, GROUND, 30);
@@ -88,13 +76,7 @@ QRect decorationArea(VwoADecoration* decoration, const std::function<QImage()>& 
     decoration->setVisible(false);
     const QImage without = picture();
     decoration->setVisible(visible);
-    const QImage with = picture();
-    QRect area;
-    for (int y = 0; y < with.height(); ++y)
-        for (int x = 0; x < with.width(); ++x)
-            if (!ImageChecks::near(with.pixel(x, y), without.pixel(x, y), 24))
-                area |= QRect(x, y, 1, 1);
-    return area;
+    return MapTest::changedArea(picture(), without, 24);
 }
 
 QPointF toSystem(const QString& definition, const QPointF& lonLat)
@@ -128,6 +110,7 @@ private Q_SLOTS:
     void eachDecorationInItsCorner_data()
     {
         // text: the attribution's; corner: Qt::Corner, -1 for nothing drawn
+        // A picture rendered at twice the size shows each twice as large, twice as far in.
         MapTest::addColumns<int, QString, QRectF, int>({"kind", "text", "view", "corner"});
         const QRectF view(0, 0, 600, 400);
         QTest::newRow("attribution") << int(COPYRIGHT) << "\u00A9 Velmora contributors" << view << int(Qt::BottomRightCorner);
@@ -138,10 +121,11 @@ private Q_SLOTS:
         QTest::newRow("scale bar") << int(SCALE_BAR) << "" << view << int(Qt::BottomLeftCorner);
         QTest::newRow("scale bar far out") << int(SCALE_BAR) << "" << QRectF(0, 0, 6e7, 4e7) << int(Qt::BottomLeftCorner);
         QTest::newRow("scale bar on a view of no width") << int(SCALE_BAR) << "" << QRectF(5, 0, 0, 400) << -1;
+        QTest::newRow("GPS position") << int(GPS) << "" << view << AT_ITS_FIX;
     }
     void eachDecorationInItsCorner()
     {
-        auto [kind, text, view, corner] = MapTest::fetch<int, QString, QRectF, int>({"kind", "text", "view", "corner"});
+        auto [kind, text, view, corner] = MapTest::fetch<int, QString, QRectF, int>();
         auto plot = makePlot(view);
         QVERIFY(plot);
         VwoADecoration* decoration = makeDecoration(kind, text);
@@ -150,6 +134,13 @@ private Q_SLOTS:
         const QRect area = decorationArea(decoration, [&] { return grabCanvas(*plot); });
         QCOMPARE(area.isEmpty(), corner < 0);
         if (corner < 0)
+            return;
+        const QRect one = decorationArea(decoration, [&] { return MapTest::rendered(*plot); });
+        const QRect two = decorationArea(decoration, [&] { return MapTest::rendered(*plot, 2.0); });
+        const QString sizes = QStringLiteral("%1 x %2 at 1, %3 x %4 at 2").arg(one.width()).arg(one.height()).arg(two.width()).arg(two.height());
+        QVERIFY2(!one.isEmpty() && qAbs(two.width() - 2 * one.width()) <= 4 && qAbs(two.height() - 2 * one.height()) <= 4, qPrintable(sizes));
+        QVERIFY2(MapTest::near(two.center(), one.center() * 2, 3), qPrintable(sizes));
+        if (corner == AT_ITS_FIX)
             return;
         // Within the corner's quarter, about the margin (10 px, and the frame's pixel) from its edges.
         const bool right = corner == Qt::TopRightCorner || corner == Qt::BottomRightCorner;
@@ -190,8 +181,7 @@ private Q_SLOTS:
     }
     void scaleBarRoundsDown()
     {
-        auto [unit, unitsPerPixel, canvasWidth, length, label] =
-            MapTest::fetch<QString, double, double, double, QString>({"unit", "unitsPerPixel", "canvasWidth", "length", "label"});
+        auto [unit, unitsPerPixel, canvasWidth, length, label] = MapTest::fetch<QString, double, double, double, QString>();
         const double got = VwoScaleBar::getLength(unitsPerPixel, canvasWidth);
         QVERIFY2(qAbs(got - length) <= 1e-12 * length, qPrintable(QString::number(got, 'g', 17)));
         QCOMPARE(VwoScaleBar(KbuUnit::fromKey(unit)).getLabel(got), label);
@@ -246,8 +236,7 @@ private Q_SLOTS:
     }
     void northAngle()
     {
-        auto [system, unit, point, lonLat, angle] =
-            MapTest::fetch<QString, QString, QPointF, bool, double>({"system", "unit", "point", "lonLat", "angle"});
+        auto [system, unit, point, lonLat, angle] = MapTest::fetch<QString, QString, QPointF, bool, double>();
         const bool local = system.startsWith(QLatin1String("local:")) || system.isEmpty();
         if (lonLat)
             point = toSystem(system, point) / (unit == QLatin1String("km") ? 1000.0 : 1.0);
@@ -266,26 +255,22 @@ private Q_SLOTS:
     }
     void compassLeansWithTheMeridians()
     {
-        auto [lonLat, lean] = MapTest::fetch<QPointF, int>({"lonLat", "lean"});
+        auto [lonLat, lean] = MapTest::fetch<QPointF, int>();
         const QPointF centre = toSystem(QStringLiteral("EPSG:32631"), lonLat);
         auto plot = makePlot(QRectF(centre - QPointF(30000, 20000), QSizeF(60000, 40000)));
         QVERIFY(plot);
         auto* compass = new VwoCompass(VuuCoordSystem::local());
         compass->attach(plot.get());
-        // The x of the dark pixels' centroid in the upper half of the arrow: where it points.
+        // The x of the dark pixels' centroid in the upper half of the corner: where it points.
         const auto tip = [&] {
-            const QImage image = grabCanvas(*plot).copy(600 - 80, 0, 80, 80);
-            QVector<QPoint> dark;
+            const QImage image = grabCanvas(*plot).copy(600 - 80, 0, 80, 40);
+            double sum = 0.0, count = 0.0;
             for (int y = 0; y < image.height(); ++y)
                 for (int x = 0; x < image.width(); ++x)
-                    if (isDark(image.pixel(x, y)))
-                        dark << QPoint(x, y);
-            double sum = 0.0, count = 0.0;
-            for (const QPoint& p : dark)
-                if (p.y() < (dark.first().y() + dark.last().y()) / 2.0) {
-                    sum += p.x();
-                    ++count;
-                }
+                    if (isDark(image.pixel(x, y))) {
+                        sum += x;
+                        ++count;
+                    }
             return count ? sum / count : NaN;
         };
         const double upright = tip();
@@ -316,8 +301,7 @@ private Q_SLOTS:
     }
     void gpsMarkerFollowsTheFix()
     {
-        auto [shown, fixes, valid, marker, at] =
-            MapTest::fetch<bool, QList<QPointF>, QList<bool>, QColor, QPointF>({"shown", "fixes", "valid", "marker", "at"});
+        auto [shown, fixes, valid, marker, at] = MapTest::fetch<bool, QList<QPointF>, QList<bool>, QColor, QPointF>();
         auto plot = makePlot();
         QVERIFY(plot);
         auto* gps = new VwoGpsPosition;
@@ -339,29 +323,6 @@ private Q_SLOTS:
         // Only the marker, about 20 px across, centred on the fix.
         QVERIFY(MapTest::near(area.center(), pixel, 1));
         QVERIFY2(area.width() >= 18 && area.width() <= 23, qPrintable(QString::number(area.width())));
-    }
-
-    void scaledPictureScalesTheDecorations_data()
-    {
-        QTest::addColumn<int>("kind");
-        QTest::newRow("attribution") << int(COPYRIGHT);
-        QTest::newRow("compass") << int(COMPASS);
-        QTest::newRow("scale bar") << int(SCALE_BAR);
-        QTest::newRow("GPS position") << int(GPS);
-    }
-    void scaledPictureScalesTheDecorations()
-    {
-        QFETCH(int, kind);
-        auto plot = makePlot();
-        QVERIFY(plot);
-        VwoADecoration* decoration = makeDecoration(kind);
-        decoration->attach(plot.get());
-        const QRect one = decorationArea(decoration, [&] { return renderPlot(*plot, 1.0); });
-        const QRect two = decorationArea(decoration, [&] { return renderPlot(*plot, 2.0); });
-        QVERIFY(!one.isEmpty());
-        const QString sizes = QStringLiteral("%1 x %2 at 1, %3 x %4 at 2").arg(one.width()).arg(one.height()).arg(two.width()).arg(two.height());
-        QVERIFY2(qAbs(two.width() - 2 * one.width()) <= 4 && qAbs(two.height() - 2 * one.height()) <= 4, qPrintable(sizes));
-        QVERIFY2(MapTest::near(two.center(), one.center() * 2, 3), qPrintable(sizes));
     }
 };
 

@@ -5,19 +5,14 @@
 #include "ImageChecks.h"
 #include "MapTestData.h"
 #include "MapTestKit.h"
-#include <VugERendering.h>
 #include <VugScene.h>
-#include <VugSceneItem.h>
 #include <Vwv2DOverView.h>
 
 namespace {
 
-const QRectF AREA(200, 150, 100, 80); // away from the scene's points
+using MapTest::pointsItem;
 
-VugSceneItem pointsItem(const QString& id, const QString& dataset)
-{
-    return VugSceneItem(id, id.toUpper(), VugERendering::POINTS, dataset);
-}
+const QRectF AREA(200, 150, 100, 80); // away from the scene's points
 
 VwqBasemapPlot* plotOf(const Vwv2DOverView& view)
 {
@@ -59,9 +54,7 @@ class TestVwv2DOverView : public QObject
 private Q_SLOTS:
     void initTestCase()
     {
-        VsdPointSet c;
-        c.append(1000, -300);
-        QVERIFY(_data.datasets->setPointSet(QStringLiteral("c"), c));
+        QVERIFY(_data.addPoints(QStringLiteral("c"), {{1000, -300}}));
         _scene = std::make_unique<VugScene>(1);
         _scene->appendItem(pointsItem(QStringLiteral("x"), QStringLiteral("a")));
         _scene->appendItem(pointsItem(QStringLiteral("z"), QStringLiteral("b")));
@@ -132,7 +125,7 @@ private Q_SLOTS:
     }
     void dragMovesTheRectangle()
     {
-        auto [area, grab, delta, emissions] = MapTest::fetch<QRectF, QPoint, QPoint, int>({"area", "grab", "delta", "emissions"});
+        auto [area, grab, delta, emissions] = MapTest::fetch<QRectF, QPoint, QPoint, int>();
         auto view = makeOverview();
         QVERIFY(view);
         view->setZoomArea(area);
@@ -168,7 +161,7 @@ private Q_SLOTS:
     }
     void doubleClickCentres()
     {
-        auto [offset, emissions] = MapTest::fetch<QPoint, int>({"offset", "emissions"});
+        auto [offset, emissions] = MapTest::fetch<QPoint, int>();
         auto view = makeOverview();
         QVERIFY(view);
         QSignalSpy moved(view.get(), &Vwv2DOverView::zoomAreaChanged);
@@ -196,7 +189,7 @@ private Q_SLOTS:
     }
     void arrowKeysMoveTheRectangle()
     {
-        auto [key, direction] = MapTest::fetch<int, QPoint>({"key", "direction"});
+        auto [key, direction] = MapTest::fetch<int, QPoint>();
         auto view = makeOverview();
         QVERIFY(view);
         view->activateWindow();
@@ -246,8 +239,7 @@ private Q_SLOTS:
     }
     void rectangleIsDrawnWhereTheAreaMaps()
     {
-        QFETCH(QSize, size);
-        QFETCH(QRectF, area);
+        auto [size, area] = MapTest::fetch<QSize, QRectF>();
         auto view = makeOverview();
         QVERIFY(view);
         view->setZoomArea(area);

@@ -2,14 +2,21 @@
 // converted between the view's and the dataset's coordinate systems, snapping, the plot
 // item following the layer's title, visibility and z, gone with either side, and sample
 // selection: the four ways to mask, bad ranks, the ring drawn on the map, and layers that
-// cannot select. The layers of a scene follow the dataset store: a layer's selection kept in
-// its point set (shown by the other layers of the set and by a second plot's, still there
-// when the layer is rebuilt or the store reloaded), a replaced dataset redrawing only the
+// cannot select. The layers of a scene follow its items (moved, inserted, removed, renamed,
+// hidden, or not drawable, which is reported) and the dataset store: a layer's selection
+// kept in its point set (shown by the other layers of the set and by a second plot's, still
+// there when the layer is rebuilt or the store reloaded), a replaced dataset redrawing only the
 // layers that draw it, a removed one leaving its items without a layer until it comes back.
+
+// Its image on the plot: drawn on the spot when small, on a worker thread when
+// large (the kept image shown moved until the new one comes), at full quality for exports,
+// and never delivered to an item that is gone. The point renderer's picks go to its set.
 
 #include "ImageChecks.h"
 #include "MapTestData.h"
 #include "MapTestKit.h"
+#include "MessageCatcher.h"
+#include <KbeError.h>
 #include <VsdPointSet.h>
 #include <VsdPolygonSet.h>
 #include <VugERendering.h>
@@ -20,22 +27,22 @@
 #include <VwvBasemapRendererPolygon.h>
 #include <VwvBasemapSceneLayers.h>
 
+#include <QSemaphore>
+
 namespace {
 
 std::shared_ptr<VwvBasemapRenderer> points(const QVector<QPointF>& at, const QVector<int>& selected = {})
 {
-    VsdPointSet set;
-    for (const QPointF& p : at)
-        set.append(p.x(), p.y());
+    VsdPointSet set = MapTest::pointSet(at);
     set.select(KbiIntervalIntSmallDisjoint::fromList(selected));
     return std::make_shared<VwvBasemapRenderer>(set);
 }
 
-// Pixels of the selection colour within two pixels of where the map point is shown.
-int ringNear(VwqBasemapPlot& plot, const QPointF& mapPoint)
+// Pixels of the selection colour within `reach` pixels of where the map point is shown.
+int ringNear(VwqBasemapPlot& plot, const QPointF& mapPoint, int reach = 2)
 {
     const QPoint centre = plot.viewToPixel(mapPoint).toPoint();
-    const QImage around = plot.canvas()->grab().toImage().copy(QRect(centre - QPoint(2, 2), QSize(5, 5)));
+    const QImage around = plot.canvas()->grab().toImage().copy(QRect(centre - QPoint(reach, reach), QSize(2 * reach + 1, 2 * reach + 1)));
     return ImageChecks::countNear(around, QColor(VwvPointRasterizer::Style().selectionColor), 4);
 }
 
@@ -67,17 +74,84 @@ struct World
         store->setPointSet(QStringLiteral("c"), diagonal(20, 2));
         const QStringList ids = {QStringLiteral("x"), QStringLiteral("y"), QStringLiteral("z")};
         for (int i = 0; i < keys.size(); ++i)
-            scene.appendItem(VugSceneItem(ids.at(i), ids.at(i).toUpper(), VugERendering::POINTS, keys.at(i)));
+            scene.appendItem(MapTest::pointsItem(ids.at(i), keys.at(i)));
         layers.setScene(&scene, store.get());
     }
 
-    QList<double> zOrder() const
+    // Each layer's title, z and selection ("X 1 1-2"), "-" for an item without a layer.
+    QStringList state() const
     {
-        QList<double> z;
-        for (int rank = 0; rank < layers.count(); ++rank)
-            z << (layers.getLayer(rank) ? layers.getLayer(rank)->getZ() : -1.0);
-        return z;
+        QStringList state;
+        for (int rank = 0; rank < layers.count(); ++rank) {
+            const VwvBasemapLayer* layer = layers.getLayer(rank);
+            if (!layer)
+                state << QStringLiteral("-");
+            else
+                state << QStringLiteral("%1 %2 %3").arg(layer->getTitle()).arg(layer->getZ()).arg(layer->getSelection().toString()).trimmed();
+        }
+        return state;
     }
+};
+
+// Paints a filled square of map units [40, 60] x [40, 60], claiming to be costly so that
+// the item draws it on a worker thread unless told otherwise; it may be held at a gate,
+// and may fail every drawing.
+class SquareRenderer : public VwvIBasemapRenderer
+{
+public:
+    enum Failure { NONE, OURS, STANDARD };
+    explicit SquareRenderer(QRgb color, QSemaphore* gate = nullptr, Failure failure = NONE,
+                            qint64 cost = VwvBasemapImageItem::SYNCHRONOUS_COST * 10)
+        : _color(color), _gate(gate), _failure(failure), _cost(cost)
+    {
+    }
+    QRectF boundingRect() const override { return QRectF(0, 0, 100, 100); }
+    void render(QImage& image, const QwtScaleMap& x, const QwtScaleMap& y) const override
+    {
+        if (_gate)
+            _gate->acquire();
+        ++renders;
+        if (_failure == STANDARD)
+            throw std::runtime_error("disk on fire");
+        if (_failure == OURS)
+            throw KbeError(QStringLiteral("the grid file is damaged"));
+        QPainter(&image).fillRect(QRectF(QPointF(x.transform(40), y.transform(60)), QPointF(x.transform(60), y.transform(40))),
+                                  QColor(_color));
+    }
+    qint64 renderCost() const override { return _cost; }
+    int pointToRank(const QPointF&, double) const override { return -1; }
+    KbiIntervalIntSmallDisjoint rectangleToRank(const QRectF&) const override { return {}; }
+    KbiIntervalIntSmallDisjoint polygonToRanks(const QPolygonF&) const override { return {}; }
+
+    mutable QAtomicInt renders;
+
+private:
+    QRgb _color;
+    QSemaphore* _gate;
+    Failure _failure;
+    qint64 _cost;
+};
+
+struct Map
+{
+    VwqBasemapPlot plot;
+    VwvBasemapImageItem* item = new VwvBasemapImageItem(QStringLiteral("layer"));
+
+    Map()
+    {
+        plot.resize(400, 400);
+        plot.addPlotItem(item);
+        item->setZ(1.0); // over the grid, as layers are
+        plot.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&plot));
+        plot.zoomer()->resetZoom(QRectF(0, 0, 100, 100));
+    }
+    void show(std::shared_ptr<VwvIBasemapRenderer> renderer)
+    {
+        item->setRenderer(std::move(renderer));
+        plot.replot();
+    }
+    QRgb at(const QPointF& mapPoint) { return plot.canvas()->grab().toImage().pixel(plot.viewToPixel(mapPoint).toPoint()); }
 };
 
 } // namespace
@@ -101,7 +175,7 @@ private Q_SLOTS:
     }
     void picksWithinEightPixels()
     {
-        auto [view, click, rank] = MapTest::fetch<QRectF, QPointF, int>({"view", "click", "rank"});
+        auto [view, click, rank] = MapTest::fetch<QRectF, QPointF, int>();
 
         auto plot = MapTest::showPlot(view);
         QVERIFY(plot);
@@ -140,7 +214,6 @@ private Q_SLOTS:
         auto plot = MapTest::showPlot(QRectF(0, 0, 100, 100));
         auto layer = std::make_unique<VwvBasemapLayer>(plot.get(), points({{10, 10}}));
         VwvBasemapImageItem* item = layer->getPlotItem();
-        QCOMPARE(item->plot(), plot.get());
         layer->setTitle(QStringLiteral("Samples"));
         layer->setVisible(false);
         layer->setZ(3.0);
@@ -155,11 +228,14 @@ private Q_SLOTS:
         layer.reset();
         QVERIFY(plot->itemList(QwtPlotItem::Rtti_PlotUserItem + 1).isEmpty());
 
-        // The plot may go first: the layer then answers without it.
+        // The plot may go first: the layer then answers without it, and selects nothing.
         auto second = std::make_unique<VwvBasemapLayer>(plot.get(), points({{10, 10}}));
         plot.reset();
         QCOMPARE(second->getPlotItem(), nullptr);
         QCOMPARE(second->pointToRank(QPointF(10, 10)), -1);
+        QSignalSpy changed(second.get(), &VwvBasemapLayer::sampleSelectionChanged);
+        second->mask(0, Vu::SELECT);
+        QCOMPARE(changed.count(), 0);
         second.reset();
     }
 
@@ -186,36 +262,24 @@ private Q_SLOTS:
     }
     void mask()
     {
-        QFETCH(QVector<int>, before);
-        QFETCH(QVector<int>, ranks);
-        QFETCH(int, flag);
-        QFETCH(QString, after);
-        QFETCH(int, emitted);
-        QFETCH(bool, warns);
+        auto [before, ranks, flag, after, emitted, warns] = MapTest::fetch<QVector<int>, QVector<int>, int, QString, int, bool>();
 
         VwqBasemapPlot plot;
         VwvBasemapLayer layer(&plot, points({{0, 0}, {1, 1}, {2, 2}, {3, 3}, {4, 4}}, before));
         QSignalSpy changed(&layer, &VwvBasemapLayer::sampleSelectionChanged);
-        const auto apply = [&] {
+        // Masked again (but toggled), the selection stays where it is, and says nothing.
+        for (int time = 0; time < (flag == Vu::TOGGLE ? 1 : 2); ++time) {
             if (warns)
                 QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("^VwvBasemapLayer::mask: ")));
             if (ranks.size() == 1)
                 layer.mask(ranks.first(), Vu::SelectionFlag(flag));
             else
                 layer.mask(KbiIntervalIntSmallDisjoint::fromList(ranks), Vu::SelectionFlag(flag));
-        };
-        apply();
-        QCOMPARE(layer.getSelection().toString(), after);
-        QCOMPARE(changed.count(), emitted);
-        if (emitted)
-            QCOMPARE(changed.first().at(0).value<VwvBasemapLayer*>(), &layer);
-
-        // Masked again, the selection stays where it is, and says nothing.
-        if (flag != Vu::TOGGLE) {
-            apply();
             QCOMPARE(layer.getSelection().toString(), after);
             QCOMPARE(changed.count(), emitted);
         }
+        if (emitted)
+            QCOMPARE(changed.first().at(0).value<VwvBasemapLayer*>(), &layer);
     }
 
     void theSelectedSampleIsRingedOnTheMap()
@@ -228,6 +292,7 @@ private Q_SLOTS:
         QCOMPARE(ringNear(*plot, QPointF(60.5, 50.5)), 0);
         layer.mask(1, Vu::SELECT);
         QVERIFY(ringNear(*plot, QPointF(60.5, 50.5)) >= 6);
+        QCOMPARE(ringNear(*plot, QPointF(60.5, 50.5), 0), 0); // around the sample, not over it
         QCOMPARE(ringNear(*plot, QPointF(30.5, 50.5)), 0);
         layer.clearSelection();
         QCOMPARE(ringNear(*plot, QPointF(60.5, 50.5)), 0);
@@ -248,14 +313,29 @@ private Q_SLOTS:
         QCOMPARE(changed.count(), 0);
         QVERIFY(layer.getSelection().isEmpty());
         QCOMPARE(layer.getRenderer(), renderer);
+    }
 
-        // Nor does a layer whose plot is gone.
-        auto orphan = std::make_unique<VwqBasemapPlot>();
-        VwvBasemapLayer left(orphan.get(), points({{1, 1}}));
-        orphan.reset();
-        QSignalSpy leftChanged(&left, &VwvBasemapLayer::sampleSelectionChanged);
-        left.mask(0, Vu::SELECT);
-        QCOMPARE(leftChanged.count(), 0);
+    void layersFollowTheScene()
+    {
+        World w({QStringLiteral("a"), QStringLiteral("a"), QStringLiteral("b")});
+        w.scene.moveItem(2, 0);
+        QCOMPARE(w.state(), (QStringList{"Z 1", "X 2", "Y 3"}));
+        w.scene.insertItem(1, MapTest::pointsItem(QStringLiteral("w")));
+        w.scene.removeItems({0, 2}); // Z and X
+        QCOMPARE(w.state(), (QStringList{"W 1", "Y 2"}));
+        w.scene.renameItem(1, QStringLiteral("Wells"));
+        w.scene.setItemActive(0, false);
+        QCOMPARE(w.state(), (QStringList{"W 1", "Wells 2"}));
+        QVERIFY(!w.layers.getLayer(0)->isVisible());
+        // Items that cannot be drawn keep their place without a layer, each reported.
+        MessageCatcher caught;
+        w.scene.appendItem(VugSceneItem(QStringLiteral("s"), QStringLiteral("Surface"), VugERendering::SURFACE));
+        w.scene.appendItem(MapTest::pointsItem(QStringLiteral("v"), QStringLiteral("missing")));
+        caught.stop();
+        QCOMPARE(w.state(), (QStringList{"W 1", "Wells 2", "-", "-"}));
+        QCOMPARE(caught.warnings.size(), 2);
+        QCOMPARE(caught.warnings.first(),
+                 QStringLiteral("VwvBasemapView: cannot create render layer 'Surface': No 2D renderer for rendering '16'."));
     }
 
     void theSelectionIsKeptInThePointSet()
@@ -277,13 +357,11 @@ private Q_SLOTS:
         QCOMPARE(stored.count(), 1);
         // The layer that was masked stays; Z, drawing the same set, is redrawn with it.
         QCOMPARE(w.layers.getLayer(0), x.data());
-        QCOMPARE(x->getSelection().toString(), QStringLiteral("1-2"));
         QCOMPARE(w.layers.getLayer(1), y.data());
         QVERIFY(!z);
-        QCOMPARE(w.layers.getLayer(2)->getSelection().toString(), QStringLiteral("1-2"));
+        QCOMPARE(w.state(), (QStringList{"X 1 1-2", "Y 2", "Z 3 1-2"}));
         QCOMPARE(rebuilt.count(), 1);
         QCOMPARE(overview.getLayer(0)->getSelection().toString(), QStringLiteral("1-2"));
-        QCOMPARE(w.zOrder(), (QList<double>{1, 2, 3}));
 
         // Nothing new: nothing written.
         x->mask(2, Vu::SELECT);
@@ -300,11 +378,8 @@ private Q_SLOTS:
         w.layers.getLayer(0)->mask(4, Vu::REPLACE);
         QCOMPARE(w.store->pointSet(QStringLiteral("a"))->selection().toString(), QStringLiteral("4"));
         w.store->load();
-        const KbiIntervalIntSmallDisjoint loaded = w.store->pointSet(QStringLiteral("a"))->selection();
-        QCOMPARE(loaded.toString(), QStringLiteral("1-2"));
-        QCOMPARE(w.layers.getLayer(0)->getSelection(), loaded);
-        QCOMPARE(w.layers.getLayer(2)->getSelection(), loaded);
-        QCOMPARE(w.zOrder(), (QList<double>{1, 2, 3}));
+        QCOMPARE(w.store->pointSet(QStringLiteral("a"))->selection().toString(), QStringLiteral("1-2"));
+        QCOMPARE(w.state(), (QStringList{"X 1 1-2", "Y 2", "Z 3 1-2"}));
     }
 
     void layersFollowTheirDatasets_data()
@@ -322,8 +397,7 @@ private Q_SLOTS:
     }
     void layersFollowTheirDatasets()
     {
-        auto [events, yRebuilt, yBounds, rebuilds] =
-            MapTest::fetch<QStringList, bool, QRectF, int>({"events", "yRebuilt", "yBounds", "rebuilds"});
+        auto [events, yRebuilt, yBounds, rebuilds] = MapTest::fetch<QStringList, bool, QRectF, int>();
 
         World w({QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c")});
         w.scene.renameItem(1, QStringLiteral("Wells"));
@@ -346,19 +420,150 @@ private Q_SLOTS:
 
         QCOMPARE(rebuilt.count(), rebuilds);
         QCOMPARE(w.layers.getLayer(0), x.data());
-        QCOMPARE(w.layers.count(), 3);
         QCOMPARE(!y, yRebuilt);
-        VwvBasemapLayer* layer = w.layers.getLayer(1);
-        QCOMPARE(layer != nullptr, !yBounds.isNull());
-        if (layer) {
-            QCOMPARE(layer->boundingRect(), yBounds);
-            QCOMPARE(layer->getTitle(), QStringLiteral("Wells"));
-            QVERIFY(!layer->isVisible());
-        }
-        QCOMPARE(w.zOrder(), (QList<double>{1, layer ? 2.0 : -1.0, 3}));
+        QCOMPARE(w.state(), (QStringList{"X 1", yBounds.isNull() ? "-" : "Wells 2", "Z 3"}));
+        const VwvBasemapLayer* layer = w.layers.getLayer(1);
+        QVERIFY(!layer || (layer->boundingRect() == yBounds && !layer->isVisible()));
         // The third layer is only made again when its own set changed.
         const bool zOwnSet = events.contains(QStringLiteral("set c"));
         QCOMPARE(w.layers.getLayer(2)->boundingRect(), zOwnSet ? QRectF(50, 50, 3, 3) : QRectF(20, 20, 1, 1));
+    }
+
+    void smallSetsAreDrawnOnTheSpot()
+    {
+        const VsdPointSet points = MapTest::pointSet(QVector<QPointF>(50, QPointF(50, 50)));
+        VwvPointRasterizer::Style style;
+        style.size = 7;
+        style.color = qRgb(200, 0, 0);
+        Map map;
+        map.show(std::make_shared<VwvBasemapRenderer>(points, QString(), VugColorScale::rainbow(), style));
+        QVERIFY(!map.item->isRendering());
+        QCOMPARE(map.at(QPointF(50, 50)), qRgb(200, 0, 0));
+        QCOMPARE(map.item->boundingRect(), QRectF(50, 50, 0, 0));
+    }
+
+    void largeDrawingsComeFromAWorker()
+    {
+        Map map;
+        auto renderer = std::make_shared<SquareRenderer>(qRgb(0, 0, 255));
+        map.show(renderer);
+        QTRY_VERIFY(!map.item->isRendering());
+        QTRY_COMPARE(map.at(QPointF(50, 50)), qRgb(0, 0, 255));
+        // Zoomed out twice as far: the kept image shows at once, scaled, then the new one.
+        const int before = renderer->renders;
+        map.plot.zoomer()->zoom(QRectF(-50, -50, 200, 200));
+        QCOMPARE(map.at(QPointF(50, 50)), qRgb(0, 0, 255));
+        QTRY_VERIFY(renderer->renders > before);
+        QTRY_VERIFY(!map.item->isRendering());
+        QCOMPARE(map.at(QPointF(45, 45)), qRgb(0, 0, 255));
+        QVERIFY(map.at(QPointF(20, 20)) != qRgb(0, 0, 255));
+    }
+
+    void exportsAreDrawnInFull()
+    {
+        Map map;
+        map.item->setRenderer(std::make_shared<SquareRenderer>(qRgb(0, 128, 0)));
+        const int green = ImageChecks::countNear(MapTest::rendered(map.plot), QColor(0, 128, 0));
+        QVERIFY2(green > 1000, qPrintable(QString::number(green)));
+    }
+
+    void anItemGoneBeforeItsImageIsLeftAlone()
+    {
+        QSemaphore gate;
+        auto map = std::make_unique<Map>();
+        map->show(std::make_shared<SquareRenderer>(qRgb(1, 2, 3), &gate));
+        QTRY_VERIFY(map->item->isRendering());
+        map.reset(); // the plot deletes its items
+        gate.release();
+        QThreadPool::globalInstance()->waitForDone();
+        QCoreApplication::processEvents(); // a stray delivery would crash here
+    }
+
+    void newRenderersReplaceTheOldPictureInTurn()
+    {
+        QSemaphore gate;
+        Map map;
+        map.show(std::make_shared<SquareRenderer>(qRgb(0, 0, 255)));
+        QTRY_COMPARE(map.at(QPointF(50, 50)), qRgb(0, 0, 255));
+        // While the new drawing is held, the map shows the old one rather than nothing.
+        map.show(std::make_shared<SquareRenderer>(qRgb(200, 0, 0), &gate));
+        QTRY_VERIFY(map.item->isRendering());
+        QCOMPARE(map.at(QPointF(50, 50)), qRgb(0, 0, 255));
+        // A third renderer meanwhile, drawn on the spot: the held drawing, finished late, is
+        // not shown over it.
+        map.show(std::make_shared<SquareRenderer>(qRgb(0, 200, 200), nullptr, SquareRenderer::NONE, 10));
+        gate.release();
+        QTRY_COMPARE(map.at(QPointF(50, 50)), qRgb(0, 200, 200));
+        QThreadPool::globalInstance()->waitForDone();
+        QCoreApplication::processEvents();
+        QCOMPARE(map.at(QPointF(50, 50)), qRgb(0, 200, 200));
+    }
+
+    void drawingErrorsAreReportedOnce_data()
+    {
+        MapTest::addColumns<qint64, int, QString>({"cost", "failure", "message"});
+        QTest::newRow("on the spot") << qint64(10) << int(SquareRenderer::OURS)
+                                     << "Error while drawing layer 'layer': the grid file is damaged";
+        QTest::newRow("on a worker") << VwvBasemapImageItem::SYNCHRONOUS_COST * 10 << int(SquareRenderer::STANDARD)
+                                     << "Error while drawing layer 'layer': std::exception: disk on fire";
+    }
+    void drawingErrorsAreReportedOnce()
+    {
+        auto [cost, failure, message] = MapTest::fetch<qint64, int, QString>();
+        MessageCatcher caught;
+        Map map;
+        auto failing = std::make_shared<SquareRenderer>(0, nullptr, SquareRenderer::Failure(failure), cost);
+        map.show(failing);
+        QTRY_COMPARE(caught.warnings.size(), 1);
+        QTRY_VERIFY(!map.item->isRendering());
+        QCoreApplication::processEvents();
+        // Replots of the same view do not try again, nor repeat the message.
+        const int tries = failing->renders;
+        map.plot.replot();
+        map.plot.replot();
+        QCoreApplication::processEvents();
+        QCOMPARE(int(failing->renders), tries);
+        QVERIFY(map.at(QPointF(50, 50)) != qRgb(0, 0, 0));
+        // A working renderer draws again.
+        map.show(std::make_shared<SquareRenderer>(qRgb(0, 0, 255)));
+        QTRY_COMPARE(map.at(QPointF(50, 50)), qRgb(0, 0, 255));
+        caught.stop();
+        QCOMPARE(caught.warnings, QStringList{message});
+    }
+
+    void sharpOnHighDpiScreens_data()
+    {
+        MapTest::addColumns<qreal, int>({"ratio", "dotSize"});
+        QTest::newRow("ordinary screen, 5-pixel symbol") << qreal(1) << 5;
+        QTest::newRow("double density, 5-pixel symbol") << qreal(2) << 5;
+        QTest::newRow("double density, one-pixel dot") << qreal(2) << 1;
+        QTest::newRow("one and a half") << qreal(1.5) << 5;
+    }
+    void sharpOnHighDpiScreens()
+    {
+        auto [ratio, dotSize] = MapTest::fetch<qreal, int>();
+        // A screen's backing store: a pixmap of that many device pixels per logical pixel.
+        QPixmap screen(QSize(100, 100) * ratio);
+        screen.setDevicePixelRatio(ratio);
+        screen.fill(Qt::white);
+        VwvPointRasterizer::Style style;
+        style.size = dotSize;
+        VwvBasemapImageItem item;
+        item.setRenderer(std::make_shared<VwvBasemapRenderer>(MapTest::pointSet({{50, 50}}), QString(), VugColorScale::rainbow(), style));
+        const MapTest::Canvas maps;
+        QPainter painter(&screen);
+        item.draw(&painter, maps.xMap, maps.yMap, QRectF(0, 0, 100, 100));
+        painter.end();
+        const QImage image = screen.toImage();
+        const int marked = ImageChecks::count(image, [](QRgb p) { return p != qRgb(255, 255, 255); });
+        // The symbol keeps its logical size, in as many device pixels as the screen has; a
+        // dot stays one device pixel.
+        const double across = std::lround(dotSize * ratio);
+        const int expected = dotSize == 1 ? 1 : int(std::lround(M_PI * across * across / 4.0));
+        QVERIFY2(qAbs(marked - expected) <= expected / 4 + 1, qPrintable(QStringLiteral("%1 pixels marked, %2 expected").arg(marked).arg(expected)));
+        // Centred on the sample, in device pixels.
+        const QPoint centre(int(50 * ratio), int(50 * ratio));
+        QVERIFY(image.pixel(centre) != qRgb(255, 255, 255) || image.pixel(centre - QPoint(1, 1)) != qRgb(255, 255, 255));
     }
 };
 

@@ -1,8 +1,11 @@
-// The renderer a scene item gets, by its rendering (and the errors for renderings the map
-// does not draw, and for a missing dataset); the polygon, polyline, grid wireframe and
-// raster renderers drawn into a small image and checked at known pixels (a fill, a hole,
-// an edge, a line, a cell's colour, a turned grid), their picks, refused styles, and
-// input that must draw nothing and not crash.
+// Points drawn into an image by the point rasterizer, checked at known pixels: where a
+// sample lands, its colour from a scale, discs clipped at the border (the selection ring is
+// checked on the map, with the layers), and samples that must
+// not be drawn (off the image, non-finite, undefined). The renderer a scene item gets, by its
+// rendering (and the errors for renderings the map does not draw, and for a missing
+// dataset); the polygon, polyline, grid wireframe and raster renderers drawn into a small
+// image and checked at known pixels (a fill, a hole, an edge, a line, a cell's colour, a
+// turned grid), their picks, refused styles, and input that must draw nothing and not crash.
 
 #include "ImageChecks.h"
 #include "MapTestData.h"
@@ -21,6 +24,7 @@
 #include <VwvBasemapRendererPolygon.h>
 #include <VwvBasemapRendererPolyline.h>
 #include <VwvBasemapRendererRaster.h>
+#include <VwvPointRasterizer.h>
 
 #include <typeinfo>
 
@@ -56,15 +60,6 @@ bool near(const Canvas& c, const QPointF& map, QRgb color)
                 return true;
         }
     return false;
-}
-
-int opaqueCount(const QImage& image)
-{
-    int n = 0;
-    for (int y = 0; y < image.height(); ++y)
-        for (int x = 0; x < image.width(); ++x)
-            n += qAlpha(image.pixel(x, y)) > 0;
-    return n;
 }
 
 QPolygonF square(double x0, double y0, double x1, double y1)
@@ -110,13 +105,14 @@ VugColorScale grey099()
     return scale;
 }
 
+// "polygon", "polyline", "wire", "raster" or "turned raster" (a quarter turn), in default styles.
 std::shared_ptr<VwvIBasemapRenderer> rendererOf(const QString& kind, bool empty = false)
 {
     if (kind == QLatin1String("polygon"))
         return std::make_shared<VwvBasemapRendererPolygon>(empty ? VsdPolygonSet() : samplePolygons());
     if (kind == QLatin1String("polyline"))
         return std::make_shared<VwvBasemapRendererPolyline>(empty ? VsdPolylineSet() : samplePolylines());
-    const VsdGrid grid = empty ? VsdGrid() : sampleGrid();
+    const VsdGrid grid = empty ? VsdGrid() : sampleGrid(kind.startsWith(QLatin1String("turned")) ? 90.0 : 0.0);
     if (kind == QLatin1String("wire"))
         return std::make_shared<VwvBasemapRendererGridWire>(grid);
     return std::make_shared<VwvBasemapRendererRaster>(grid, grey099());
@@ -126,6 +122,53 @@ const QRgb FILL = qRgba(0, 0, 255, 128);
 const QRgb OUTLINE = qRgb(0, 128, 0);
 const QRgb SELECTION = qRgb(255, 0, 0);
 const QRgb NONE = qRgba(0, 0, 0, 0);
+
+// The outlined renderers in the colours above: "polygon" or "selected polygon" (the first),
+// "polyline" with its second line selected, "wire" or "turned wire" (45 degrees).
+std::shared_ptr<VwvIBasemapRenderer> inColours(const QString& kind)
+{
+    if (kind.endsWith(QLatin1String("polygon"))) {
+        VwvBasemapRendererPolygon::Style style;
+        style.fillColor = QColor::fromRgba(FILL);
+        style.outlineColor = QColor::fromRgba(OUTLINE);
+        style.selectionColor = QColor::fromRgba(SELECTION);
+        const KbiIntervalIntSmallDisjoint selection = kind.startsWith(QLatin1String("selected")) ? KbiIntervalIntSmallDisjoint(0)
+                                                                                                 : KbiIntervalIntSmallDisjoint();
+        return std::make_shared<VwvBasemapRendererPolygon>(samplePolygons(), selection, style);
+    }
+    if (kind == QLatin1String("polyline")) {
+        VwvBasemapRendererPolyline::Style style;
+        style.color = QColor::fromRgba(OUTLINE);
+        style.selectionColor = QColor::fromRgba(SELECTION);
+        return std::make_shared<VwvBasemapRendererPolyline>(samplePolylines(), KbiIntervalIntSmallDisjoint(1), style);
+    }
+    VwvBasemapRendererGridWire::Style style;
+    style.color = QColor::fromRgba(OUTLINE);
+    return std::make_shared<VwvBasemapRendererGridWire>(sampleGrid(kind.startsWith(QLatin1String("turned")) ? 45.0 : 0.0), style);
+}
+
+// A white canvas of 0..100 by 0..100 map units, drawn into by a rasterizer.
+struct WhiteCanvas : MapTest::Canvas
+{
+    WhiteCanvas()
+        : MapTest::Canvas(QImage::Format_ARGB32_Premultiplied, Qt::white)
+    {
+    }
+    void draw(const VwvPointRasterizer& r) { r.draw(image, xMap, yMap); }
+    int countOf(QRgb color) const { return ImageChecks::count(image, [color](QRgb p) { return p == color; }); }
+    int notWhite() const { return image.width() * image.height() - countOf(qRgb(255, 255, 255)); }
+};
+
+VwvPointRasterizer rasterizer(const double* x, const double* y, int count, int size = 1, QRgb color = qRgb(0, 0, 0))
+{
+    VwvPointRasterizer r;
+    VwvPointRasterizer::Style style;
+    style.size = size;
+    style.color = color;
+    r.setStyle(style);
+    r.setPoints(x, y, count);
+    return r;
+}
 
 } // namespace
 
@@ -144,6 +187,98 @@ private Q_SLOTS:
         QVERIFY(_data.datasets->setPolygonSet(QStringLiteral("boundary"), samplePolygons()));
         QVERIFY(_data.datasets->setPolylineSet(QStringLiteral("faults"), samplePolylines()));
         QVERIFY(_data.datasets->setGrid(QStringLiteral("thickness"), sampleGrid()));
+    }
+
+    void samplesLandOnTheirPixel_data()
+    {
+        // drawn: pixels changed
+        MapTest::addColumns<double, double, int>({"x", "y", "drawn"});
+        QTest::newRow("inside") << 10.5 << 20.5 << 1;
+        QTest::newRow("on the lower left corner") << 0.0 << 0.01 << 1;
+        QTest::newRow("just off the right") << 100.0 << 50.0 << 0;
+        QTest::newRow("negative") << -0.5 << 50.0 << 0;
+        QTest::newRow("NaN") << std::nan("") << 50.0 << 0;
+        QTest::newRow("infinite") << 50.0 << HUGE_VAL << 0;
+        QTest::newRow("the undefined value") << KbbGlobal::D_FFFF << 50.0 << 0;
+    }
+    void samplesLandOnTheirPixel()
+    {
+        auto [x, y, drawn] = MapTest::fetch<double, double, int>();
+        WhiteCanvas c;
+        c.draw(rasterizer(&x, &y, 1));
+        QCOMPARE(c.notWhite(), drawn);
+        if (drawn)
+            QCOMPARE(c.at(QPointF(x, y)), qRgb(0, 0, 0));
+    }
+
+    void valuesTakeTheScaleColours()
+    {
+        const double xs[] = {10, 20, 30, 40};
+        const double ys[] = {50, 50, 50, 50};
+        const double values[] = {0.0, 0.5, 1.0, KbbGlobal::D_FFFF};
+        VugColorScale scale = VugColorScale::rainbow();
+        scale.setRange(0.0, 1.0);
+        for (const int size : {1, 3}) {
+            VwvPointRasterizer r = rasterizer(xs, ys, 4, size);
+            r.setValues(values, scale);
+            WhiteCanvas c;
+            c.draw(r);
+            for (int i = 0; i < 3; ++i)
+                QVERIFY2(ImageChecks::near(c.image.pixel(int(xs[i]), 50), scale.colorAt(values[i]), 3), qPrintable(QString::number(i)));
+            // Undefined with a transparent undefined colour: not drawn at all.
+            QCOMPARE(c.image.pixel(40, 50), qRgb(255, 255, 255));
+        }
+        scale.setUndefinedColor(qRgb(1, 2, 3));
+        VwvPointRasterizer r = rasterizer(xs, ys, 4);
+        r.setValues(values, scale);
+        WhiteCanvas c;
+        c.draw(r);
+        QCOMPARE(c.image.pixel(40, 50), qRgb(1, 2, 3));
+    }
+
+    void discsAreRoundClippedAndBlended_data()
+    {
+        MapTest::addColumns<double, double, int, int, int, int>({"x", "y", "size", "alpha", "minimum", "maximum"});
+        QTest::newRow("5 px in the middle") << 50.5 << 50.5 << 5 << 255 << 21 << 21;
+        QTest::newRow("4 px, centred between pixels") << 50.0 << 50.0 << 4 << 255 << 12 << 12;
+        QTest::newRow("5 px on a corner: a quarter") << 0.0 << 100.0 << 5 << 255 << 8 << 8;
+        QTest::newRow("9 px half off the left") << 0.0 << 50.5 << 9 << 255 << 39 << 39;
+        QTest::newRow("wholly off the image") << -20.0 << 50.0 << 9 << 255 << 0 << 0;
+        QTest::newRow("translucent dot") << 50.5 << 50.5 << 1 << 128 << 1 << 1;
+        QTest::newRow("translucent disc") << 50.5 << 50.5 << 5 << 128 << 21 << 21;
+        QTest::newRow("translucent disc, clipped") << 0.0 << 50.5 << 9 << 128 << 39 << 39;
+    }
+    void discsAreRoundClippedAndBlended()
+    {
+        auto [x, y, size, alpha, minimum, maximum] = MapTest::fetch<double, double, int, int, int, int>();
+        WhiteCanvas c;
+        c.draw(rasterizer(&x, &y, 1, size, qRgba(0, 0, 0, alpha)));
+        // Black, or the grey it makes over white.
+        const int n = ImageChecks::countNear(c.image, QColor(255 - alpha, 255 - alpha, 255 - alpha), 2);
+        QVERIFY2(n >= minimum && n <= maximum, qPrintable(QString::number(n)));
+        QCOMPARE(c.notWhite(), n);
+    }
+
+    void refusesWhatItCannotDraw()
+    {
+        VwvPointRasterizer r;
+        VwvPointRasterizer::Style style;
+        style.size = 0;
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("^VwvPointRasterizer::setStyle: "));
+        r.setStyle(style);
+        QCOMPARE(r.getStyle().size, 1);
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("^VwvPointRasterizer::setPoints: "));
+        r.setPoints(nullptr, nullptr, 5);
+        const double x = 1.5;
+        r.setPoints(&x, &x, 1);
+        QImage indexed(10, 10, QImage::Format_Indexed8);
+        WhiteCanvas c;
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("^VwvPointRasterizer::draw: "));
+        r.draw(indexed, c.xMap, c.yMap);
+        // A collapsed scale draws nothing rather than dividing by zero.
+        c.xMap.setScaleInterval(5, 5);
+        c.draw(r);
+        QCOMPARE(c.notWhite(), 0);
     }
 
     void renderingPicksTheRenderer_data()
@@ -168,7 +303,7 @@ private Q_SLOTS:
     }
     void renderingPicksTheRenderer()
     {
-        auto [rendering, dataset, type] = MapTest::fetch<int, QString, QString>({"rendering", "dataset", "type"});
+        auto [rendering, dataset, type] = MapTest::fetch<int, QString, QString>();
 
         const VugSceneItem item(QStringLiteral("i1"), QStringLiteral("Item"), VugERendering::fromValue(rendering),
                                 dataset, QStringLiteral("Porosity"));
@@ -182,79 +317,43 @@ private Q_SLOTS:
             QCOMPARE(error.getMessage(), type);
         }
     }
-    void polygonFillHolesAndOutline_data()
+    // A fill or nothing shows at the point; an outline or a line within a pixel of it.
+    void outlinesFillsAndSelections_data()
     {
-        MapTest::addColumns<QPointF, bool, QRgb>({"point", "selected", "expected"});
+        MapTest::addColumns<QString, QPointF, QRgb>({"kind", "point", "expected"});
 
-        QTest::newRow("inside the ring") << QPointF(25.5, 25.5) << false << FILL;
-        QTest::newRow("inside the hole") << QPointF(50.5, 50.5) << false << NONE;
-        QTest::newRow("outside") << QPointF(5.5, 50.5) << false << NONE;
-        QTest::newRow("on the left edge") << QPointF(10, 50.5) << false << OUTLINE;
-        QTest::newRow("on the hole's edge") << QPointF(40, 50.5) << false << OUTLINE;
-        QTest::newRow("selected: the edge") << QPointF(10, 50.5) << true << SELECTION;
-        QTest::newRow("selected: the hole's edge") << QPointF(60, 50.5) << true << SELECTION;
-        QTest::newRow("selected: the fill stays") << QPointF(25.5, 25.5) << true << FILL;
+        QTest::newRow("polygon: inside the ring") << "polygon" << QPointF(25.5, 25.5) << FILL;
+        QTest::newRow("polygon: inside the hole") << "polygon" << QPointF(50.5, 50.5) << NONE;
+        QTest::newRow("polygon: outside") << "polygon" << QPointF(5.5, 50.5) << NONE;
+        QTest::newRow("polygon: on the left edge") << "polygon" << QPointF(10, 50.5) << OUTLINE;
+        QTest::newRow("polygon: on the hole's edge") << "polygon" << QPointF(40, 50.5) << OUTLINE;
+        QTest::newRow("selected polygon: the edge") << "selected polygon" << QPointF(10, 50.5) << SELECTION;
+        QTest::newRow("selected polygon: the hole's edge") << "selected polygon" << QPointF(60, 50.5) << SELECTION;
+        QTest::newRow("selected polygon: the fill stays") << "selected polygon" << QPointF(25.5, 25.5) << FILL;
+        QTest::newRow("selected polygon: the square beside is not") << "selected polygon" << QPointF(92, 95) << OUTLINE;
+        QTest::newRow("polyline: on the first line") << "polyline" << QPointF(30.5, 20) << OUTLINE;
+        QTest::newRow("polyline: on the selected line") << "polyline" << QPointF(70.5, 70) << SELECTION;
+        QTest::newRow("polyline: at the selected line's bend") << "polyline" << QPointF(50.5, 70) << SELECTION;
+        QTest::newRow("polyline: between the lines") << "polyline" << QPointF(50.5, 45.5) << NONE;
+        QTest::newRow("polyline: beyond a line's end") << "polyline" << QPointF(95.5, 20.5) << NONE;
+        QTest::newRow("wire: a column edge") << "wire" << QPointF(30, 55.5) << OUTLINE;
+        QTest::newRow("wire: a row edge") << "wire" << QPointF(55.5, 70) << OUTLINE;
+        QTest::newRow("wire: a cell's middle") << "wire" << QPointF(35.5, 55.5) << NONE;
+        // Turned 45 degrees about the node (5, 5): grid point (u, v) lies at
+        // (5 + (u - v) / sqrt 2, 5 + (u + v) / sqrt 2); column edges run at u = 5, 15, ...
+        const double h = 1.0 / std::sqrt(2.0);
+        QTest::newRow("turned wire: a column edge") << "turned wire" << QPointF(5 + (45 - 20) * h, 5 + (45 + 20) * h) << OUTLINE;
+        QTest::newRow("turned wire: a cell's middle") << "turned wire" << QPointF(5 + (50 - 20) * h, 5 + (50 + 20) * h) << NONE;
     }
-    void polygonFillHolesAndOutline()
+    void outlinesFillsAndSelections()
     {
-        auto [point, selected, expected] = MapTest::fetch<QPointF, bool, QRgb>({"point", "selected", "expected"});
+        auto [kind, point, expected] = MapTest::fetch<QString, QPointF, QRgb>();
 
-        VwvBasemapRendererPolygon::Style style;
-        style.fillColor = QColor::fromRgba(FILL);
-        style.outlineColor = QColor::fromRgba(OUTLINE);
-        style.selectionColor = QColor::fromRgba(SELECTION);
-        const VwvBasemapRendererPolygon renderer(samplePolygons(), selected ? KbiIntervalIntSmallDisjoint(0) : KbiIntervalIntSmallDisjoint(),
-                                                 style);
-        const Canvas c = drawn(renderer);
+        const Canvas c = drawn(*inColours(kind));
         if (expected == NONE || expected == FILL)
             QVERIFY2(close(c.at(point), expected), qPrintable(QString::number(c.at(point), 16)));
         else
             QVERIFY(near(c, point, expected));
-        // The unselected square beside is never drawn in the selection colour.
-        QVERIFY(!near(c, QPointF(92, 95), SELECTION));
-    }
-
-    void polylinesAndSelection_data()
-    {
-        MapTest::addColumns<QPointF, QRgb>({"point", "expected"});
-
-        QTest::newRow("on the first line") << QPointF(30.5, 20) << OUTLINE;
-        QTest::newRow("on the selected line") << QPointF(70.5, 70) << SELECTION;
-        QTest::newRow("at the selected line's bend") << QPointF(50.5, 70) << SELECTION;
-        QTest::newRow("between the lines") << QPointF(50.5, 45.5) << NONE;
-        QTest::newRow("beyond a line's end") << QPointF(95.5, 20.5) << NONE;
-    }
-    void polylinesAndSelection()
-    {
-        auto [point, expected] = MapTest::fetch<QPointF, QRgb>({"point", "expected"});
-
-        VwvBasemapRendererPolyline::Style style;
-        style.color = QColor::fromRgba(OUTLINE);
-        style.selectionColor = QColor::fromRgba(SELECTION);
-        const Canvas c = drawn(VwvBasemapRendererPolyline(samplePolylines(), KbiIntervalIntSmallDisjoint(1), style));
-        QVERIFY(expected == NONE ? c.at(point) == NONE : near(c, point, expected));
-    }
-
-    void gridWireFollowsTheCells_data()
-    {
-        MapTest::addColumns<double, QPointF, bool>({"angle", "point", "isDrawn"});
-
-        QTest::newRow("a column edge") << 0.0 << QPointF(30, 55.5) << true;
-        QTest::newRow("a row edge") << 0.0 << QPointF(55.5, 70) << true;
-        QTest::newRow("a cell's middle") << 0.0 << QPointF(35.5, 55.5) << false;
-        // Turned 45 degrees about the node (5, 5): grid point (u, v) lies at
-        // (5 + (u - v) / sqrt 2, 5 + (u + v) / sqrt 2); column edges run at u = 5, 15, ...
-        const double h = 1.0 / std::sqrt(2.0);
-        QTest::newRow("turned: a column edge") << 45.0 << QPointF(5 + (45 - 20) * h, 5 + (45 + 20) * h) << true;
-        QTest::newRow("turned: a cell's middle") << 45.0 << QPointF(5 + (50 - 20) * h, 5 + (50 + 20) * h) << false;
-    }
-    void gridWireFollowsTheCells()
-    {
-        auto [angle, point, isDrawn] = MapTest::fetch<double, QPointF, bool>({"angle", "point", "isDrawn"});
-
-        VwvBasemapRendererGridWire::Style style;
-        style.color = QColor::fromRgba(OUTLINE);
-        QCOMPARE(near(drawn(VwvBasemapRendererGridWire(sampleGrid(angle), style)), point, OUTLINE), isDrawn);
     }
 
     void gridWireDrawsOnlyTheOutlineOfTinyCells_data()
@@ -268,11 +367,11 @@ private Q_SLOTS:
     }
     void gridWireDrawsOnlyTheOutlineOfTinyCells()
     {
-        auto [nodes, minimum, maximum] = MapTest::fetch<int, int, int>({"nodes", "minimum", "maximum"});
+        auto [nodes, minimum, maximum] = MapTest::fetch<int, int, int>();
 
         const double cell = 98.0 / nodes;
         const VsdGrid grid(QPointF(1 + cell / 2, 1 + cell / 2), cell, cell, nodes, nodes);
-        const int n = opaqueCount(drawn(VwvBasemapRendererGridWire(grid)).image);
+        const int n = MapTest::opaque(drawn(VwvBasemapRendererGridWire(grid)).image);
         QVERIFY2(n >= minimum && n <= maximum, qPrintable(QString::number(n)));
     }
 
@@ -294,7 +393,7 @@ private Q_SLOTS:
     }
     void rasterCellsAgreeWithPicks()
     {
-        auto [angle, point, rank] = MapTest::fetch<double, QPointF, int>({"angle", "point", "rank"});
+        auto [angle, point, rank] = MapTest::fetch<double, QPointF, int>();
 
         const VsdGrid grid = sampleGrid(angle);
         const VugColorScale scale = grey099();
@@ -319,7 +418,7 @@ private Q_SLOTS:
     }
     void rasterIntoOtherFormatsAndWithOpacity()
     {
-        auto [format, opacity, alpha] = MapTest::fetch<int, double, int>({"format", "opacity", "alpha"});
+        auto [format, opacity, alpha] = MapTest::fetch<int, double, int>();
 
         VugColorScale scale;
         scale.setClasses({0, 50, 99}, {qRgb(200, 0, 0), qRgb(0, 0, 200)});
@@ -354,11 +453,12 @@ private Q_SLOTS:
         QTest::newRow("wire: in a cell") << "wire" << QPointF(34, 57) << 0.0 << 53 << QRectF(14, 14, 12, 2) << "11-12";
         QTest::newRow("raster: beside the grid, within") << "raster" << QPointF(-2, 57) << 2.5 << 50 << QRectF(80, 80, 30, 30) << "88-89, 98-99";
         QTest::newRow("raster: beside the grid, beyond") << "raster" << QPointF(-3, 57) << 2.5 << -1 << nothing << "";
+        // Turned a quarter about (5, 5): node (i, j) sits at (5 - 10 j, 5 + 10 i).
+        QTest::newRow("turned raster: a row across") << "turned raster" << QPointF(-15, 15) << 0.0 << 21 << QRectF(-20, 10, 30, 12) << "1, 11, 21";
     }
     void picks()
     {
-        auto [kind, point, tolerance, rank, rect, inRect] =
-            MapTest::fetch<QString, QPointF, double, int, QRectF, QString>({"kind", "point", "tolerance", "rank", "rect", "inRect"});
+        auto [kind, point, tolerance, rank, rect, inRect] = MapTest::fetch<QString, QPointF, double, int, QRectF, QString>();
 
         const auto renderer = rendererOf(kind);
         QCOMPARE(renderer->pointToRank(point, tolerance), rank);
@@ -366,15 +466,6 @@ private Q_SLOTS:
         // A polygon along the rectangle picks the same.
         const QPolygonF polygon(rect);
         QCOMPARE(renderer->polygonToRanks(polygon).toString(), inRect);
-    }
-
-    void gridPicksFollowTheTurn()
-    {
-        // Turned a quarter about (5, 5): node (i, j) sits at (5 - 10 j, 5 + 10 i).
-        const VwvBasemapRendererRaster renderer(sampleGrid(90.0), grey099());
-        QCOMPARE(renderer.rectangleToRank(QRectF(-20, 10, 30, 12)).toString(), QStringLiteral("1, 11, 21"));
-        const QPolygonF triangle(QVector<QPointF>{{6, 3}, {6, 26}, {-17, 26}});
-        QCOMPARE(renderer.polygonToRanks(triangle).toString(), QStringLiteral("0-2, 11-12, 22"));
     }
 
     void degenerateInputDrawsNothing_data()
@@ -388,11 +479,10 @@ private Q_SLOTS:
     }
     void degenerateInputDrawsNothing()
     {
-        QFETCH(QString, kind);
-        QFETCH(bool, empty);
+        auto [kind, empty] = MapTest::fetch<QString, bool>();
 
         const auto renderer = rendererOf(kind, empty);
-        const auto drawsNothing = [&](const Canvas& c) { return opaqueCount(drawn(*renderer, c).image) == 0; };
+        const auto drawsNothing = [&](const Canvas& c) { return MapTest::opaque(drawn(*renderer, c).image) == 0; };
         if (empty) {
             QVERIFY(renderer->boundingRect().isEmpty());
             QVERIFY(drawsNothing(Canvas()));

@@ -2,13 +2,17 @@
 // What the map suites share: test tables' columns declared and fetched at once, a shown map
 // plot over a given view, a bare plot for a tool alone, a small image with the scale maps that show 0..100 map units on 100 x 100
 // pixels, the user's mouse gestures on a widget (a drag gives its button on every move, as
-// a window system does), and rectangles compared and described with a tolerance.
+// a window system does), rectangles compared and described with a tolerance, and pictures:
+// a plot rendered as an export renders it, where two pictures differ, the drawn pixels.
 
+#include "ImageChecks.h"
 #include <VwqBasemapPlot.h>
 #include <VwqPlotZoomer.h>
 
+#include <QHash>
 #include <QImage>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QWheelEvent>
 #include <QtTest>
 #include <array>
@@ -18,15 +22,24 @@
 #include <utility>
 #include <qwt_plot_canvas.h>
 #include <qwt_plot_layout.h>
+#include <qwt_plot_renderer.h>
 #include <qwt_scale_map.h>
 
 namespace MapTest {
+
+// The column names addColumns declared, by test function.
+inline QHash<QByteArray, QVector<const char*>>& declaredColumns()
+{
+    static QHash<QByteArray, QVector<const char*>> columns;
+    return columns;
+}
 
 // A test table's columns in one statement: addColumns<int, QString>({"mode", "name"}).
 template <class... T, std::size_t... I>
 void addColumnsAt(const std::array<const char*, sizeof...(T)>& names, std::index_sequence<I...>)
 {
     (QTest::addColumn<T>(names[I]), ...);
+    declaredColumns()[QTest::currentTestFunction()] = QVector<const char*>{names[I]...};
 }
 template <class... T>
 void addColumns(const std::array<const char*, sizeof...(T)>& names)
@@ -45,6 +58,21 @@ template <class... T>
 std::tuple<T...> fetch(const std::array<const char*, sizeof...(T)>& names)
 {
     return fetchAt<T...>(names, std::index_sequence_for<T...>{});
+}
+
+// The current row's values in the order addColumns declared them: auto [mode, name] = fetch<int, QString>().
+template <class... T, std::size_t... I>
+std::tuple<T...> fetchDeclaredAt(std::index_sequence<I...>)
+{
+    const QVector<const char*> names = declaredColumns().value(QTest::currentTestFunction());
+    if (names.size() != int(sizeof...(T)))
+        qFatal("MapTest::fetch: %s declared %d columns, %d fetched", QTest::currentTestFunction(), int(names.size()), int(sizeof...(T)));
+    return std::tuple<T...>(*static_cast<T*>(QTest::qData(names[int(I)], qMetaTypeId<T>()))...);
+}
+template <class... T>
+std::tuple<T...> fetch()
+{
+    return fetchDeclaredAt<T...>(std::index_sequence_for<T...>{});
 }
 
 // A map plot shown with a canvas of `canvas` pixels (axes hidden) over `view` map units.
@@ -151,6 +179,40 @@ inline const char* describe(const QRectF& r)
     static QByteArray text;
     text = QStringLiteral("(%1, %2, %3 x %4)").arg(r.x()).arg(r.y()).arg(r.width()).arg(r.height()).toUtf8();
     return text.constData();
+}
+
+// As the view makes its pixmaps: the whole plot, on white, into an image `scale` times its size.
+inline QImage rendered(QwtPlot& plot, double scale = 1.0)
+{
+    QImage image((QSizeF(plot.size()) * scale).toSize(), QImage::Format_RGB32);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    painter.scale(scale, scale);
+    QwtPlotRenderer renderer;
+    renderer.setDiscardFlag(QwtPlotRenderer::DiscardCanvasFrame);
+    renderer.render(&plot, &painter, QRectF(QPointF(0, 0), QSizeF(plot.size())));
+    return image;
+}
+
+// The bounds of the pixels whose colours differ by more than the tolerance; empty when none do.
+inline QRect changedArea(const QImage& a, const QImage& b, int tolerance = ImageChecks::kTolerance)
+{
+    QRect area;
+    for (int y = 0; y < a.height(); ++y)
+        for (int x = 0; x < a.width(); ++x)
+            if (!ImageChecks::near(a.pixel(x, y), b.pixel(x, y), tolerance))
+                area |= QRect(x, y, 1, 1);
+    return area;
+}
+
+// How many pixels are not wholly transparent.
+inline int opaque(const QImage& image)
+{
+    int n = 0;
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+            n += qAlpha(image.pixel(x, y)) > 0;
+    return n;
 }
 
 } // namespace MapTest
