@@ -17,6 +17,7 @@
 #include <Inventor/nodes/SoCamera.h>
 
 #include <QComboBox>
+#include <QLabel>
 #include <QListWidget>
 #include <QtTest>
 
@@ -88,6 +89,16 @@ private Q_SLOTS:
         items->item(1)->setCheckState(Qt::Unchecked);
         QCOMPARE(window->shownItems(), QStringList({"Samples (porosity)"}));
         QCOMPARE(view->getVisibleNodesCount(), 1);
+
+        // The bindings beside the view are the view's own, and the README lists the same.
+        const QString bindings = Vw3AView::getBindingsHelp();
+        QCOMPARE(view->whatsThis(), bindings);
+        const QList<QLabel*> labels = window->findChildren<QLabel*>();
+        QVERIFY(std::any_of(labels.cbegin(), labels.cend(), [&](const QLabel* l) { return l->text() == bindings; }));
+        QFile readme(QFINDTESTDATA("../../README.md"));
+        QVERIFY(readme.open(QIODevice::ReadOnly));
+        const QString text = QString::fromUtf8(readme.readAll()).replace(QLatin1String("\n  "), QLatin1String("\n"));
+        QVERIFY2(text.contains(bindings), "the README's bindings differ from Vw3AView::getBindingsHelp()");
     }
 
     void firstClickActivatesThenKeysAndWheelMoveTheCamera()

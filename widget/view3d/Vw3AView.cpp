@@ -1,15 +1,15 @@
 #include "Vw3AView.h"
 
 #include "Vw3IContextMenuCallback.h"
-#include "Vw3ImageFile.h"
 #include "Vw3NodeSet.h"
+#include "Vw3PickStack.h"
+#include "Vw3ViewExport.h"
 #include "Vw3Legend_p.h"
 #include "Vw3OivViewer.h"
 #include "Vw3RenderAreaQWindow.h"
 #include "Vw3SeekInfo.h"
 #include "Vw3ViewActions.h"
 #include "Vw3ViewShortcuts.h"
-#include "VwwPickHandlerOverlay.h"
 
 #include <KbbDebug.h>
 #include <KbdAVariable.h>
@@ -36,13 +36,9 @@
 #include <VupPreferencesGraphic.h>
 #include <VwvIAcceptDrops.h>
 
-#include <Inventor/SoOutput.h>
 #include <Inventor/actions/SoGLRenderAction.h>
 #include <Inventor/actions/SoGetBoundingBoxAction.h>
-#include <Inventor/actions/SoWriteAction.h>
 #include <Inventor/events/SoKeyboardEvent.h>
-#include <Inventor/events/SoLocation2Event.h>
-#include <Inventor/events/SoMouseButtonEvent.h>
 #include <Inventor/nodes/SoCallback.h>
 #include <Inventor/nodes/SoCamera.h>
 #include <Inventor/nodes/SoEventCallback.h>
@@ -54,21 +50,15 @@
 
 #include <QAction>
 #include <QApplication>
-#include <QClipboard>
 #include <QDragEnterEvent>
 #include <QPointer>
-#include <QFileDialog>
 #include <QMenu>
 #include <QMimeData>
 #include <QPointer>
-#include <QSaveFile>
-#include <QSettings>
 #include <QToolBar>
 #include <QVBoxLayout>
-#include <QVector>
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
 
 namespace {
 
@@ -96,9 +86,7 @@ public:
 
     std::unique_ptr<Vg3SectionModel> sectionModel;
     // The bottom of the stack, never popped: it shows the help of the handler on top.
-    std::unique_ptr<VwwPickHandlerOverlay> pickOverlay;
-    QVector<VgpIPickHandler*> pickHandlers;
-    SoEventCallback* pickEvents = nullptr;
+    std::unique_ptr<Vw3PickStack> pickStack;
     std::unique_ptr<Vw3Legend_p> legend;
     std::unique_ptr<Vw3SeekInfo> seekInfo;
     std::unique_ptr<Vg3Axes> axes;
@@ -151,6 +139,7 @@ Vw3AView::Vw3AView(QWidget* parent)
         Vg3OpenInventor::getInstance()->init();
     setObjectName(QStringLiteral("view3d"));
     setFocusPolicy(Qt::StrongFocus);
+    setWhatsThis(getBindingsHelp());
 
     _d->background = VupPreferences3DViews::getBackgroundColor();
     _d->foreground = VupPreferences3DViews::getForegroundColor();
@@ -247,15 +236,7 @@ void Vw3AView::_buildGraph()
     _d->root->addChild(_d->inventorSlots);
     // The pick handlers' slot: their help overlay, and the mouse events they get before the
     // camera (keys reach them through the shortcuts callback, before the shortcuts).
-    _d->pickOverlay.reset(new VwwPickHandlerOverlay);
-    _d->pickHandlers.append(_d->pickOverlay.get());
-    SoSeparator* pickSlot = createInventorSlot();
-    _d->pickEvents = new SoEventCallback;
-    _d->pickEvents->setName("vw3aview_pick_handlers");
-    _d->pickEvents->addEventCallback(SoMouseButtonEvent::getClassTypeId(), &Vw3AView::_pickHandlerCallback, this);
-    _d->pickEvents->addEventCallback(SoLocation2Event::getClassTypeId(), &Vw3AView::_pickHandlerCallback, this);
-    pickSlot->addChild(_d->pickEvents);
-    pickSlot->addChild(_d->pickOverlay->getRoot());
+    _d->pickStack.reset(new Vw3PickStack(createInventorSlot()));
 
     _d->root->addChild(_d->legend->getRoot());
 
@@ -721,25 +702,6 @@ void Vw3AView::_shortcutsCallback(void* data, SoEventCallback* node)
         self->_d->keys->handle(node);
 }
 
-void Vw3AView::_pickHandlerCallback(void* data, SoEventCallback* node)
-{
-    auto self = static_cast<Vw3AView*>(data);
-    VgpIPickHandler* top = self ? self->topPickHandler() : nullptr;
-    if (!top)
-        return;
-    const SoEvent* event = node->getEvent();
-    bool handled = false;
-    if (event->isOfType(SoMouseButtonEvent::getClassTypeId())) {
-        auto button = static_cast<const SoMouseButtonEvent*>(event);
-        handled = button->getState() == SoButtonEvent::DOWN ? top->mousePressed(button, node->getAction())
-                                                            : top->mouseReleased(button, node->getAction());
-    } else if (event->isOfType(SoLocation2Event::getClassTypeId())) {
-        handled = top->mouseMoved(static_cast<const SoLocation2Event*>(event), node->getAction());
-    }
-    if (handled)
-        node->setHandled();
-}
-
 // ---- clipping and sections -----------------------------------------------------------------
 
 Vg3SectionModel* Vw3AView::getSectionModel() const { return _d->sectionModel.get(); }
@@ -748,6 +710,21 @@ QString Vw3AView::getClipPlaneKeysHelp()
 {
     return tr("+ : Move clipping plane forward\n- : Move clipping plane backward\nShift + : Increase slice "
               "width\nShift - : Decrease slice width\nL : Section view\nShift L : Reverse Clip Plane Normal\n");
+}
+
+QString Vw3AView::getBindingsHelp()
+{
+    return tr("Left drag: orbit\n"
+              "Right drag, or Ctrl or Shift + left drag: pan\n"
+              "Wheel: zoom toward the cursor\n"
+              "Right click: the view's menu\n"
+              "Home: view all\n"
+              "U D E W N S: view from top, bottom, east, west, north, south\n"
+              "P / O: perspective / orthographic\n"
+              "+ / -: step the clip plane; with Shift, widen / narrow the slice\n"
+              "L: view from the section; Shift+L: reverse the plane\n"
+              "C: knife mode\n"
+              "Alt+Return: leave fullscreen");
 }
 
 void Vw3AView::setClipPlane(const KbgPlane& plane) { _d->sectionModel->setClipPlane(plane); }
@@ -964,30 +941,20 @@ void Vw3AView::pushPickHandler(VgpIPickHandler* handler)
         qWarning("Vw3AView::pushPickHandler: no handler");
         return;
     }
-    _d->pickHandlers.append(handler);
-    _updatePickHelp();
+    _d->pickStack->push(handler);
 }
 
 VgpIPickHandler* Vw3AView::popPickHandler()
 {
-    if (_d->pickHandlers.size() <= 1) {
+    VgpIPickHandler* handler = _d->pickStack->pop();
+    if (!handler)
         qWarning("Vw3AView::popPickHandler: the stack is empty");
-        return nullptr;
-    }
-    VgpIPickHandler* handler = _d->pickHandlers.takeLast();
-    _updatePickHelp();
     return handler;
 }
 
 VgpIPickHandler* Vw3AView::topPickHandler() const
 {
-    return _d->pickHandlers.last();
-}
-
-void Vw3AView::_updatePickHelp()
-{
-    VgpIPickHandler* top = topPickHandler();
-    _d->pickOverlay->showHelp(top->getHelpTitle(), top->getHelpText());
+    return _d->pickStack->top();
 }
 
 void Vw3AView::requestPickPoint(int count)
@@ -1111,75 +1078,28 @@ QImage Vw3AView::getImage(double scale)
     return getImage(int(std::lround(size[0] * scale)), int(std::lround(size[1] * scale)));
 }
 
-bool Vw3AView::saveImage(const QString& fileName)
-{
-    if (!Vw3ImageFile::write(getImage(1.0), fileName)) {
-        KbbDebug::printWarning(tr("Error when saving view : File system full or write protected?"));
-        return false;
-    }
-    KbbDebug::printInfo(tr("The view has been saved in %1.").arg(fileName));
-    return true;
-}
+bool Vw3AView::saveImage(const QString& fileName) { return Vw3ViewExport::saveImage(getImage(1.0), fileName); }
 
 void Vw3AView::saveAsImage()
 {
-    QSettings settings;
-    const QString key = QStringLiteral("fileDialogs/Image");
-    const QString fileName = QFileDialog::getSaveFileName(this, tr("Save the scene into an image file"),
-                                                          settings.value(key).toString(),
-                                                          tr("Images (*.png *.jpg *.bmp)"));
-    if (fileName.isEmpty())
-        return;
-    settings.setValue(key, fileName);
-    saveImage(fileName);
+    const QString fileName = Vw3ViewExport::askFileName(this, tr("Save the scene into an image file"),
+                                                        QStringLiteral("fileDialogs/Image"),
+                                                        tr("Images (*.png *.jpg *.bmp)"));
+    if (!fileName.isEmpty())
+        saveImage(fileName);
 }
 
-bool Vw3AView::copyToClipboard()
-{
-    const QImage image = getImage(1.0);
-    if (image.isNull())
-        return false;
-    QApplication::clipboard()->setImage(image);
-    KbbDebug::printInfo(tr("The view has been copied to the clipboard."));
-    return true;
-}
+bool Vw3AView::copyToClipboard() { return Vw3ViewExport::copyImage(getImage(1.0)); }
 
-namespace {
-
-void* growBuffer(void* buffer, size_t size) { return std::realloc(buffer, size); }
-
-} // namespace
-
-bool Vw3AView::saveToIvFile(const QString& fileName)
-{
-    SoOutput output;
-    output.setBuffer(std::malloc(4096), 4096, &growBuffer);
-    SoWriteAction writer(&output);
-    writer.apply(_d->root);
-    void* buffer = nullptr;
-    size_t size = 0;
-    output.getBuffer(buffer, size);
-    QSaveFile file(fileName);
-    const bool ok = buffer && file.open(QIODevice::WriteOnly) &&
-                    file.write(static_cast<const char*>(buffer), qint64(size)) == qint64(size) && file.commit();
-    std::free(buffer);
-    output.resetBuffer();
-    if (!ok)
-        qWarning("Vw3AView::saveToIvFile: cannot write \"%s\"", qPrintable(fileName));
-    return ok;
-}
+bool Vw3AView::saveToIvFile(const QString& fileName) { return Vw3ViewExport::saveScene(_d->root, fileName); }
 
 void Vw3AView::saveAsIvFile()
 {
-    QSettings settings;
-    const QString key = QStringLiteral("fileDialogs/IvFile");
-    const QString fileName = QFileDialog::getSaveFileName(this, tr("Save the scene into an .iv file"),
-                                                          settings.value(key).toString(),
-                                                          tr("OIV files") + QStringLiteral(" (*.iv)"));
-    if (fileName.isEmpty())
-        return;
-    settings.setValue(key, fileName);
-    saveToIvFile(fileName);
+    const QString fileName = Vw3ViewExport::askFileName(this, tr("Save the scene into an .iv file"),
+                                                        QStringLiteral("fileDialogs/IvFile"),
+                                                        tr("OIV files") + QStringLiteral(" (*.iv)"));
+    if (!fileName.isEmpty())
+        saveToIvFile(fileName);
 }
 
 void Vw3AView::sendToReport()

@@ -158,6 +158,9 @@ public:
     void cancelSectionModes();
     Vg3SectionModel* getSectionModel() const;
     static QString getClipPlaneKeysHelp();
+    // The mouse and key bindings above, one "keys: what they do" per line: the view's
+    // What's This text (Shift+F1), and the help a window or manual shows beside it.
+    static QString getBindingsHelp();
 
     // Decorations.
     void toggleAxes(bool shown);
@@ -319,8 +322,6 @@ protected:
 
     static void _traversalCallback(void* data, SoAction* action);
     static void _shortcutsCallback(void* data, SoEventCallback* node);
-    static void _pickHandlerCallback(void* data, SoEventCallback* node);
-    void _updatePickHelp();
 
     void showEvent(QShowEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;

@@ -77,9 +77,7 @@ Demo3DWindow::Demo3DWindow(VssProject* project, QWidget* parent)
     side->setContentsMargins(0, 0, 0, 0);
     side->addWidget(new QLabel(tr("Items:")));
     side->addWidget(_items, 1);
-    auto* help = new QLabel(tr("Left drag: orbit\nRight drag or Ctrl + left drag: pan\nWheel: zoom\n"
-                               "Home: view all\nU D E W N S: views from top, bottom, east, west, north, south\n"
-                               "P / O: perspective / orthographic"));
+    auto* help = new QLabel(Vw3AView::getBindingsHelp());
     help->setWordWrap(true);
     side->addWidget(help);
     sidePanel->setFixedWidth(fontMetrics().horizontalAdvance(QLatin1Char('x')) * 28);
