@@ -72,6 +72,9 @@ public:
     Vg3SceneInteractor::CameraMode cameraMode = Vg3SceneInteractor::EXAMINER;
     Gesture gesture = NONE;
     int buttonsDown = 0;
+    // What a trackpad's small wheel deltas add up to until they make a notch; dropped
+    // when the wheel turns the other way.
+    int wheelRest = 0;
     SbVec2f lastPosition{0.0f, 0.0f};
 
     SoCamera* camera() const
@@ -316,7 +319,14 @@ bool Vg3SceneInteractor::processEvent(const SoEvent* event)
     const SbVec2f position = event->getNormalizedPosition(_d->region);
 
     if (event->isOfType(SoMouseWheelEvent::getClassTypeId())) {
-        int steps = -(static_cast<const SoMouseWheelEvent*>(event)->getDelta() / kWheelNotch);
+        const int delta = static_cast<const SoMouseWheelEvent*>(event)->getDelta();
+        if ((delta < 0) != (_d->wheelRest < 0))
+            _d->wheelRest = 0;
+        const long long total = (long long)_d->wheelRest + delta;
+        _d->wheelRest = int(total % kWheelNotch);
+        // A hundred notches at once already move the camera a factor of three; more is a
+        // device gone wrong, not a user.
+        int steps = int(-std::clamp(total / kWheelNotch, -100LL, 100LL));
         if (VupPreferences3DViews::getMouseWheelZoomDirection())
             steps = -steps;
         if (steps == 0)
