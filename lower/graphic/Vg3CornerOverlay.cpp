@@ -1,5 +1,6 @@
 #include <Vg3CornerOverlay.h>
 
+#include <SoPickRay.h>
 #include <Vg3OpenInventor.h>
 #include <VuPosition.h>
 
@@ -45,6 +46,7 @@ Vg3CornerOverlay::Vg3CornerOverlay(const char* owner, const char* prefix, int po
     _visibility->setName((QByteArray(prefix) + "_visibility").constData());
     _visibility->whichChild = SO_SWITCH_ALL;
     _root->addChild(_visibility);
+    _root->addChild(SoPickRay::newRestorer());
 
     _content = new SoSeparator;
     _visibility->addChild(_content);

@@ -1,5 +1,6 @@
 #include <Vg3ScreenOverlay.h>
 
+#include <SoPickRay.h>
 #include <Vg3OpenInventor.h>
 
 #include <Inventor/SoDB.h>
@@ -27,6 +28,7 @@ Vg3ScreenOverlay::Vg3ScreenOverlay(const char* name, Place place)
     _root->boundingBoxCaching = SoSeparator::OFF;
     _visibility = new SoSwitch;
     _root->addChild(_visibility);
+    _root->addChild(SoPickRay::newRestorer());
     auto group = new SoSeparator;
     _visibility->addChild(group);
 

@@ -8,6 +8,7 @@
 #include "WindowFileHelpers.h"
 
 #include <SoCameraInteractor.h>
+#include <Vg3Ruler.h>
 #include <Vg3SceneInteractor.h>
 #include <VupPreferenceRegistry.h>
 #include <Vw3ExaminerView.h>
@@ -16,6 +17,7 @@
 
 #include <Inventor/nodes/SoCamera.h>
 
+#include <QAction>
 #include <QComboBox>
 #include <QLabel>
 #include <QListWidget>
@@ -125,6 +127,27 @@ private Q_SLOTS:
                           Qt::NoModifier, Qt::NoScrollPhase, false);
         QGuiApplication::sendEvent(surface, &wheel);
         QVERIFY(std::abs(view->getSceneInteractor()->getCamera()->focalDistance.getValue() / distance - std::pow(2.0f, float(M_PI / 180))) < 1e-3f);
+    }
+
+    void theRulerMeasuresTheSurface()
+    {
+        Demo3DWindow* window = openAndShow();
+        QVERIFY(window);
+        QWindow* surface = area(window);
+        const QPoint middle(surface->width() / 2, surface->height() / 2);
+        QTest::mouseClick(surface, Qt::LeftButton, Qt::NoModifier, middle); // activates
+        window->getView()->getRulerMode()->trigger();
+        auto* readout = window->findChild<QLabel*>(QStringLiteral("RULER_READOUT"));
+        QVERIFY(readout && readout->text().isEmpty());
+        QTest::mouseClick(surface, Qt::LeftButton, Qt::NoModifier, middle);
+        QTest::mouseMove(surface, middle + QPoint(30, 10));
+        QTest::mouseClick(surface, Qt::LeftButton, Qt::NoModifier, middle + QPoint(60, 20));
+        QTRY_VERIFY(readout->text().startsWith(QStringLiteral("Length ")));
+        QVERIFY(readout->text().contains(QStringLiteral(" m, horizontal ")));
+        QVERIFY(!window->getView()->getRuler()->isDrawing());
+        // A click beside the field hides the ruler and its readout.
+        QTest::mouseClick(surface, Qt::LeftButton, Qt::NoModifier, QPoint(3, 3));
+        QVERIFY(readout->text().isEmpty());
     }
 
     void saveAsImageWritesAPng()

@@ -21,6 +21,7 @@
 #include <SoRef.h>
 #include <Vg3ANode.h>
 #include <Vg3ATool.h>
+#include <Vg3Ruler.h>
 #include <Vg3Axes.h>
 #include <Vg3Compass.h>
 #include <Vg3Gnomon.h>
@@ -87,6 +88,7 @@ public:
     std::unique_ptr<Vg3SectionModel> sectionModel;
     // The bottom of the stack, never popped: it shows the help of the handler on top.
     std::unique_ptr<Vw3PickStack> pickStack;
+    std::unique_ptr<Vg3Ruler> ruler;
     std::unique_ptr<Vw3Legend_p> legend;
     std::unique_ptr<Vw3SeekInfo> seekInfo;
     std::unique_ptr<Vg3Axes> axes;
@@ -161,6 +163,9 @@ Vw3AView::Vw3AView(QWidget* parent)
 
     _buildGraph();
     _d->viewer->setSceneGraph(_d->root);
+    _d->ruler.reset(new Vg3Ruler(getSceneInteractor()));
+    _d->ruler->setFrame(_d->zScale, _d->offset);
+    addTool(_d->ruler.get());
 
     _d->sectionModel.reset(new Vg3SectionModel);
     _d->sectionModel->setUnfoldFence(false);
@@ -475,6 +480,7 @@ void Vw3AView::_updateNodesZScale()
 {
     for (Vg3ANode* node : _d->nodeSet->nodes().keys())
         node->setZScale(_d->zScale);
+    _d->ruler->setFrame(_d->zScale, _d->offset);
     _updateBoundingBox();
 }
 
@@ -493,6 +499,7 @@ void Vw3AView::setOffset(const KbgVector3D& offset)
     // node would come too late for map coordinates.
     for (Vg3ANode* node : _d->nodeSet->nodes().keys())
         node->setOffset(offset);
+    _d->ruler->setFrame(_d->zScale, _d->offset);
     _updateBoundingBox();
     emit offsetChanged(offset);
 }
@@ -705,6 +712,7 @@ void Vw3AView::_shortcutsCallback(void* data, SoEventCallback* node)
 // ---- clipping and sections -----------------------------------------------------------------
 
 Vg3SectionModel* Vw3AView::getSectionModel() const { return _d->sectionModel.get(); }
+Vg3Ruler* Vw3AView::getRuler() const { return _d->ruler.get(); }
 
 QString Vw3AView::getClipPlaneKeysHelp()
 {
@@ -718,6 +726,7 @@ QString Vw3AView::getBindingsHelp()
               "Right drag, or Ctrl or Shift + left drag: pan\n"
               "Wheel: zoom toward the cursor\n"
               "Right click: the view's menu\n"
+              "Ruler mode: click, move, click to measure; Shift keeps it level or plumb\n"
               "Home: view all\n"
               "U D E W N S: view from top, bottom, east, west, north, south\n"
               "P / O: perspective / orthographic\n"

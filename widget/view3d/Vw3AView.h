@@ -48,6 +48,7 @@ class Vg3ANode;
 class Vg3ATool;
 class Vg3IPickable;
 class Vg3SceneInteractor;
+class Vg3Ruler;
 class Vg3SectionModel;
 class VgpAPickedDetails;
 class VgpIPickHandler;
@@ -157,6 +158,8 @@ public:
     virtual void setSection(const VugSectionDefinition& section);
     void cancelSectionModes();
     Vg3SectionModel* getSectionModel() const;
+    // Measures in RULER mode (getRulerMode()); always among the view's tools.
+    Vg3Ruler* getRuler() const;
     static QString getClipPlaneKeysHelp();
     // The mouse and key bindings above, one "keys: what they do" per line: the view's
     // What's This text (Shift+F1), and the help a window or manual shows beside it.

@@ -148,6 +148,10 @@ void Vw3ViewActions::_createModes()
         default:
             action = new QAction(translated(kModeTexts[m]), _view);
             action->setCheckable(true);
+            if (m == Vw3AView::VIEWING_MODE)
+                action->setIcon(VuaResourceProvider::getIcon(Vua::Resource::iconZoomHand()));
+            else if (m == Vw3AView::RULER_MODE)
+                action->setIcon(VuaResourceProvider::getIcon(Vua::Resource::iconViewerLineRuler()));
             break;
         }
         _modeGroup->addAction(action);

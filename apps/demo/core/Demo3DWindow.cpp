@@ -9,6 +9,7 @@
 #include <KbgVector3D.h>
 #include <Vg3GridSurfaceNode.h>
 #include <Vg3PointSetNode.h>
+#include <Vg3Ruler.h>
 #include <VsdGrid.h>
 #include <VsdPointSet.h>
 #include <VsmModelScene.h>
@@ -77,6 +78,18 @@ Demo3DWindow::Demo3DWindow(VssProject* project, QWidget* parent)
     side->setContentsMargins(0, 0, 0, 0);
     side->addWidget(new QLabel(tr("Items:")));
     side->addWidget(_items, 1);
+    // What the ruler measured, in the field's metres.
+    auto* readout = new QLabel;
+    readout->setObjectName(QStringLiteral("RULER_READOUT"));
+    readout->setWordWrap(true);
+    readout->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    side->addWidget(readout);
+    connect(_view->getRuler(), &Vg3Ruler::measured, readout,
+            [readout](const Vg3Ruler::Measure& m) { readout->setText(m.toText(tr("m"))); });
+    connect(_view->getRuler(), &Vg3Ruler::visibilityChanged, readout, [readout](bool visible) {
+        if (!visible)
+            readout->clear();
+    });
     auto* help = new QLabel(Vw3AView::getBindingsHelp());
     help->setWordWrap(true);
     side->addWidget(help);
@@ -93,6 +106,9 @@ Demo3DWindow::Demo3DWindow(VssProject* project, QWidget* parent)
         addToolbarAction(VIEW_TOOLBAR, _view->getAction(action));
     for (auto action : {Vw3AView::AXES, Vw3AView::GNOMON, Vw3AView::COMPASS, Vw3AView::LEGEND, Vw3AView::INVERT_COLORS})
         addToolbarAction(TOOLS_TOOLBAR, _view->getAction(action));
+    addToolbarSeparator(TOOLS_TOOLBAR);
+    for (auto mode : {Vw3AView::VIEWING_MODE, Vw3AView::RULER_MODE})
+        addToolbarAction(TOOLS_TOOLBAR, _view->getMode(mode));
     addToolbarSeparator(TOOLS_TOOLBAR);
     for (auto action : {Vw3AView::IMAGE, Vw3AView::CLIPBOARD, Vw3AView::SAVE_IV_FILE})
         addToolbarAction(TOOLS_TOOLBAR, _view->getAction(action));
