@@ -90,7 +90,6 @@ private Q_SLOTS:
         QTest::newRow("fixed 2, C") << format(FIXED, 2) << "C" << 1234.567 << "1234.57";
         QTest::newRow("fixed 2 grouped, C") << format(FIXED, 2, true) << "C" << 1234.567 << "1_234.57";
         QTest::newRow("fixed 2 grouped, fr_FR") << format(FIXED, 2, true) << "fr_FR" << 1234.567 << "1_234,57";
-        QTest::newRow("fixed 2 ungrouped, fr_FR") << format(FIXED, 2) << "fr_FR" << 1234.567 << "1234,57";
         QTest::newRow("fixed 0") << format(FIXED, 0) << "C" << 99.4 << "99";
         QTest::newRow("fixed tiny negative is unsigned zero") << format(FIXED, 2) << "C" << -0.001 << "0.00";
         QTest::newRow("fixed negative zero") << format(FIXED, 2) << "C" << -0.0 << "0.00";
@@ -153,7 +152,6 @@ private Q_SLOTS:
         QTest::newRow("exponent fr_FR") << plain << "fr_FR" << "2,5E-3" << 0.0025;
         QTest::newRow("blanks around") << plain << "C" << " \t 42  " << 42.0;
         QTest::newRow("metre symbol") << metres() << "C" << "12.5 m" << 12.5;
-        QTest::newRow("metre symbol upper case") << metres() << "C" << "12.5 M" << 12.5;
         QTest::newRow("metre symbol without blank") << metres() << "de_DE" << "12,5M" << 12.5;
         QTest::newRow("US foot symbol any case") << unitFormat("ftUS") << "C" << "3 FT (us)" << 3.0;
         QTest::newRow("US foot key") << unitFormat("ftUS") << "C" << "3ftUS" << 3.0;
@@ -163,9 +161,7 @@ private Q_SLOTS:
         QTest::newRow("power -2") << metres(-2) << "C" << "12.5" << 0.125;
 
         QTest::newRow("empty") << plain << "C" << "" << REFUSED;
-        QTest::newRow("blanks") << plain << "C" << "   \t " << REFUSED;
         QTest::newRow("nan") << plain << "C" << "nan" << REFUSED;
-        QTest::newRow("inf") << plain << "C" << "inf" << REFUSED;
         QTest::newRow("overflow") << plain << "C" << "1e309" << REFUSED;
         QTest::newRow("overflow through the power") << metres(3) << "C" << "1e306" << REFUSED;
         QTest::newRow("4 KB of digits") << plain << "C" << QString(4096, QLatin1Char('9')) << REFUSED;

@@ -14,7 +14,6 @@
 #include <VsdPointSet.h>
 #include <VugDatasetStore.h>
 #include <VugScene.h>
-#include <VupPreferenceRegistry.h>
 #include <Vwv2DOverView.h>
 #include <VwqBasemapPlot.h>
 #include <VwvBasemapLayer.h>
@@ -35,12 +34,6 @@ class TestDemoMap : public QObject
     static DemoMapWindow* map() { return DemoSession::window<DemoMapWindow>(); }
 
 private Q_SLOTS:
-    void initTestCase()
-    {
-        QLocale::setDefault(QLocale::c());
-        VupPreferenceRegistry::getInstance()->setStorageFile(_demo.dir.filePath(QStringLiteral("preferences.ini")));
-    }
-
     void init() { QVERIFY(_demo.start()); }
     void cleanup() { _demo.stop(); }
 

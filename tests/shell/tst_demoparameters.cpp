@@ -56,7 +56,6 @@ class TestDemoParameters : public QObject
 private Q_SLOTS:
     void initTestCase()
     {
-        QLocale::setDefault(QLocale::c());
         VuaResourceProvider::setUseThemeIcons(false);
         KbbUserStringFormats::resetToDefaults();
     }

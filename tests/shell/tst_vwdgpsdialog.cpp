@@ -45,9 +45,7 @@ private Q_SLOTS:
         QTest::addColumn<int>("signal");   // 0 enabled, 1 visible, 2 centred
         QTest::newRow("enable by click") << QByteArray("GPS_ENABLED") << 0 << 0;
         QTest::newRow("enable by Alt+E") << QByteArray("GPS_ENABLED") << int(Qt::Key_E) << 0;
-        QTest::newRow("show by click") << QByteArray("GPS_VISIBLE") << 0 << 1;
         QTest::newRow("show by Alt+S") << QByteArray("GPS_VISIBLE") << int(Qt::Key_S) << 1;
-        QTest::newRow("centre by click") << QByteArray("GPS_CENTERED") << 0 << 2;
         QTest::newRow("centre by Alt+N") << QByteArray("GPS_CENTERED") << int(Qt::Key_N) << 2;
     }
     void checkBoxesSendTheirSignal()

@@ -70,11 +70,9 @@ private Q_SLOTS:
         QTest::newRow("no window list") << head + "<windows><workspace text=\"orphan\"/></windows>" << false
                                         << QString();
         QTest::newRow("empty file") << QByteArray() << true << QString();
-        QTest::newRow("blanks only") << QByteArray("   \n\t ") << true << QString();
         QTest::newRow("truncated")
             << head + "<windows><window-list><window class-id=\"Test2D\"><field name=\"scene-id\">1</fi" << true << QString();
         QTest::newRow("binary garbage") << QByteArray("\x00\xff\xfe<\x01\x02windows>", 12) << true << QString();
-        QTest::newRow("two roots") << head + "<windows/><windows/>" << true << QString();
         QByteArray deep = head + "<windows><window-list>";
         for (int i = 0; i < 100000; ++i)
             deep += "<a>";
@@ -89,8 +87,6 @@ private Q_SLOTS:
             << QByteArray("<?xml version=\"1.0\"?><!DOCTYPE windows [<!ENTITY x SYSTEM \"file:///etc/passwd\">]>"
                           "<windows><window-list><window class-id=\"&x;\"/></window-list></windows>")
             << true << QString();
-        QTest::newRow("undeclared entity")
-            << head + "<windows><window-list><window class-id=\"&nope;\"/></window-list></windows>" << true << QString();
         QByteArray huge = head + "<windows><window-list><window class-id=\"Test2D\"><field name=\"x\">";
         huge += QByteArray(50 * 1024 * 1024, 'x');
         huge += "</field></window></window-list></windows>";
