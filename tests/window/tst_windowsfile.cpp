@@ -62,10 +62,6 @@ private Q_SLOTS:
             << head + "<windows><window-list><window class-id=\"Test2D\"><field name=\"scene-id\">77</field></window>"
                       "</window-list></windows>"
             << false << "no scene '77'";
-        QTest::newRow("scene id that is not a number")
-            << head + "<windows><window-list><window class-id=\"Test2D\"><field name=\"scene-id\">1e999x</field>"
-                      "</window></window-list></windows>"
-            << false << "no scene '1e999x'";
         // Without a window list reading stops: the workspace is not taken either.
         QTest::newRow("no window list") << head + "<windows><workspace text=\"orphan\"/></windows>" << false
                                         << QString();
