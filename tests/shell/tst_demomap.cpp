@@ -150,27 +150,21 @@ private Q_SLOTS:
             QCOMPARE(map()->shownItems().first(), item);
             QVERIFY(view->getLayer(3)->boundingRect().contains(QPointF(431500, 6541500)));
         }
-        const QString told = caught.warnings.join('\n');
-        QCOMPARE(caught.warnings.size(), warning.isEmpty() ? 0 : 1);
-        QVERIFY2(warning.isEmpty() || (told.contains(warning) && told.contains(name)), qPrintable(told));
+        // Only what names the file counts: the 3D display may say meanwhile that it has no OpenGL.
+        const QStringList told = caught.warnings.filter(name);
+        QCOMPARE(told.size(), warning.isEmpty() ? 0 : 1);
+        QVERIFY2(warning.isEmpty() || told.first().contains(warning), qPrintable(told.join('\n')));
     }
 
-    void picturesAreExported_data()
-    {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QByteArray>("start");
-        QTest::newRow("PNG") << "map.png" << QByteArray("\x89PNG");
-        QTest::newRow("SVG") << "map.svg" << QByteArray("<?xml");
-    }
-
+    // The picture's format follows the name's suffix.
     void picturesAreExported()
     {
-        QFETCH(QString, name);
-        QFETCH(QByteArray, start);
         QVERIFY(_demo.open());
-        const QString path = _demo.dir.filePath(name);
-        QVERIFY(map()->exportImage(path));
-        QVERIFY(WindowFiles::read(path).startsWith(start));
+        for (const char* name : {"map.png", "map.svg"}) {
+            const QString path = _demo.dir.filePath(QLatin1String(name));
+            QVERIFY(map()->exportImage(path));
+            QVERIFY2(WindowFiles::read(path).startsWith(path.endsWith(".png") ? "\x89PNG" : "<?xml"), name);
+        }
     }
 
     void damagedSampleFilesAreReported_data()
