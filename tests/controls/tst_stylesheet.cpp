@@ -73,18 +73,29 @@ private Q_SLOTS:
         QTest::addColumn<QString>("actual");
         QTest::addColumn<QString>("expected");
 
+        QTest::newRow("px of zero") << S::Length::px(0) << "0px";
+        QTest::newRow("pt") << S::Length::pt(12) << "12pt";
         QTest::newRow("em of a half") << S::Length::em(0.5) << "0.5em";
         QTest::newRow("em whole has no decimals") << S::Length::em(2.0) << "2em";
+        QTest::newRow("ex of a quarter") << S::Length::ex(1.25) << "1.25ex";
         QTest::newRow("colour from QColor is lower-case hex") << S::Color(QColor(0x11, 0x69, 0xAB)).toString() << "#1169ab";
         QTest::newRow("colour from QColor drops alpha") << S::Color(QColor(255, 0, 0, 128)).toString() << "#ff0000";
         QTest::newRow("colour from Qt global colour is not packed") << S::Color(Qt::blue).toString() << "#0000ff";
+        QTest::newRow("colour text as it stands") << S::Color("transparent").toString() << "transparent";
         QTest::newRow("packed red with half alpha") << S::Color(quint32(0x80FF0000u)).toString() << "rgba(255,0,0,128)";
+        QTest::newRow("packed components in their bytes") << S::Color(quint32(0x04010203u)).toString() << "rgba(1,2,3,4)";
         QTest::newRow("record drops alpha") << S::Color(KbbColor(10, 20, 30, 40)).toString() << "rgb(10,20,30)";
+        QTest::newRow("box of two") << QString(S::BoxLengths(S::Length::px(1), S::Length::px(2))) << "1px 2px";
         QTest::newRow("box of four in order") << QString(S::BoxLengths("1px", "2pt", "3em", "4ex")) << "1px 2pt 3em 4ex";
+        QTest::newRow("radius") << S::borderRadius(S::Length::px(4)) << "border-radius: 4px";
+        QTest::newRow("icon size") << S::iconSize(S::Length::px(16)) << "icon-size: 16px";
         QTest::newRow("padding of two") << S::padding({"1px", "2px"}) << "padding: 1px 2px";
         QTest::newRow("border without side or suffix")
             << S::Border(QString(), QStringLiteral("2px dashed red")).toString() << "border: 2px dashed red";
         QTest::newRow("border colour on the left") << QString(S::borderColor(S::gray3).left()) << "border-left-color: #a59f9b";
+        QTest::newRow("border width on top") << QString(S::borderWidth("2px").top()) << "border-top-width: 2px";
+        QTest::newRow("border style at the bottom") << QString(S::borderStyle("dotted").bottom())
+                                                    << "border-bottom-style: dotted";
         QTest::newRow("border shorthand on the right") << QString(S::border("1px", "solid", S::black).right())
                                                        << "border-right: 1px solid #000000";
         QTest::newRow("last side wins") << QString(S::borderColor(S::white).left().bottom()) << "border-bottom-color: #ffffff";
@@ -126,8 +137,9 @@ private Q_SLOTS:
         QCOMPARE(stream.getStyleSheet(), QStringLiteral(" {\n  color: red;\n}\n"));
     }
 
-    // The scroll-bar sheet follows what the stream held, under its comment; on real bars it
-    // sets the thickness, keeps the handle grabbable and hides the arrow buttons.
+    // The scroll-bar sheet follows what the stream held, under its comment, with one rule
+    // per selector; on real bars it sets the thickness, keeps the handle grabbable and
+    // hides the arrow buttons.
     void scrollBarSheet()
     {
         S::Stream stream;
@@ -136,6 +148,16 @@ private Q_SLOTS:
         const QString sheet = stream.getStyleSheet();
         QVERIFY2(sheet.startsWith(QStringLiteral("QWidget {\n  color: #000000;\n}\n\n/*=== ScrollBars ===*/\n\n")),
                  qPrintable(sheet));
+        QCOMPARE(selectors(sheet),
+                 (QStringList{"QWidget", "QScrollBar", "QScrollBar:hover", "QScrollBar:vertical", "QScrollBar:horizontal",
+                              "QScrollBar:vertical:hover", "QScrollBar:horizontal:hover", "QAbstractScrollArea::corner",
+                              "QScrollBar::handle:vertical", "QScrollBar::handle:horizontal",
+                              "QScrollBar::handle:vertical:hover, QScrollBar::handle:horizontal:hover",
+                              "QScrollBar::add-line:vertical, QScrollBar::sub-line:vertical, "
+                              "QScrollBar::add-line:horizontal, QScrollBar::sub-line:horizontal",
+                              "QScrollBar::add-page:vertical, QScrollBar::sub-page:vertical, "
+                              "QScrollBar::add-page:horizontal, QScrollBar::sub-page:horizontal"}));
+        QVERIFY(declarationsOf(sheet, QStringLiteral("QScrollBar:vertical")).contains(QStringLiteral("padding-left: 5px")));
 
         QWidget host;
         host.setStyleSheet(sheet);

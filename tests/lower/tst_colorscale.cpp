@@ -69,6 +69,7 @@ private Q_SLOTS:
         ColorAtRow::addColumns(); // scale, value, expected
 
         QTest::newRow("halfway rounds half up") << "red-blue" << 15.0 << qRgb(128, 0, 128);
+        QTest::newRow("a quarter") << "red-blue" << 12.5 << qRgb(191, 0, 64);
         QTest::newRow("below clamps") << "red-blue" << -1.0e9 << RED;
         QTest::newRow("above clamps") << "red-blue" << 1.0e9 << BLUE;
         QTest::newRow("alpha interpolates") << "fading" << 0.5 << qRgba(0, 0, 0, 128);
@@ -82,6 +83,7 @@ private Q_SLOTS:
         QTest::newRow("NaN in a class is transparent") << "classes" << NaN << qRgba(0, 0, 0, 0);
         QTest::newRow("+inf is not clamped") << "classes" << INF << qRgba(0, 0, 0, 0);
         QTest::newRow("-inf takes the undefined colour") << "red-blue, grey undefined" << -INF << GREY;
+        QTest::newRow("undefined takes the undefined colour") << "red-blue, grey undefined" << UNDEFINED << GREY;
     }
     void colorAt()
     {
@@ -99,6 +101,7 @@ private Q_SLOTS:
         QTest::newRow("reversed range refused") << "classes" << 50.0 << 0.0 << QVector<double>{0, 10, 20, 50};
         const QVector<double> unitStops{0, 0.25, 0.5, 0.75, 1};
         QTest::newRow("empty range refused") << "rainbow" << 5.0 << 5.0 << unitStops;
+        QTest::newRow("NaN refused") << "red-blue" << NaN << 1.0 << QVector<double>{10, 20};
         QTest::newRow("undefined refused") << "red-blue" << UNDEFINED << 1.0 << QVector<double>{10, 20};
         QTest::newRow("width overflowing refused") << "red-blue" << -1.0e308 << 1.0e308 << QVector<double>{10, 20};
         const double twoUlps = std::nextafter(std::nextafter(1.0, 2.0), 2.0);
@@ -175,6 +178,7 @@ private Q_SLOTS:
         QTest::newRow("descending stops") << QVector<double>{0, 2, 1} << -1;
         QTest::newRow("repeated stop") << QVector<double>{0, 1, 1} << -1;
         QTest::newRow("NaN stop") << QVector<double>{0, NaN} << -1;
+        QTest::newRow("undefined stop") << QVector<double>{UNDEFINED, 0} << -1;
         QTest::newRow("descending limits") << QVector<double>{5, 0, 10} << 2;
         QTest::newRow("infinite limit") << QVector<double>{0, INF} << 1;
         QTest::newRow("stops wider than a double") << QVector<double>{-1e308, 1e308} << -1;

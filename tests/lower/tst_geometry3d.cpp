@@ -175,6 +175,7 @@ private slots:
         COMPARE_VEC(box.getMax(), max);
         COMPARE_VEC(box.center(), (min + max) / 2.0);
         COMPARE_VEC(box.size(), max - min);
+        COMPARE_VEC(box.halfSize() * 2.0, max - min);
         for (const V& p : points)
             QCOMPARE(box.contains(p), p.isFinite());
         QVERIFY(!box.contains(max + V(0, 0, 1e-3)));
@@ -233,6 +234,8 @@ private slots:
         expectWarning("^KbgFence::setExtension: ");
         QVERIFY(!fence.setExtension(-1.0));
         QCOMPARE(fence, before);
+        QVERIFY(fence.addVertex(V(1, 1, 0)));
+        QCOMPARE(fence.getVertexCount(), 3);
     }
 };
 

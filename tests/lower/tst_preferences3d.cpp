@@ -110,6 +110,7 @@ private Q_SLOTS:
         QTest::newRow("background not a colour") << v << "backgroundColor" << QVariant("dusk") << background << QVariant("#1e2329") << true;
         QTest::newRow("legend top left") << v << "legendAlignment" << QVariant(Vu::TOP | Vu::LEFT) << alignment << QVariant(33) << false;
         QTest::newRow("legend left and right") << v << "legendAlignment" << QVariant(Vu::LEFT | Vu::RIGHT | Vu::TOP) << alignment << QVariant(12) << true;
+        QTest::newRow("legend unknown bit") << v << "legendAlignment" << QVariant(0x4c) << alignment << QVariant(12) << true;
         QTest::newRow("seek of two seconds") << v << "seekDuration" << QVariant("2") << seek << QVariant(2.0) << false;
         QTest::newRow("seek negative") << v << "seekDuration" << QVariant("-1") << seek << QVariant(0.5) << true;
         QTest::newRow("orthographic") << v << "perspective" << QVariant("false") << perspective << QVariant(false) << false;
@@ -117,6 +118,7 @@ private Q_SLOTS:
         QTest::newRow("z scale nan") << g << "zScale" << QVariant("nan") << zScale << QVariant(1.0) << true;
         QTest::newRow("z scale automatic") << g << "zScaleAutomatic" << QVariant("1") << zAuto << QVariant(true) << false;
         QTest::newRow("transparency above one") << g << "surfaceTransparency" << QVariant("1.5") << transparency << QVariant(0.0) << true;
+        QTest::newRow("colour scale named") << g << "colorScale" << QVariant("viridis") << colorScale << QVariant("viridis") << false;
         QTest::newRow("colour scale blank") << g << "colorScale" << QVariant("  ") << colorScale << QVariant("rainbow") << true;
     }
     void storedValuesAreReadOrDefaulted()

@@ -84,6 +84,8 @@ private Q_SLOTS:
         QCOMPARE(map.value(QStringLiteral("b")), 3); // the index follows the removal
         map[QStringLiteral("d")] = 5;
         QCOMPARE(map.keys(), QStringList({"a", "b", "d"}));
+        QVERIFY(!map.remove(QStringLiteral("zz")));
+        QCOMPARE(map.value(QStringLiteral("zz"), -1), -1);
     }
 
     // Opening, saving (once with a failing observer), a refused close and a close, as the

@@ -90,6 +90,7 @@ private Q_SLOTS:
         QTest::newRow("fixed 2, C") << format(FIXED, 2) << "C" << 1234.567 << "1234.57";
         QTest::newRow("fixed 2 grouped, C") << format(FIXED, 2, true) << "C" << 1234.567 << "1_234.57";
         QTest::newRow("fixed 2 grouped, fr_FR") << format(FIXED, 2, true) << "fr_FR" << 1234.567 << "1_234,57";
+        QTest::newRow("fixed 2 ungrouped, fr_FR") << format(FIXED, 2) << "fr_FR" << 1234.567 << "1234,57";
         QTest::newRow("fixed 0") << format(FIXED, 0) << "C" << 99.4 << "99";
         QTest::newRow("fixed tiny negative is unsigned zero") << format(FIXED, 2) << "C" << -0.001 << "0.00";
         QTest::newRow("fixed negative zero") << format(FIXED, 2) << "C" << -0.0 << "0.00";
@@ -162,6 +163,7 @@ private Q_SLOTS:
 
         QTest::newRow("empty") << plain << "C" << "" << REFUSED;
         QTest::newRow("nan") << plain << "C" << "nan" << REFUSED;
+        QTest::newRow("inf") << plain << "C" << "inf" << REFUSED;
         QTest::newRow("overflow") << plain << "C" << "1e309" << REFUSED;
         QTest::newRow("overflow through the power") << metres(3) << "C" << "1e306" << REFUSED;
         QTest::newRow("4 KB of digits") << plain << "C" << QString(4096, QLatin1Char('9')) << REFUSED;

@@ -122,6 +122,7 @@ private Q_SLOTS:
             for (const KbuUnit& u : units)
                 QCOMPARE(KbuUnit::fromKey(u.getKey()), u);
         }
+        QVERIFY_EXCEPTION_THROWN(KbuEUnitClass::fromValue(99), KbeProgrammingError);
     }
 
     void transfoApply_data()

@@ -95,6 +95,7 @@ private Q_SLOTS:
         row("state, third click: reset", true, true, {State, Click, Click, Click}, {true, false, true}, 2, true, true);
         row("state, Space toggles like a click", true, true, {State, Space, Space}, {true, false}, 1, false, true);
         row("value, click resets without a toggle", true, true, {Value, Click}, {}, 1, false, true);
+        row("value, every click resets", true, true, {Value, Click, Click, Click}, {}, 3, false, true);
         row("value, Space resets like a click", true, true, {Value, Space, Space}, {}, 2, false, true);
         row("state twice keeps one connection", true, true, {State, State, Click}, {true}, 1, true, true);
         row("value twice keeps one connection", true, true, {Value, Value, Click}, {}, 1, false, true);
@@ -102,12 +103,15 @@ private Q_SLOTS:
         row("value then state drops the click wiring", true, true, {Value, State, Click}, {true}, 1, true, true);
         row("state then none: hidden and silent", true, true, {State, NoMode, Click}, {}, 0, false, false);
         row("value then none: hidden and silent", true, true, {Value, NoMode, Click}, {}, 0, false, false);
+        row("none, state, none, state", true, true, {NoMode, State, NoMode, State, Click}, {true}, 1, true, true);
         row("checked state to value: silent", true, true, {State, Click, Value}, {true}, 1, false, true);
+        row("checked state to none: silent", true, true, {State, Click, NoMode}, {true}, 1, false, false);
         row("back to state starts unchecked", true, true, {State, Click, Value, State}, {true}, 1, false, true);
         row("invalid mode refused", true, true, {State, BadMode}, {}, 0, false, true);
         row("code: automatic in state mode, once", true, true, {State, CodeOn, CodeOn}, {true}, 1, true, true);
         row("code: leaving the automatic state", true, true, {State, Click, CodeOff}, {true, false}, 1, false, true);
         row("code: ignored in value mode", true, true, {Value, CodeOn}, {}, 0, false, true);
+        row("code: ignored without a mode", true, true, {CodeOn}, {}, 0, false, false);
         row("disabled: a click does nothing", true, true, {State, Disable, Click}, {}, 0, false, true);
         row("lock: click locks, the automatic state stays", true, true, {State, Offer, LockClick}, {}, 0, false, true,
             {true}, true);
@@ -140,9 +144,12 @@ private Q_SLOTS:
         QFETCH(bool, lockShown);
         QFETCH(int, styleUpdates);
 
-        // Before it is ever shown, an editor has the buttons it asked for, hidden and
-        // unchecked, and says whether the lock is offered.
+        // Before it is ever shown, an editor has the buttons it asked for, hidden, unchecked
+        // and named for style sheets, and says whether the lock is offered.
         IntEditor editor(withAutomatic, withLock);
+        editor.setStyleSheet(QStringLiteral("#automaticButton { color: rgb(1, 2, 3); }"
+                                            "#lockValueButton { color: rgb(4, 5, 6); }"));
+        editor.ensurePolished();
         auto* button = editor.findChild<VwcAutomaticButton*>(QStringLiteral("automaticButton"));
         auto* lock = editor.findChild<VwcLockValueButton*>(QStringLiteral("lockValueButton"));
         QCOMPARE(button != nullptr, withAutomatic);
@@ -150,10 +157,12 @@ private Q_SLOTS:
         QCOMPARE(editor.getAutomaticMode(), VwaAWidget::AUTO_SET_NONE);
         if (button) {
             QVERIFY(button->isHidden() && !button->isChecked() && button->autoRaise());
+            QCOMPARE(button->palette().color(button->foregroundRole()), QColor(1, 2, 3));
         }
         if (lock) {
             QVERIFY(lock->isHidden() && lock->isCheckable() && !lock->isChecked());
             QVERIFY(!lock->icon().pixmap(24).isNull());
+            QCOMPARE(lock->palette().color(lock->foregroundRole()), QColor(4, 5, 6));
         }
         editor.setLockValueAvailable(true);
         QCOMPARE(editor.isLockValueAvailable(), withLock);

@@ -103,6 +103,7 @@ private Q_SLOTS:
         row("integer key", key(3), {}, 2, 3, {2}, 1);
         row("label of an integer-keyed item stores the text", key("Cherry"), {}, 2, QVariant("Cherry"), {2}, 1);
         row("label of the current item: same index, new key", key("Apple"), {}, 0, QVariant("Apple"), {}, 1);
+        row("current key again", key("a"), {}, 0, a, {}, 0);
         row("unknown key", key("zz"), "setCurrentKey", 0, a, {}, 0);
         row("digits are no integer key", key("3"), "setCurrentKey", 0, a, {}, 0);
         row("null key", key(null), {}, 0, a, {}, 0);
@@ -187,6 +188,7 @@ private Q_SLOTS:
 
         QTest::newRow("popup: another item") << Popup << 0 << 1 << 1 << "Yellow";
         QTest::newRow("popup: item without tooltip shows its label") << Popup << 0 << 2 << 2 << "Cherry";
+        QTest::newRow("popup: the current item again") << Popup << 1 << 1 << 1 << "Yellow";
         QTest::newRow("popup: disabled item") << Popup << 2 << 3 << 2 << "Cherry";
         QTest::newRow("Down: next item") << Down << 0 << 1 << 1 << "Yellow";
         QTest::newRow("Down past the end stops before the disabled item") << Down << 1 << 3 << 2 << "Cherry";
@@ -258,11 +260,13 @@ private Q_SLOTS:
         QTest::newRow("label in blanks + Enter") << false << false << "  Cherry " << enter << 2 << QVariant(3);
         QTest::newRow("label + Tab away") << false << false << "Banana" << tab << 1 << QVariant("b");
         QTest::newRow("unknown, new refused: label back") << false << false << "Mango" << ret << 0 << QVariant("a");
+        QTest::newRow("unknown, new refused, Tab: label back") << false << false << "Mango" << tab << 0 << QVariant("a");
         QTest::newRow("unknown, new accepted: new item") << true << false << "Mango " << ret << 4 << QVariant("Mango");
         QTest::newRow("disabled label, new accepted: label back") << true << false << "Damson" << ret << 0 << QVariant("a");
         QTest::newRow("emptied, no item accepted: none at once") << false << true << "" << none << -1 << QVariant();
         QTest::newRow("emptied, no item refused: label back") << false << false << "" << ret << 0 << QVariant("a");
         QTest::newRow("blanks, no item accepted: none") << false << true << "   " << ret << -1 << QVariant();
+        QTest::newRow("blanks, no item refused: label back") << true << false << "   " << tab << 0 << QVariant("a");
         QTest::newRow("other case, new refused: label back") << false << false << "APPLE" << ret << 0 << QVariant("a");
         QTest::newRow("other case, new accepted: own item") << true << false << "bANANA" << ret << 4 << QVariant("bANANA");
         const QString long4k(4096, QLatin1Char('x')), foreign = QString::fromUtf8("\xd7\xa9\xd7\x9c\xd7\x9d \xf0\x9f\x8d\x8f");
@@ -270,6 +274,7 @@ private Q_SLOTS:
         QTest::newRow("right-to-left and emoji pasted: new item") << true << false << foreign << ret << 4 << QVariant(foreign);
         QTest::newRow("control characters pasted: refused") << true << false << "Ki\x01wi\x7f" << ret << 0 << QVariant("a");
         QTest::newRow("line break pasted inside: refused") << true << false << "Ki\nwi" << tab << 0 << QVariant("a");
+        QTest::newRow("only a tab pasted: label back") << true << false << "\t" << ret << 0 << QVariant("a");
     }
     void typedText()
     {
@@ -314,8 +319,8 @@ private Q_SLOTS:
         checkConsistent(*editor, keySpy);
     }
 
-    // The buttons are hidden on a read-only editor, and an embedded editor keeps them
-    // without spacing.
+    // The buttons sit right of the combo, are hidden on a read-only editor, and an
+    // embedded editor keeps them without spacing.
     void buttonsBesideTheCombo()
     {
         auto editor = makeEditor();
@@ -324,6 +329,8 @@ private Q_SLOTS:
         auto* automatic = editor->findChild<QWidget*>(QStringLiteral("automaticButton"));
         auto* lock = editor->findChild<QWidget*>(QStringLiteral("lockValueButton"));
         QVERIFY(automatic->isVisible() && lock->isVisible());
+        QVERIFY(comboOf(*editor)->geometry().right() < automatic->geometry().left());
+        QVERIFY(automatic->geometry().right() < lock->geometry().left());
 
         editor->setReadOnly(true);
         QVERIFY(!automatic->isVisible() && !lock->isVisible());

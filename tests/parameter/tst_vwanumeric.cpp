@@ -12,6 +12,7 @@
 #include <VwaInteger.h>
 #include <VwhStylesheet.h>
 
+#include <QHBoxLayout>
 #include <QLineEdit>
 #include <QVBoxLayout>
 #include <QtTest>
@@ -123,6 +124,7 @@ private Q_SLOTS:
         row("number, Enter", none, 0, "12.5", Qt::Key_Return, 12.5, "12.50");
         row("more digits than shown are kept", none, 0, "1.23456", Qt::Key_Enter, 1.23456, "1.23");
         row("prefix and unit in another case, Tab", metres, 0, "H = 3.25 M", Qt::Key_Tab, 3.25, "h = 3.25 m", "after");
+        row("blanks around prefix and unit", metres, 0, "  H = 3  m ", Qt::Key_Return, 3.0, "h = 3.00 m");
         row("number without prefix, Backtab", metres, 0, "7", Qt::Key_Backtab, 7.0, "h = 7.00 m", "before");
         row("degree sign follows the number", [](VwaDouble& e) { e.setDisplayFormat(fixed(1, QStringLiteral("deg"))); },
             0, "45\u00B0", Qt::Key_Return, 45.0, "45.0\u00B0");
@@ -140,9 +142,11 @@ private Q_SLOTS:
         row("Escape takes back the typing", none, 5, "77", Qt::Key_Escape, 5.0, "5.00");
         row("leaving untouched keeps the hidden digits", none, 1.23456, untouched, Qt::Key_Tab, 1.23456, "1.23", "after");
         row("up by the default step", none, 1.5, untouched, Qt::Key_Up, 2.5, "2.50");
+        row("page down", none, 0, untouched, Qt::Key_PageDown, -10.0, "-10.00");
         row("tenths add up exactly", [](VwaDouble& e) { e.setStep(0.1); }, 0.2, untouched, Qt::Key_Up, 0.3, "0.30");
         row("a negative step is ignored", [](VwaDouble& e) { e.setStep(-1.0); }, 1, untouched, Qt::Key_Up, 2.0, "2.00");
         row("stops at the maximum", bounded, 98.5, untouched, Qt::Key_PageUp, 99.0, "99.00");
+        row("no step beyond the maximum", bounded, 99, untouched, Qt::Key_Up, 99.0, "99.00");
         row("wraps past the maximum", wrapped, 99, untouched, Qt::Key_Up, -99.0, "-99.00");
         row("wraps past the minimum", wrapped, -99, untouched, Qt::Key_Down, 99.0, "99.00");
         row("undefined does not step", undefinable, UNDEF, untouched, Qt::Key_Up, UNDEF, "");
@@ -244,9 +248,9 @@ private Q_SLOTS:
         QCOMPARE(editor.isAutomaticEnabled(), automatic != -1);
     }
 
-    // Every named part is there on a new editor before it is shown, and style sheets reach
-    // each by name. Made read-only, the editor shows its value as flat text on the library's
-    // read-only background, in the spin box's place.
+    // Every named part is there on a new editor before it is shown, in its place, and style
+    // sheets reach each by name. Made read-only, the editor shows its value as flat text on
+    // the library's read-only background, in the spin box's place.
     void freshEditorParts_data()
     {
         QTest::addColumn<bool>("integer");
@@ -269,9 +273,19 @@ private Q_SLOTS:
             parts.last()->ensurePolished(); // as it is when it is first shown
             QCOMPARE(parts.last()->palette().color(QPalette::Text), QColor(i + 1, 0, 0));
         }
+        auto* row = editor->findChild<QHBoxLayout*>(QStringLiteral("rwLayout"));
+        QVERIFY(row && row->parentWidget() == parts[1]);
+        QCOMPARE(row->contentsMargins(), QMargins());
+        for (int i = 0; i < 3; ++i)
+            QCOMPARE(row->itemAt(i)->widget(), parts[2 + i]);
         QVERIFY(parts[3]->isHidden() && parts[4]->isHidden());
         auto* lineEdit = qobject_cast<QLineEdit*>(parts[5]);
-        QVERIFY(lineEdit && lineEdit->isReadOnly());
+        QVERIFY(lineEdit && lineEdit->isReadOnly() && !lineEdit->hasFrame());
+        QCOMPARE(lineEdit->sizePolicy().horizontalPolicy(), QSizePolicy::Ignored);
+        QCOMPARE(lineEdit->sizePolicy().verticalPolicy(), QSizePolicy::Ignored);
+        // The editor takes the spin box's policy: as wide as it needs, never taller.
+        QCOMPARE(editor->sizePolicy().verticalPolicy(), QSizePolicy::Fixed);
+        QCOMPARE(editor->focusPolicy(), Qt::StrongFocus);
 
         editor->show();
         editor->setProperty("value", 2);
@@ -334,9 +348,11 @@ private Q_SLOTS:
         row("prefix and suffix in another case", none, 5, "N = 12 PCS", Qt::Key_Return, 12, "n = 12 pcs");
         row("bare number", none, 5, "42", Qt::Key_Return, 42, "n = 42 pcs");
         row("above the maximum", none, 5, "1000", Qt::Key_Return, 99, "n = 99 pcs");
+        row("below the minimum", none, 5, "-3", Qt::Key_Return, 0, "n = 0 pcs");
         row("too big for an int", none, 5, "99999999999", Qt::Key_Return, 99, "n = 99 pcs");
         row("words keep the value", none, 5, "many", Qt::Key_Return, 5, "n = 5 pcs");
         row("empty, undefined allowed", undefinable, 5, "", Qt::Key_Return, undefined, "");
+        row("empty, undefined refused", none, 5, "", Qt::Key_Return, 5, "n = 5 pcs");
         row("a step of 5 stops at the maximum", [](VwaInteger& e) { e.setStep(5); }, 95, QString(), Qt::Key_Up, 99,
             "n = 99 pcs");
         row("wraps past the maximum", [](VwaInteger& e) { e.setWrapping(true); }, 99, QString(), Qt::Key_Up, 0,

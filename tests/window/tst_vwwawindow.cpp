@@ -73,6 +73,7 @@ private Q_SLOTS:
         QTest::addColumn<bool>("accepted");
         QTest::newRow("last") << 3 << true;
         QTest::newRow("one past the last") << 4 << false;
+        QTest::newRow("negative") << -1 << false;
     }
 
     void statusIndicators()

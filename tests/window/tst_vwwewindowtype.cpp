@@ -20,10 +20,12 @@ private Q_SLOTS:
         QTest::newRow("key exact") << "key" << "TASK" << true << 3;
         QTest::newRow("key lower case") << "key" << "task" << false << -1;
         QTest::newRow("label exact") << "label" << "Reporter" << true << 0;
+        QTest::newRow("label with a hyphen") << "label" << "Batch-Editor" << true << 6;
         QTest::newRow("label other case exists yet fails") << "label" << "reporter" << true << -1;
         QTest::newRow("label that is a key") << "label" << "DEBUG_WINDOW" << false << -1;
         QTest::newRow("value known") << "value" << "4" << true << 4;
         QTest::newRow("value unknown") << "value" << "7" << false << -1;
+        QTest::newRow("value negative") << "value" << "-1" << false << -1;
     }
 
     void lookups()
@@ -32,6 +34,7 @@ private Q_SLOTS:
         QFETCH(QString, text);
         QFETCH(bool, exists);
         QFETCH(int, value);
+        QCOMPARE(VwwEWindowType(), VwwEWindowType::DISPLAY); // what a window without a kind is
         const bool key = kind == QLatin1String("key"), label = kind == QLatin1String("label");
         const int number = text.toInt();
         const bool found = key ? VwwEWindowType::existsKey(text)
@@ -94,16 +97,19 @@ private Q_SLOTS:
         QCOMPARE(flags.getKeys(), QStringLiteral("DISPLAY"));
     }
 
-    // testFlag asks for any of the set, testFlags for all of it.
     void setOperations()
     {
-        VwwWindowTypeFlags flags(VwwEWindowType::TASK);
+        VwwWindowTypeFlags flags;
+        flags.addFlag(VwwEWindowType::TASK);
         flags.addFlags(VwwWindowTypeFlags::APPLICATION);
         QVERIFY(flags.testFlags(VwwWindowTypeFlags::APPLICATION));
         QVERIFY(!flags.testFlags(VwwWindowTypeFlags::USER));
         QVERIFY(flags.testFlag(VwwWindowTypeFlags::USER)); // TASK is shared
         flags.removeFlags(VwwWindowTypeFlags::APPLICATION);
         QCOMPARE(flags, VwwWindowTypeFlags(VwwEWindowType::TASK));
+        flags.removeFlag(VwwEWindowType::TASK);
+        QCOMPARE(flags, VwwWindowTypeFlags::NONE);
+        QVERIFY(!flags.testFlag(VwwWindowTypeFlags::ANY));
     }
 };
 

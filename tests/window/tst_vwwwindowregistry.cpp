@@ -15,6 +15,7 @@
 #include <QLabel>
 #include <QSignalSpy>
 #include <QtTest>
+#include <typeinfo>
 
 class TestWindowRegistry : public QObject
 {
@@ -107,6 +108,8 @@ private Q_SLOTS:
         VwwMessagesWindow* messages = VwwWindowRegistry::getMessagesWindow(true);
         QVERIFY(messages);
         QCOMPARE(VwwWindowRegistry::getMessagesWindow(false), messages);
+        QCOMPARE(VwwWindowRegistry::getReporterWindow(), VwwWindowRegistry::getReporterWindow());
+        QVERIFY(VwwWindowRegistry::getDebugWindow() == VwwWindowRegistry::getDebugWindow());
         delete messages;
         QCOMPARE(VwwWindowRegistry::getMessagesWindow(false), nullptr);
 
@@ -126,8 +129,11 @@ private Q_SLOTS:
         QTest::newRow("KbeError") << 0 << "the disk is full";
         QTest::newRow("KbeMemoryError") << 1 << "no memory for the grid";
         QTest::newRow("bad_alloc") << 2 << "std::bad_alloc: std::bad_alloc";
-        QTest::newRow("other std exception") << 3 << "std::exception: out of range";
-        QTest::newRow("not an exception class") << 4 << "Unknown exception.";
+        QTest::newRow("bad_cast") << 3 << "std::bad_cast: std::bad_cast";
+        QTest::newRow("bad_typeid") << 4 << "std::bad_typeid: std::bad_typeid";
+        QTest::newRow("bad_exception") << 5 << "std::bad_exception: std::bad_exception";
+        QTest::newRow("other std exception") << 6 << "std::exception: out of range";
+        QTest::newRow("not an exception class") << 7 << "Unknown exception.";
     }
 
     void exceptionTexts()
@@ -144,7 +150,10 @@ private Q_SLOTS:
             case 0: throw KbeError(QStringLiteral("the disk is full"));
             case 1: throw KbeMemoryError(QStringLiteral("no memory for the grid"));
             case 2: throw std::bad_alloc();
-            case 3: throw std::out_of_range("out of range");
+            case 3: throw std::bad_cast();
+            case 4: throw std::bad_typeid();
+            case 5: throw std::bad_exception();
+            case 6: throw std::out_of_range("out of range");
             default: throw 42;
             }
         };
@@ -264,6 +273,7 @@ private Q_SLOTS:
             failing->fields.insert(QStringLiteral("fail"), QString()); // its unserialize() fails
             auto* reporter = new TestWindow(QStringLiteral("reporter"), VwwEWindowType::REPORTER);
             reporter->classId = QStringLiteral("TestReporter");
+            reporter->fields.insert(QStringLiteral("k"), QStringLiteral("r"));
             // Not saved: a display without a scene, other kinds, and one whose serialize() throws.
             new TestSceneWindow(VugESceneType::MAP);
             new TestWindow(QStringLiteral("sheet"), VwwEWindowType::SPREADSHEET);
@@ -296,6 +306,8 @@ private Q_SLOTS:
             QCOMPARE(registeredIds().size(), 4);
             auto* map = qobject_cast<VwwASceneWindow*>(VwwWindowRegistry::getWindow(registeredIds().first()));
             QCOMPARE(map->getScene().getName(), QStringLiteral("Map"));
+            auto* reporter = qobject_cast<TestWindow*>(VwwWindowRegistry::getWindow(registeredIds().at(2))); // after the kept display
+            QCOMPARE(reporter->fields.value(QStringLiteral("k")), QStringLiteral("r"));
         }
     }
 
