@@ -1,6 +1,7 @@
 // The style-sheet vocabulary: the exact texts of values, declarations, rules and the
 // ready-made sheets, and that the built sheets take effect on real widgets.
 
+#include "DataRow.h"
 #include <VwhStyleSheetDialog.h>
 #include <VwhStylesheet.h>
 #include <VwhTableStylesheet.h>
@@ -64,14 +65,17 @@ QRect scrollBarPart(QScrollBar* bar, QStyle::SubControl part)
 
 } // namespace
 
+// The column types of the tables below.
+using TextsRow = Row<QString, QString>;
+using TableSheetRow = Row<bool, QList<int>, QStringList, QString>;
+
 class TestStylesheet : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:
     void texts_data()
     {
-        QTest::addColumn<QString>("actual");
-        QTest::addColumn<QString>("expected");
+        TextsRow::addColumns(); // actual, expected
 
         QTest::newRow("px of zero") << S::Length::px(0) << "0px";
         QTest::newRow("pt") << S::Length::pt(12) << "12pt";
@@ -123,8 +127,7 @@ private Q_SLOTS:
     }
     void texts()
     {
-        QFETCH(QString, actual);
-        QFETCH(QString, expected);
+        const auto [actual, expected] = TextsRow::fetch();
         QCOMPARE(actual, expected);
     }
 
@@ -178,10 +181,7 @@ private Q_SLOTS:
 
     void tableSheet_data()
     {
-        QTest::addColumn<bool>("headerVisible");
-        QTest::addColumn<QList<int>>("rowSizes");
-        QTest::addColumn<QStringList>("rowHeights");
-        QTest::addColumn<QString>("firstSectionTop");
+        TableSheetRow::addColumns(); // headerVisible, rowSizes, rowHeights, firstSectionTop
 
         const QString frame = QStringLiteral("1px solid #999999");
         QTest::newRow("defaults leave row heights free") << true << QList<int>() << QStringList() << "border-top: none";
@@ -197,10 +197,7 @@ private Q_SLOTS:
     }
     void tableSheet()
     {
-        QFETCH(bool, headerVisible);
-        QFETCH(QList<int>, rowSizes);
-        QFETCH(QStringList, rowHeights);
-        QFETCH(QString, firstSectionTop);
+        const auto [headerVisible, rowSizes, rowHeights, firstSectionTop] = TableSheetRow::fetch();
 
         VwhTableStylesheet builder;
         builder.setHorizontalHeaderVisible(headerVisible);

@@ -4,6 +4,7 @@
 // project reopens (never written to disk), point files dropped on the map, pictures
 // exported, and damaged sample files reported while the rest of the map is drawn.
 
+#include "DataRow.h"
 #include "MessageCatcher.h"
 #include "DemoMapData.h"
 #include "DemoMapWindow.h"
@@ -25,6 +26,10 @@
 #include <QMimeData>
 #include <QUrl>
 #include <QtTest>
+
+// The column types of the tables below.
+using PointFilesDroppedOnTheMapRow = Row<QString, QByteArray, bool, QString, QString>;
+using DamagedSampleFilesAreReportedRow = Row<QString, QByteArray, int, QString>;
 
 class TestDemoMap : public QObject
 {
@@ -110,11 +115,7 @@ private Q_SLOTS:
 
     void pointFilesDroppedOnTheMap_data()
     {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QByteArray>("content");
-        QTest::addColumn<bool>("accepted");
-        QTest::addColumn<QString>("item");
-        QTest::addColumn<QString>("warning");
+        PointFilesDroppedOnTheMapRow::addColumns(); // name, content, accepted, item, warning
         QTest::newRow("CSV") << "wells.csv" << QByteArray("x,y,z,porosity\n431100,6541100,0,0.2\n431900,6541900,0,0.3\n")
                              << true << "wells" << "";
         QTest::newRow("damaged CSV") << "broken.csv" << QByteArray("x,y,z\n1,2,oops\n") << true << ""
@@ -124,11 +125,7 @@ private Q_SLOTS:
 
     void pointFilesDroppedOnTheMap()
     {
-        QFETCH(QString, name);
-        QFETCH(QByteArray, content);
-        QFETCH(bool, accepted);
-        QFETCH(QString, item);
-        QFETCH(QString, warning);
+        const auto [name, content, accepted, item, warning] = PointFilesDroppedOnTheMapRow::fetch();
         QVERIFY(_demo.open());
         const QString path = _demo.dir.filePath(name);
         QVERIFY(WindowFiles::write(path, content));
@@ -169,10 +166,7 @@ private Q_SLOTS:
 
     void damagedSampleFilesAreReported_data()
     {
-        QTest::addColumn<QString>("file");
-        QTest::addColumn<QByteArray>("content");
-        QTest::addColumn<int>("missingRank");
-        QTest::addColumn<QString>("message");
+        DamagedSampleFilesAreReportedRow::addColumns(); // file, content, missingRank, message
         QTest::newRow("boundary, a word") << "boundary.csv" << QByteArray("x,y\n1,2\nthree,4\n5,6\n") << 1
                                           << "boundary.csv', line 3: 'three' is not a number";
         QTest::newRow("boundary, empty") << "boundary.csv" << QByteArray() << 1 << "holds no polygon";
@@ -190,10 +184,7 @@ private Q_SLOTS:
 
     void damagedSampleFilesAreReported()
     {
-        QFETCH(QString, file);
-        QFETCH(QByteArray, content);
-        QFETCH(int, missingRank);
-        QFETCH(QString, message);
+        const auto [file, content, missingRank, message] = DamagedSampleFilesAreReportedRow::fetch();
         QVERIFY(WindowFiles::write(QDir(_demo.folder).filePath(QStringLiteral("data/") + file), content));
         MessageCatcher caught;
         QVERIFY(_demo.open());

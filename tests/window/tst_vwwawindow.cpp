@@ -1,3 +1,4 @@
+#include "DataRow.h"
 #include "TestWindows.h"
 
 #include <KbcAProgress.h>
@@ -36,6 +37,9 @@ public:
     double getFraction() const override { return fraction; }
 };
 
+// The column types of the tables below.
+using StatusIndicatorsRow = Row<int, bool>;
+
 class TestAWindow : public QObject
 {
     Q_OBJECT
@@ -69,8 +73,7 @@ private Q_SLOTS:
 
     void statusIndicators_data()
     {
-        QTest::addColumn<int>("id");
-        QTest::addColumn<bool>("accepted");
+        StatusIndicatorsRow::addColumns(); // id, accepted
         QTest::newRow("last") << 3 << true;
         QTest::newRow("one past the last") << 4 << false;
         QTest::newRow("negative") << -1 << false;
@@ -78,8 +81,7 @@ private Q_SLOTS:
 
     void statusIndicators()
     {
-        QFETCH(int, id);
-        QFETCH(bool, accepted);
+        const auto [id, accepted] = StatusIndicatorsRow::fetch();
         TestWindow window(QStringLiteral("W"));
         window.show();
         if (!accepted)

@@ -1,3 +1,4 @@
+#include "DataRow.h"
 #include <KbeProgrammingError.h>
 #include <VwwEWindowType.h>
 #include <VwwWindowTypeFlags.h>
@@ -6,6 +7,10 @@
 
 Q_DECLARE_METATYPE(VwwWindowTypeFlags)
 
+// The column types of the tables below.
+using LookupsRow = Row<QString, QString, bool, int>;
+using FlagSetsRow = Row<VwwWindowTypeFlags, QString>;
+
 class TestWindowType : public QObject
 {
     Q_OBJECT
@@ -13,10 +18,8 @@ class TestWindowType : public QObject
 private Q_SLOTS:
     void lookups_data()
     {
-        QTest::addColumn<QString>("kind");
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<bool>("exists");
-        QTest::addColumn<int>("value"); // -1: the lookup without fallback throws
+        // value: -1: the lookup without fallback throws
+        LookupsRow::addColumns(); // kind, text, exists, value
         QTest::newRow("key exact") << "key" << "TASK" << true << 3;
         QTest::newRow("key lower case") << "key" << "task" << false << -1;
         QTest::newRow("label exact") << "label" << "Reporter" << true << 0;
@@ -30,10 +33,7 @@ private Q_SLOTS:
 
     void lookups()
     {
-        QFETCH(QString, kind);
-        QFETCH(QString, text);
-        QFETCH(bool, exists);
-        QFETCH(int, value);
+        const auto [kind, text, exists, value] = LookupsRow::fetch();
         QCOMPARE(VwwEWindowType(), VwwEWindowType::DISPLAY); // what a window without a kind is
         const bool key = kind == QLatin1String("key"), label = kind == QLatin1String("label");
         const int number = text.toInt();
@@ -61,8 +61,7 @@ private Q_SLOTS:
 
     void flagSets_data()
     {
-        QTest::addColumn<VwwWindowTypeFlags>("flags");
-        QTest::addColumn<QString>("keys");
+        FlagSetsRow::addColumns(); // flags, keys
         QTest::newRow("NONE") << VwwWindowTypeFlags::NONE << "";
         QTest::newRow("ANY") << VwwWindowTypeFlags::ANY
                              << "REPORTER|DISPLAY|SPREADSHEET|TASK|MESSAGES|DEBUG_WINDOW|BATCH_EDITOR";
@@ -77,8 +76,7 @@ private Q_SLOTS:
 
     void flagSets()
     {
-        QFETCH(VwwWindowTypeFlags, flags);
-        QFETCH(QString, keys);
+        const auto [flags, keys] = FlagSetsRow::fetch();
         QCOMPARE(flags.getKeys(), keys);
         const int set = keys.isEmpty() ? 0 : keys.count(QLatin1Char('|')) + 1;
         QCOMPARE(flags.count(true), set);

@@ -1,3 +1,4 @@
+#include "DataRow.h"
 #include "FakeMainWindow.h"
 #include "MessageCatcher.h"
 #include "TestWindows.h"
@@ -16,6 +17,10 @@
 #include <QSignalSpy>
 #include <QtTest>
 #include <typeinfo>
+
+// The column types of the tables below.
+using OpeningMakesTheWindowsRow = Row<bool, bool, bool, QStringList>;
+using RowsFollowAddAndRemoveRow = Row<QStringList, QStringList, int, int>;
 
 class TestWindowRegistry : public QObject
 {
@@ -235,10 +240,9 @@ private Q_SLOTS:
 
     void openingMakesTheWindows_data()
     {
-        QTest::addColumn<bool>("saved");         // windows were saved before
-        QTest::addColumn<bool>("userCanChange"); // saved windows are recreated
-        QTest::addColumn<bool>("spawn3D");
-        QTest::addColumn<QStringList>("calls");
+        // saved: windows were saved before
+        // userCanChange: saved windows are recreated
+        OpeningMakesTheWindowsRow::addColumns(); // saved, userCanChange, spawn3D, calls
         QTest::newRow("nothing saved") << false << true << true
                                        << QStringList({"createReporterWindow", "create3DDisplay:0", "create2DDisplay:0"});
         QTest::newRow("nothing saved, no 3D display asked for")
@@ -253,10 +257,7 @@ private Q_SLOTS:
 
     void openingMakesTheWindows()
     {
-        QFETCH(bool, saved);
-        QFETCH(bool, userCanChange);
-        QFETCH(bool, spawn3D);
-        QFETCH(QStringList, calls);
+        const auto [saved, userCanChange, spawn3D, calls] = OpeningMakesTheWindowsRow::fetch();
         const QString folder = WindowFiles::makeProject(_dir);
         FakeMainWindow main;
         main.workspaceText = QStringLiteral("three windows");
@@ -401,10 +402,8 @@ private Q_SLOTS:
     // The window model on its own: rows, signals and titles.
     void rowsFollowAddAndRemove_data()
     {
-        QTest::addColumn<QStringList>("operations"); // "+a" adds a, "-a" removes it, "xa" deletes it
-        QTest::addColumn<QStringList>("rows");
-        QTest::addColumn<int>("inserted");
-        QTest::addColumn<int>("removed");
+        // operations: "+a" adds a, "-a" removes it, "xa" deletes it
+        RowsFollowAddAndRemoveRow::addColumns(); // operations, rows, inserted, removed
         QTest::newRow("in the order added") << QStringList{"+a", "+b", "+c"} << QStringList{"a", "b", "c"} << 3 << 0;
         QTest::newRow("first and last removed") << QStringList{"+a", "+b", "+c", "-a", "-c"} << QStringList{"b"} << 3
                                                 << 2;
@@ -418,10 +417,7 @@ private Q_SLOTS:
 
     void rowsFollowAddAndRemove()
     {
-        QFETCH(QStringList, operations);
-        QFETCH(QStringList, rows);
-        QFETCH(int, inserted);
-        QFETCH(int, removed);
+        const auto [operations, rows, inserted, removed] = RowsFollowAddAndRemoveRow::fetch();
         QMap<QString, QPointer<TestWindow>> windows;
         for (const char* name : {"a", "b", "c"})
             windows[QLatin1String(name)] = new TestWindow(QLatin1String(name)); // the registry deletes them
