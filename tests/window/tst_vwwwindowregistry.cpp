@@ -19,6 +19,7 @@
 #include <typeinfo>
 
 // The column types of the tables below.
+using ExceptionTextsRow = Row<int, QString>;
 using OpeningMakesTheWindowsRow = Row<bool, bool, bool, QStringList>;
 using RowsFollowAddAndRemoveRow = Row<QStringList, QStringList, int, int>;
 
@@ -129,8 +130,7 @@ private Q_SLOTS:
 
     void exceptionTexts_data()
     {
-        QTest::addColumn<int>("kind");
-        QTest::addColumn<QString>("text");
+        ExceptionTextsRow::addColumns(); // kind, text
         QTest::newRow("KbeError") << 0 << "the disk is full";
         QTest::newRow("KbeMemoryError") << 1 << "no memory for the grid";
         QTest::newRow("bad_alloc") << 2 << "std::bad_alloc: std::bad_alloc";
@@ -143,9 +143,8 @@ private Q_SLOTS:
 
     void exceptionTexts()
     {
-        QFETCH(int, kind);
-        QFETCH(QString, text);
-        text = QStringLiteral("Error occurred in window 'B': ") + text;
+        const auto [kind, message] = ExceptionTextsRow::fetch();
+        const QString text = QStringLiteral("Error occurred in window 'B': ") + message;
         openNewProject();
         TestWindow a(QStringLiteral("A")), b(QStringLiteral("B")), c(QStringLiteral("C"));
         b.onCall = [kind](const char* what) {
