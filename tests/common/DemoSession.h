@@ -2,12 +2,15 @@
 // The demo as the tests that drive it like a user meet it: a fresh sample project in a
 // temporary folder (made, not opened) and the demo's main window shown around it, with the
 // demo's window factory installed. start() in a test's init(), stop() in its cleanup().
+// Numbers are written in the C locale, and the preferences kept in the temporary folder, so
+// that neither the machine's settings nor an earlier run change what a test sees.
 
 #include "DemoMainWindow.h"
 #include "DemoSampleProject.h"
 #include "DemoWindowFactory.h"
 #include "TestWindows.h"
 
+#include <VupPreferenceRegistry.h>
 #include <VwwWindowRegistry.h>
 
 #include <QTemporaryDir>
@@ -20,6 +23,12 @@ struct DemoSession
     QTemporaryDir dir;
     QString folder;
     std::unique_ptr<DemoMainWindow> main;
+
+    DemoSession()
+    {
+        QLocale::setDefault(QLocale::c());
+        VupPreferenceRegistry::getInstance()->setStorageFile(dir.filePath(QStringLiteral("preferences.ini")));
+    }
 
     // False when the project cannot be made or the window is not shown.
     bool start(const QSize& size = QSize(1400, 900))

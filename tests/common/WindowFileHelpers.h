@@ -69,14 +69,6 @@ inline VwwWindowRegistry::WindowData saved(const QString& path, QDomElement* wor
     return data;
 }
 
-inline QStringList savedClassIds(const QString& path)
-{
-    QStringList ids;
-    for (const auto& entry : saved(path))
-        ids << entry.first;
-    return ids;
-}
-
 // Runs `work` while the process may not write files beyond `bytes`, as on a full disk: a
 // write past it fails with EFBIG.
 template <class F>

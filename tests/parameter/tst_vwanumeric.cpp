@@ -2,6 +2,7 @@
 // Backtab, the step keys and the wheel, bounds and undefined values switched on and off,
 // the automatic state, read-only presentation, the named parts, and hostile text.
 
+#include "DataRow.h"
 #include "EditorInput.h"
 
 #include <KbbGlobal.h>
@@ -14,7 +15,6 @@
 
 #include <QHBoxLayout>
 #include <QLineEdit>
-#include <QStackedWidget>
 #include <QVBoxLayout>
 #include <QtTest>
 #include <cmath>
@@ -89,6 +89,11 @@ struct Form
 
 } // namespace
 
+// The column types of the tables below.
+using UserInputRow = Row<Setup, double, QString, int, double, QString, QString>;
+using IntegerInputRow = Row<IntSetup, int, QString, int, int, QString>;
+using ValuesFromCodeRow = Row<Setup, double, double, int, QList<double>>;
+
 class TestVwaNumeric : public QObject
 {
     Q_OBJECT
@@ -104,13 +109,7 @@ private Q_SLOTS:
 
     void userInput_data()
     {
-        QTest::addColumn<Setup>("setup");
-        QTest::addColumn<double>("start");
-        QTest::addColumn<QString>("typed");
-        QTest::addColumn<int>("key");
-        QTest::addColumn<double>("value");
-        QTest::addColumn<QString>("shown");
-        QTest::addColumn<QString>("focus");
+        UserInputRow::addColumns(); // setup, start, typed, key, value, shown, focus
 
         auto row = [](const char* name, const Setup& setup, double start, const QString& typed, int key, double value,
                       const QString& shown, const char* focus = "spinbox") {
@@ -163,13 +162,7 @@ private Q_SLOTS:
     }
     void userInput()
     {
-        QFETCH(Setup, setup);
-        QFETCH(double, start);
-        QFETCH(QString, typed);
-        QFETCH(int, key);
-        QFETCH(double, value);
-        QFETCH(QString, shown);
-        QFETCH(QString, focus);
+        const auto [setup, start, typed, key, value, shown, focus] = UserInputRow::fetch();
 
         Form<VwaDouble> form;
         setup(*form.editor);
@@ -191,13 +184,9 @@ private Q_SLOTS:
     // on and off, and the automatic value (4 when the editor is made automatic).
     void valuesFromCode_data()
     {
-        QTest::addColumn<Setup>("change");
-        QTest::addColumn<double>("start");
-        QTest::addColumn<double>("value");
         // 0 not automatic, 1 automatic, -1 the automatic button disabled: the automatic
         // value (0 unless set) no longer fits the bounds.
-        QTest::addColumn<int>("automatic");
-        QTest::addColumn<QList<double>>("emitted");
+        ValuesFromCodeRow::addColumns(); // change, start, value, automatic, emitted
 
         auto row = [](const char* name, const Setup& change, double start, double value, int automatic = 0,
                       QList<double> emitted = {}) {
@@ -230,11 +219,7 @@ private Q_SLOTS:
     }
     void valuesFromCode()
     {
-        QFETCH(Setup, change);
-        QFETCH(double, start);
-        QFETCH(double, value);
-        QFETCH(int, automatic);
-        QFETCH(QList<double>, emitted);
+        const auto [change, start, value, automatic, emitted] = ValuesFromCodeRow::fetch();
 
         VwaDouble editor;
         editor.setUndefineEnabled(true);
@@ -274,12 +259,6 @@ private Q_SLOTS:
             parts.last()->ensurePolished(); // as it is when it is first shown
             QCOMPARE(parts.last()->palette().color(QPalette::Text), QColor(i + 1, 0, 0));
         }
-        auto* stack = qobject_cast<QStackedWidget*>(parts[0]);
-        QVERIFY(stack && stack->parentWidget() == editor.get());
-        QCOMPARE(stack->count(), 2);
-        QCOMPARE(stack->widget(0), parts[1]);
-        QCOMPARE(stack->widget(1), parts[5]);
-        QCOMPARE(stack->currentIndex(), 0);
         auto* row = editor->findChild<QHBoxLayout*>(QStringLiteral("rwLayout"));
         QVERIFY(row && row->parentWidget() == parts[1]);
         QCOMPARE(row->contentsMargins(), QMargins());
@@ -308,15 +287,6 @@ private Q_SLOTS:
         QVERIFY(lineEdit->text().startsWith(QLatin1Char('3')));
         editor->setReadOnly(false);
         QVERIFY(!lineEdit->isVisible() && parts[2]->isVisible() && parts[4]->isVisible());
-    }
-
-    void fixedTextIsLogged()
-    {
-        QLoggingCategory::setFilterRules(QStringLiteral("halvorn.widget.atomic.double.debug=true"));
-        Form<VwaDouble> form;
-        QTest::ignoreMessage(QtDebugMsg, "_SpinBoxPrivate::interpret text ' 3.14159' >> '3.14159'' >> '3.14'");
-        form.type(QStringLiteral(" 3.14159"));
-        QLoggingCategory::setFilterRules(QString());
     }
 
     // Whatever is typed or pasted, the value stays a finite number within the bounds and
@@ -349,12 +319,7 @@ private Q_SLOTS:
     // The same with integers, in an editor with a prefix, a suffix and both bounds on.
     void integerInput_data()
     {
-        QTest::addColumn<IntSetup>("setup");
-        QTest::addColumn<int>("start");
-        QTest::addColumn<QString>("typed");
-        QTest::addColumn<int>("key");
-        QTest::addColumn<int>("value");
-        QTest::addColumn<QString>("shown");
+        IntegerInputRow::addColumns(); // setup, start, typed, key, value, shown
 
         auto row = [](const char* name, const IntSetup& setup, int start, const QString& typed, int key, int value,
                       const QString& shown) { QTest::newRow(name) << setup << start << typed << key << value << shown; };
@@ -377,12 +342,7 @@ private Q_SLOTS:
     }
     void integerInput()
     {
-        QFETCH(IntSetup, setup);
-        QFETCH(int, start);
-        QFETCH(QString, typed);
-        QFETCH(int, key);
-        QFETCH(int, value);
-        QFETCH(QString, shown);
+        const auto [setup, start, typed, key, value, shown] = IntegerInputRow::fetch();
 
         Form<VwaInteger> form;
         VwaInteger& e = *form.editor;

@@ -4,6 +4,7 @@
 // project reopens (never written to disk), point files dropped on the map, pictures
 // exported, and damaged sample files reported while the rest of the map is drawn.
 
+#include "DataRow.h"
 #include "MessageCatcher.h"
 #include "DemoMapData.h"
 #include "DemoMapWindow.h"
@@ -14,7 +15,6 @@
 #include <VsdPointSet.h>
 #include <VugDatasetStore.h>
 #include <VugScene.h>
-#include <VupPreferenceRegistry.h>
 #include <Vwv2DOverView.h>
 #include <VwqBasemapPlot.h>
 #include <VwvBasemapLayer.h>
@@ -27,6 +27,10 @@
 #include <QUrl>
 #include <QtTest>
 
+// The column types of the tables below.
+using PointFilesDroppedOnTheMapRow = Row<QString, QByteArray, bool, QString, QString>;
+using DamagedSampleFilesAreReportedRow = Row<QString, QByteArray, int, QString>;
+
 class TestDemoMap : public QObject
 {
     Q_OBJECT
@@ -35,12 +39,6 @@ class TestDemoMap : public QObject
     static DemoMapWindow* map() { return DemoSession::window<DemoMapWindow>(); }
 
 private Q_SLOTS:
-    void initTestCase()
-    {
-        QLocale::setDefault(QLocale::c());
-        VupPreferenceRegistry::getInstance()->setStorageFile(_demo.dir.filePath(QStringLiteral("preferences.ini")));
-    }
-
     void init() { QVERIFY(_demo.start()); }
     void cleanup() { _demo.stop(); }
 
@@ -117,11 +115,7 @@ private Q_SLOTS:
 
     void pointFilesDroppedOnTheMap_data()
     {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QByteArray>("content");
-        QTest::addColumn<bool>("accepted");
-        QTest::addColumn<QString>("item");
-        QTest::addColumn<QString>("warning");
+        PointFilesDroppedOnTheMapRow::addColumns(); // name, content, accepted, item, warning
         QTest::newRow("CSV") << "wells.csv" << QByteArray("x,y,z,porosity\n431100,6541100,0,0.2\n431900,6541900,0,0.3\n")
                              << true << "wells" << "";
         QTest::newRow("damaged CSV") << "broken.csv" << QByteArray("x,y,z\n1,2,oops\n") << true << ""
@@ -131,11 +125,7 @@ private Q_SLOTS:
 
     void pointFilesDroppedOnTheMap()
     {
-        QFETCH(QString, name);
-        QFETCH(QByteArray, content);
-        QFETCH(bool, accepted);
-        QFETCH(QString, item);
-        QFETCH(QString, warning);
+        const auto [name, content, accepted, item, warning] = PointFilesDroppedOnTheMapRow::fetch();
         QVERIFY(_demo.open());
         const QString path = _demo.dir.filePath(name);
         QVERIFY(WindowFiles::write(path, content));
@@ -157,35 +147,26 @@ private Q_SLOTS:
             QCOMPARE(map()->shownItems().first(), item);
             QVERIFY(view->getLayer(3)->boundingRect().contains(QPointF(431500, 6541500)));
         }
-        const QString told = caught.warnings.join('\n');
-        QCOMPARE(caught.warnings.size(), warning.isEmpty() ? 0 : 1);
-        QVERIFY2(warning.isEmpty() || (told.contains(warning) && told.contains(name)), qPrintable(told));
+        // Only what names the file counts: the 3D display may say meanwhile that it has no OpenGL.
+        const QStringList told = caught.warnings.filter(name);
+        QCOMPARE(told.size(), warning.isEmpty() ? 0 : 1);
+        QVERIFY2(warning.isEmpty() || told.first().contains(warning), qPrintable(told.join('\n')));
     }
 
-    void picturesAreExported_data()
-    {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QByteArray>("start");
-        QTest::newRow("PNG") << "map.png" << QByteArray("\x89PNG");
-        QTest::newRow("SVG") << "map.svg" << QByteArray("<?xml");
-    }
-
+    // The picture's format follows the name's suffix.
     void picturesAreExported()
     {
-        QFETCH(QString, name);
-        QFETCH(QByteArray, start);
         QVERIFY(_demo.open());
-        const QString path = _demo.dir.filePath(name);
-        QVERIFY(map()->exportImage(path));
-        QVERIFY(WindowFiles::read(path).startsWith(start));
+        for (const char* name : {"map.png", "map.svg"}) {
+            const QString path = _demo.dir.filePath(QLatin1String(name));
+            QVERIFY(map()->exportImage(path));
+            QVERIFY2(WindowFiles::read(path).startsWith(path.endsWith(".png") ? "\x89PNG" : "<?xml"), name);
+        }
     }
 
     void damagedSampleFilesAreReported_data()
     {
-        QTest::addColumn<QString>("file");
-        QTest::addColumn<QByteArray>("content");
-        QTest::addColumn<int>("missingRank");
-        QTest::addColumn<QString>("message");
+        DamagedSampleFilesAreReportedRow::addColumns(); // file, content, missingRank, message
         QTest::newRow("boundary, a word") << "boundary.csv" << QByteArray("x,y\n1,2\nthree,4\n5,6\n") << 1
                                           << "boundary.csv', line 3: 'three' is not a number";
         QTest::newRow("boundary, empty") << "boundary.csv" << QByteArray() << 1 << "holds no polygon";
@@ -203,10 +184,7 @@ private Q_SLOTS:
 
     void damagedSampleFilesAreReported()
     {
-        QFETCH(QString, file);
-        QFETCH(QByteArray, content);
-        QFETCH(int, missingRank);
-        QFETCH(QString, message);
+        const auto [file, content, missingRank, message] = DamagedSampleFilesAreReportedRow::fetch();
         QVERIFY(WindowFiles::write(QDir(_demo.folder).filePath(QStringLiteral("data/") + file), content));
         MessageCatcher caught;
         QVERIFY(_demo.open());

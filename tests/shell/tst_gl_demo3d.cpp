@@ -10,7 +10,6 @@
 #include <SoCameraInteractor.h>
 #include <Vg3Ruler.h>
 #include <Vg3SceneInteractor.h>
-#include <VupPreferenceRegistry.h>
 #include <Vw3ExaminerView.h>
 #include <Vw3OivViewer.h>
 #include <Vw3RenderAreaQWindow.h>
@@ -62,12 +61,6 @@ class TestDemo3D : public QObject
     static QWindow* area(Demo3DWindow* window) { return window->getView()->getViewer()->getRenderArea(); }
 
 private Q_SLOTS:
-    void initTestCase()
-    {
-        QLocale::setDefault(QLocale::c());
-        VupPreferenceRegistry::getInstance()->setStorageFile(_demo.dir.filePath(QStringLiteral("preferences.ini")));
-    }
-
     void init() { QVERIFY(_demo.start(QSize(1200, 800))); }
     void cleanup() { _demo.stop(); }
 

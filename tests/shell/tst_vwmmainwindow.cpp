@@ -1,3 +1,4 @@
+#include "DataRow.h"
 #include "TestWindows.h"
 
 #include <VwmMainWindow.h>
@@ -85,6 +86,10 @@ QStringList layoutOf(const VwmMainWindow& main)
 
 } // namespace
 
+// The column types of the tables below.
+using ClosingTheDockClosesTheWindowRow = Row<bool, bool, bool>;
+using DockedWindowsShareTabsAndOthersFloatRow = Row<QString, QString>;
+
 class TestVwmMainWindow : public QObject
 {
     Q_OBJECT
@@ -124,8 +129,9 @@ private Q_SLOTS:
 
     void dockedWindowsShareTabsAndOthersFloat_data()
     {
-        QTest::addColumn<QString>("kinds"); // one letter per window: D docked, F floating
-        QTest::addColumn<QString>("tabs");  // the expected tab bar, "" for none
+        // kinds: one letter per window: D docked, F floating
+        // tabs: the expected tab bar, "" for none
+        DockedWindowsShareTabsAndOthersFloatRow::addColumns(); // kinds, tabs
         QTest::newRow("one docked window has no tabs") << "D" << "";
         QTest::newRow("docked windows join the first, the newest on top") << "DDD" << "w0,w1,w2 current w2";
         QTest::newRow("floating windows stay out of the tabs") << "DFDF" << "w0,w2 current w2";
@@ -133,8 +139,7 @@ private Q_SLOTS:
     }
     void dockedWindowsShareTabsAndOthersFloat()
     {
-        QFETCH(QString, kinds);
-        QFETCH(QString, tabs);
+        const auto [kinds, tabs] = DockedWindowsShareTabsAndOthersFloatRow::fetch();
         auto main = makeMainWindow();
         QList<QPointer<ShellWindow>> windows;
         for (int i = 0; i < kinds.size(); ++i)
@@ -162,9 +167,8 @@ private Q_SLOTS:
 
     void closingTheDockClosesTheWindow_data()
     {
-        QTest::addColumn<bool>("floating");
-        QTest::addColumn<bool>("byKey"); // Ctrl+W, otherwise the dock's close button
-        QTest::addColumn<bool>("allowed");
+        // byKey: Ctrl+W, otherwise the dock's close button
+        ClosingTheDockClosesTheWindowRow::addColumns(); // floating, byKey, allowed
         QTest::newRow("close button of a docked window") << false << false << true;
         QTest::newRow("closing a floating dock") << true << false << true;
         QTest::newRow("Ctrl+W in the main window") << false << true << true;
@@ -174,9 +178,7 @@ private Q_SLOTS:
     }
     void closingTheDockClosesTheWindow()
     {
-        QFETCH(bool, floating);
-        QFETCH(bool, byKey);
-        QFETCH(bool, allowed);
+        const auto [floating, byKey, allowed] = ClosingTheDockClosesTheWindowRow::fetch();
         auto main = makeMainWindow();
         new ShellWindow(QStringLiteral("other"));
         QPointer<ShellWindow> window =

