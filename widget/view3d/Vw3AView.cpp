@@ -1,14 +1,14 @@
 #include "Vw3AView.h"
 
 #include "Vw3IContextMenuCallback.h"
-#include "Vw3NodeSet.h"
-#include "Vw3PickStack.h"
-#include "Vw3ViewExport.h"
 #include "Vw3Legend_p.h"
+#include "Vw3NodeSet.h"
 #include "Vw3OivViewer.h"
+#include "Vw3PickStack.h"
 #include "Vw3RenderAreaQWindow.h"
 #include "Vw3SeekInfo.h"
 #include "Vw3ViewActions.h"
+#include "Vw3ViewExport.h"
 #include "Vw3ViewShortcuts.h"
 
 #include <KbbDebug.h>
@@ -21,11 +21,11 @@
 #include <SoRef.h>
 #include <Vg3ANode.h>
 #include <Vg3ATool.h>
-#include <Vg3Ruler.h>
 #include <Vg3Axes.h>
 #include <Vg3Compass.h>
 #include <Vg3Gnomon.h>
 #include <Vg3OpenInventor.h>
+#include <Vg3Ruler.h>
 #include <Vg3SceneInteractor.h>
 #include <Vg3SectionModel.h>
 #include <VgpIPickHandler.h>
@@ -52,7 +52,6 @@
 #include <QAction>
 #include <QApplication>
 #include <QDragEnterEvent>
-#include <QPointer>
 #include <QMenu>
 #include <QMimeData>
 #include <QPointer>
@@ -86,9 +85,9 @@ public:
     std::unique_ptr<Vw3NodeSet> nodeSet;
 
     std::unique_ptr<Vg3SectionModel> sectionModel;
-    // The bottom of the stack, never popped: it shows the help of the handler on top.
-    std::unique_ptr<Vw3PickStack> pickStack;
     std::unique_ptr<Vg3Ruler> ruler;
+    // The pick handlers, over the overlay that shows the help of the one on top.
+    std::unique_ptr<Vw3PickStack> pickStack;
     std::unique_ptr<Vw3Legend_p> legend;
     std::unique_ptr<Vw3SeekInfo> seekInfo;
     std::unique_ptr<Vg3Axes> axes;
