@@ -3,10 +3,14 @@
 #include <Vg3OpenInventor.h>
 
 #include <Inventor/SbViewportRegion.h>
+#include <Inventor/SoPickedPoint.h>
 #include <Inventor/SoDB.h>
 #include <Inventor/actions/SoGetBoundingBoxAction.h>
 #include <Inventor/nodes/SoScale.h>
 #include <Inventor/nodes/SoSeparator.h>
+
+#include <QCoreApplication>
+#include <QLocale>
 
 #include <algorithm>
 #include <cmath>
@@ -48,6 +52,22 @@ Vg3ANode::~Vg3ANode()
         _watchers.pop_back();
         watcher->nodeDestroyed(this);
     }
+}
+
+KbgVector3D Vg3ANode::toData(const SbVec3f& local) const
+{
+    return KbgVector3D(local[0] + _offset.x(), local[1] + _offset.y(), local[2] / _zScale + _offset.z());
+}
+
+QStringList Vg3ANode::describe(const SoPickedPoint& picked) const
+{
+    const KbgVector3D p = toData(picked.getPoint());
+    const QLocale locale;
+    const auto line = [&](const char* what, double v) {
+        return QCoreApplication::translate("Vg3ANode", what) + QStringLiteral(": ") + locale.toString(v, 'f', 2);
+    };
+    return {getName(), line(QT_TRANSLATE_NOOP("Vg3ANode", "x"), p.x()), line(QT_TRANSLATE_NOOP("Vg3ANode", "y"), p.y()),
+            line(QT_TRANSLATE_NOOP("Vg3ANode", "z"), p.z())};
 }
 
 void Vg3ANode::addWatcher(Vg3INodeWatcher* watcher)

@@ -16,10 +16,12 @@
 #include <Inventor/SbBox3f.h>
 
 #include <QString>
+#include <QStringList>
 
 #include <cmath>
 #include <vector>
 
+class SoPickedPoint;
 class SoScale;
 class SoSeparator;
 class Vg3ANode;
@@ -70,6 +72,13 @@ public:
 
     bool isPickable() const override { return _pickable; }
     void setPickable(bool pickable) override { _pickable = pickable; }
+
+    // What a pick on the node reads, one "what: value" a line: the node's name and the
+    // picked point in the data's coordinates; nodes add what they know of the place.
+    virtual QStringList describe(const SoPickedPoint& picked) const;
+    // The data's coordinates of a point of the sub-graph (offset added back, vertical
+    // scale taken out).
+    KbgVector3D toData(const SbVec3f& local) const;
 
     // A watcher is told once, when the node is destroyed; adding one twice adds it once.
     void addWatcher(Vg3INodeWatcher* watcher);

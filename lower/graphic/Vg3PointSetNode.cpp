@@ -1,10 +1,13 @@
 #include <Vg3PointSetNode.h>
 
+#include <KbbGlobal.h>
 #include <KbcValueRange.h>
 #include <VsdPointSet.h>
 #include <VugColorScale.h>
 #include <VupPreferencesGraphic.h>
 
+#include <Inventor/SoPickedPoint.h>
+#include <Inventor/details/SoPointDetail.h>
 #include <Inventor/nodes/SoCoordinate3.h>
 #include <Inventor/nodes/SoDrawStyle.h>
 #include <Inventor/nodes/SoLightModel.h>
@@ -12,6 +15,9 @@
 #include <Inventor/nodes/SoMaterialBinding.h>
 #include <Inventor/nodes/SoPointSet.h>
 #include <Inventor/nodes/SoSeparator.h>
+
+#include <QCoreApplication>
+#include <QLocale>
 
 #include <cmath>
 
@@ -106,6 +112,29 @@ int Vg3PointSetNode::getSampleRank(int vertex) const
 int Vg3PointSetNode::getDrawnCount() const
 {
     return _d->ranks.size();
+}
+
+QStringList Vg3PointSetNode::describe(const SoPickedPoint& picked) const
+{
+    const SoDetail* detail = picked.getDetail();
+    const int rank = detail && detail->isOfType(SoPointDetail::getClassTypeId())
+                         ? getSampleRank(static_cast<const SoPointDetail*>(detail)->getCoordinateIndex())
+                         : -1;
+    const VsdPointSet& set = _d->pointSet;
+    if (rank < 0 || rank >= set.size())
+        return Vg3ANode::describe(picked);
+    const QLocale locale;
+    const auto value = [&](double v) {
+        return KbbGlobal::isUndefined(v) || !std::isfinite(v)
+                   ? QCoreApplication::translate("Vg3PointSetNode", "undefined")
+                   : locale.toString(v, 'g', 8);
+    };
+    QStringList lines{QCoreApplication::translate("Vg3PointSetNode", "%1, sample %2").arg(getName()).arg(rank + 1)};
+    lines << QStringLiteral("x: ") + value(set.x().at(rank)) << QStringLiteral("y: ") + value(set.y().at(rank))
+          << QStringLiteral("z: ") + value(set.z().at(rank));
+    for (const QString& name : set.variableNames())
+        lines << name + QStringLiteral(": ") + value(set.variable(name).at(rank));
+    return lines;
 }
 
 void Vg3PointSetNode::_build(SoSeparator* parent)

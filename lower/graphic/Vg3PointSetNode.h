@@ -41,6 +41,9 @@ public:
     int getSampleRank(int vertex) const;
     int getDrawnCount() const;
 
+    // The picked sample: its number, coordinates and every variable's value.
+    QStringList describe(const SoPickedPoint& picked) const override;
+
 protected:
     void _build(SoSeparator* parent) override;
 

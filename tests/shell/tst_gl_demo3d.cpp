@@ -122,7 +122,7 @@ private Q_SLOTS:
         QVERIFY(std::abs(view->getSceneInteractor()->getCamera()->focalDistance.getValue() / distance - std::pow(2.0f, float(M_PI / 180))) < 1e-3f);
     }
 
-    void theRulerMeasuresTheSurface()
+    void theRulerAndPicksReadTheField()
     {
         Demo3DWindow* window = openAndShow();
         QVERIFY(window);
@@ -130,7 +130,7 @@ private Q_SLOTS:
         const QPoint middle(surface->width() / 2, surface->height() / 2);
         QTest::mouseClick(surface, Qt::LeftButton, Qt::NoModifier, middle); // activates
         window->getView()->getRulerMode()->trigger();
-        auto* readout = window->findChild<QLabel*>(QStringLiteral("RULER_READOUT"));
+        auto* readout = window->findChild<QLabel*>(QStringLiteral("VIEW_READOUT"));
         QVERIFY(readout && readout->text().isEmpty());
         QTest::mouseClick(surface, Qt::LeftButton, Qt::NoModifier, middle);
         QTest::mouseMove(surface, middle + QPoint(30, 10));
@@ -141,6 +141,12 @@ private Q_SLOTS:
         // A click beside the field hides the ruler and its readout.
         QTest::mouseClick(surface, Qt::LeftButton, Qt::NoModifier, QPoint(3, 3));
         QVERIFY(readout->text().isEmpty());
+
+        // A pick reads the place picked, in the field's coordinates.
+        window->getView()->getPickingMode()->trigger();
+        QTest::mouseClick(surface, Qt::LeftButton, Qt::NoModifier, middle);
+        const QStringList lines = readout->text().split(QLatin1Char('\n'));
+        QVERIFY2(lines.size() >= 4 && lines.at(1).startsWith(QStringLiteral("x: 4")), qPrintable(readout->text()));
     }
 
     void saveAsImageWritesAPng()

@@ -39,7 +39,11 @@
 
 #include <Inventor/actions/SoGLRenderAction.h>
 #include <Inventor/actions/SoGetBoundingBoxAction.h>
+#include <Inventor/SoPath.h>
+#include <Inventor/SoPickedPoint.h>
+#include <Inventor/actions/SoHandleEventAction.h>
 #include <Inventor/events/SoKeyboardEvent.h>
+#include <Inventor/events/SoMouseButtonEvent.h>
 #include <Inventor/nodes/SoCallback.h>
 #include <Inventor/nodes/SoCamera.h>
 #include <Inventor/nodes/SoEventCallback.h>
@@ -241,6 +245,20 @@ void Vw3AView::_buildGraph()
     // The pick handlers' slot: their help overlay, and the mouse events they get before the
     // camera (keys reach them through the shortcuts callback, before the shortcuts).
     _d->pickStack.reset(new Vw3PickStack(createInventorSlot()));
+    // In picking mode a left press on the data is a pick, offered to the listeners.
+    _d->pickStack->setFallback([this](const SoMouseButtonEvent* event, SoHandleEventAction* action) {
+        if (getSceneInteractor()->getInteractionMode() != Vg3SceneInteractor::PICKING
+            || event->getButton() != SoMouseButtonEvent::BUTTON1)
+            return false;
+        if (event->getState() == SoButtonEvent::DOWN) {
+            const Vu::SelectionFlag flag = event->wasShiftDown() ? (event->wasCtrlDown() ? Vu::DESELECT : Vu::SELECT)
+                                           : event->wasCtrlDown() ? Vu::TOGGLE
+                                                                  : Vu::REPLACE;
+            bool handled = false;
+            emit picked(flag, action->getPickedPoint(), handled);
+        }
+        return true;
+    });
 
     _d->root->addChild(_d->legend->getRoot());
 
@@ -713,6 +731,19 @@ void Vw3AView::_shortcutsCallback(void* data, SoEventCallback* node)
 Vg3SectionModel* Vw3AView::getSectionModel() const { return _d->sectionModel.get(); }
 Vg3Ruler* Vw3AView::getRuler() const { return _d->ruler.get(); }
 
+QStringList Vw3AView::describePick(const SoPickedPoint* picked) const
+{
+    if (!picked)
+        return {};
+    const SoPath* path = picked->getPath();
+    const auto& nodes = _d->nodeSet->nodes();
+    for (int i = path->getLength() - 1; i >= 0; --i)
+        for (auto it = nodes.cbegin(); it != nodes.cend(); ++it)
+            if (it.key()->getRoot() == path->getNode(i))
+                return it.key()->describe(*picked);
+    return {};
+}
+
 QString Vw3AView::getClipPlaneKeysHelp()
 {
     return tr("+ : Move clipping plane forward\n- : Move clipping plane backward\nShift + : Increase slice "
@@ -725,6 +756,7 @@ QString Vw3AView::getBindingsHelp()
               "Right drag, or Ctrl or Shift + left drag: pan\n"
               "Wheel: zoom toward the cursor\n"
               "Right click: the view's menu\n"
+              "Picking mode: click the data to read it\n"
               "Ruler mode: click, move, click to measure; Shift keeps it level or plumb\n"
               "Home: view all\n"
               "U D E W N S: view from top, bottom, east, west, north, south\n"

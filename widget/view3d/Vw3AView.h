@@ -160,6 +160,9 @@ public:
     Vg3SectionModel* getSectionModel() const;
     // Measures in RULER mode (getRulerMode()); always among the view's tools.
     Vg3Ruler* getRuler() const;
+    // What the user picked (picked(), in PICKING mode) reads as, from the node picked: one
+    // "what: value" a line; empty for nothing or what is no node of the view.
+    QStringList describePick(const SoPickedPoint* picked) const;
     static QString getClipPlaneKeysHelp();
     // The mouse and key bindings above, one "keys: what they do" per line: the view's
     // What's This text (Shift+F1), and the help a window or manual shows beside it.

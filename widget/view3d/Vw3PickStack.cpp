@@ -45,13 +45,16 @@ void Vw3PickStack::_showHelp()
 
 void Vw3PickStack::_mouseCallback(void* data, SoEventCallback* node)
 {
-    VgpIPickHandler* top = static_cast<Vw3PickStack*>(data)->top();
+    auto self = static_cast<Vw3PickStack*>(data);
+    VgpIPickHandler* top = self->top();
     const SoEvent* event = node->getEvent();
     bool handled = false;
     if (event->isOfType(SoMouseButtonEvent::getClassTypeId())) {
         auto button = static_cast<const SoMouseButtonEvent*>(event);
         handled = button->getState() == SoButtonEvent::DOWN ? top->mousePressed(button, node->getAction())
                                                             : top->mouseReleased(button, node->getAction());
+        if (!handled && self->_fallback)
+            handled = self->_fallback(button, node->getAction());
     } else if (event->isOfType(SoLocation2Event::getClassTypeId())) {
         handled = top->mouseMoved(static_cast<const SoLocation2Event*>(event), node->getAction());
     }

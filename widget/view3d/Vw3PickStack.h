@@ -5,9 +5,12 @@
 
 #include <QVector>
 
+#include <functional>
 #include <memory>
 
 class SoEventCallback;
+class SoHandleEventAction;
+class SoMouseButtonEvent;
 class SoSeparator;
 class VgpIPickHandler;
 class VwwPickHandlerOverlay;
@@ -25,6 +28,10 @@ public:
     // Null when only the overlay is left.
     VgpIPickHandler* pop();
     VgpIPickHandler* top() const { return _handlers.last(); }
+    // Asked for the presses and releases that the top handler leaves; true takes them
+    // from the camera.
+    using ButtonFallback = std::function<bool(const SoMouseButtonEvent*, SoHandleEventAction*)>;
+    void setFallback(ButtonFallback fallback) { _fallback = std::move(fallback); }
 
 private:
     static void _mouseCallback(void* data, SoEventCallback* node);
@@ -32,4 +39,5 @@ private:
 
     std::unique_ptr<VwwPickHandlerOverlay> const _overlay;
     QVector<VgpIPickHandler*> _handlers;
+    ButtonFallback _fallback;
 };

@@ -150,6 +150,8 @@ void Vw3ViewActions::_createModes()
             action->setCheckable(true);
             if (m == Vw3AView::VIEWING_MODE)
                 action->setIcon(VuaResourceProvider::getIcon(Vua::Resource::iconZoomHand()));
+            else if (m == Vw3AView::PICKING_MODE)
+                action->setIcon(VuaResourceProvider::getIcon(Vua::Resource::iconInfo()));
             else if (m == Vw3AView::RULER_MODE)
                 action->setIcon(VuaResourceProvider::getIcon(Vua::Resource::iconViewerLineRuler()));
             break;

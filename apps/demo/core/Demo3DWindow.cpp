@@ -20,6 +20,8 @@
 #include <VugDatasetStore.h>
 #include <Vw3ExaminerView.h>
 
+#include <Inventor/SoPickedPoint.h>
+
 #include <QAction>
 #include <QComboBox>
 #include <QHBoxLayout>
@@ -78,9 +80,9 @@ Demo3DWindow::Demo3DWindow(VssProject* project, QWidget* parent)
     side->setContentsMargins(0, 0, 0, 0);
     side->addWidget(new QLabel(tr("Items:")));
     side->addWidget(_items, 1);
-    // What the ruler measured, in the field's metres.
+    // What the ruler measured, in the field's metres, or what a pick found.
     auto* readout = new QLabel;
-    readout->setObjectName(QStringLiteral("RULER_READOUT"));
+    readout->setObjectName(QStringLiteral("VIEW_READOUT"));
     readout->setWordWrap(true);
     readout->setTextInteractionFlags(Qt::TextSelectableByMouse);
     side->addWidget(readout);
@@ -89,6 +91,9 @@ Demo3DWindow::Demo3DWindow(VssProject* project, QWidget* parent)
     connect(_view->getRuler(), &Vg3Ruler::visibilityChanged, readout, [readout](bool visible) {
         if (!visible)
             readout->clear();
+    });
+    connect(_view, &Vw3AView::picked, readout, [this, readout](Vu::SelectionFlag, const SoPickedPoint* point, bool&) {
+        readout->setText(_view->describePick(point).join(QLatin1Char('\n')));
     });
     auto* help = new QLabel(Vw3AView::getBindingsHelp());
     help->setWordWrap(true);
@@ -107,7 +112,7 @@ Demo3DWindow::Demo3DWindow(VssProject* project, QWidget* parent)
     for (auto action : {Vw3AView::AXES, Vw3AView::GNOMON, Vw3AView::COMPASS, Vw3AView::LEGEND, Vw3AView::INVERT_COLORS})
         addToolbarAction(TOOLS_TOOLBAR, _view->getAction(action));
     addToolbarSeparator(TOOLS_TOOLBAR);
-    for (auto mode : {Vw3AView::VIEWING_MODE, Vw3AView::RULER_MODE})
+    for (auto mode : {Vw3AView::VIEWING_MODE, Vw3AView::PICKING_MODE, Vw3AView::RULER_MODE})
         addToolbarAction(TOOLS_TOOLBAR, _view->getMode(mode));
     addToolbarSeparator(TOOLS_TOOLBAR);
     for (auto action : {Vw3AView::IMAGE, Vw3AView::CLIPBOARD, Vw3AView::SAVE_IV_FILE})
