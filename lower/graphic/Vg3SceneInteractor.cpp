@@ -327,6 +327,9 @@ bool Vg3SceneInteractor::processEvent(const SoEvent* event)
         // A hundred notches at once already move the camera a factor of three; more is a
         // device gone wrong, not a user.
         int steps = int(-std::clamp(total / kWheelNotch, -100LL, 100LL));
+        // Ctrl makes a notch ten: about 13 % instead of 1.2 %, for long dollies.
+        if (event->wasCtrlDown())
+            steps *= 10;
         if (VupPreferences3DViews::getMouseWheelZoomDirection())
             steps = -steps;
         if (steps == 0)

@@ -12,6 +12,7 @@
 //   wheel                dolly toward the point under the cursor, 2^(steps·π/180) a step,
 //                        one step per 120 of delta, negated by the 3D-view preference;
 //                        smaller deltas (trackpads) add up to a step, a turn back drops them
+//   Ctrl + wheel         ten steps a notch
 // In SEEKING mode a left press seeks to the point under it. Cursor shapes are asked for
 // with cursorChangeRequested; the window decides whether to follow.
 

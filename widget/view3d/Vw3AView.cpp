@@ -754,7 +754,7 @@ QString Vw3AView::getBindingsHelp()
 {
     return tr("Left drag: orbit\n"
               "Right drag, or Ctrl or Shift + left drag: pan\n"
-              "Wheel: zoom toward the cursor\n"
+              "Wheel: zoom toward the cursor; with Ctrl, ten times faster\n"
               "Right click: the view's menu\n"
               "Picking mode: click the data to read it\n"
               "Ruler mode: click, move, click to measure; Shift keeps it level or plumb\n"
