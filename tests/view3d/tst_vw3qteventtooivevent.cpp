@@ -1,5 +1,6 @@
-// Qt's input events as Inventor events: the key tables and their edges, rows flipped to
-// count from the bottom, buttons, modifiers, wheel deltas, touch points, refused input.
+// Qt's input events as Inventor events: the key tables and their edges, buttons, modifiers,
+// wheel deltas and positions, touch points, refused input. Rows flipped to count from the
+// bottom are checked where a user clicks, in the render areas' suite.
 
 #include <Vw3QtEventToOivEvent.h>
 
@@ -83,31 +84,6 @@ private Q_SLOTS:
         event = Vw3QtEventToOivEvent::getKeyReleaseEvent(&release, &_widget);
         QCOMPARE(int(event->getKey()), inventorKey);
         QCOMPARE(event->getState(), SoButtonEvent::UP);
-    }
-
-    void positionFlip_data()
-    {
-        QTest::addColumn<QPoint>("qtPosition");
-        QTest::addColumn<QPoint>("inventorPosition");
-        // The widget is 200 x 100.
-        QTest::newRow("top-left corner") << QPoint(0, 0) << QPoint(0, 99);
-        QTest::newRow("bottom row") << QPoint(10, 99) << QPoint(10, 0);
-        QTest::newRow("right column, middle") << QPoint(199, 50) << QPoint(199, 49);
-        QTest::newRow("outside, above (a drag leaving the widget)") << QPoint(5, -10) << QPoint(5, 109);
-    }
-
-    void positionFlip()
-    {
-        QFETCH(QPoint, qtPosition);
-        QFETCH(QPoint, inventorPosition);
-        const SbVec2s expected(short(inventorPosition.x()), short(inventorPosition.y()));
-
-        QMouseEvent press(QEvent::MouseButtonPress, qtPosition, Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
-        QCOMPARE(Vw3QtEventToOivEvent::getMousePressEvent(&press, &_widget)->getPosition(), expected);
-        QMouseEvent move(QEvent::MouseMove, qtPosition, Qt::NoButton, Qt::NoButton, Qt::NoModifier);
-        QCOMPARE(Vw3QtEventToOivEvent::getMouseMoveEvent(&move, &_widget)->getPosition(), expected);
-        QMouseEvent release(QEvent::MouseButtonRelease, qtPosition, Qt::LeftButton, Qt::NoButton, Qt::NoModifier);
-        QCOMPARE(Vw3QtEventToOivEvent::getMouseReleaseEvent(&release, &_widget)->getPosition(), expected);
     }
 
     void buttons_data()
