@@ -14,8 +14,6 @@
 #include <cmath>
 #include <limits>
 
-Q_DECLARE_METATYPE(SbVec2f)
-
 namespace {
 
 SbVec3f toScreen(SoCamera* camera, const SbViewportRegion& region, const SbVec3f& world)
@@ -115,41 +113,6 @@ class TstCameraInteractor : public QObject
         // The point at the centre of the screen must have moved, or nothing zoomed.
         const SbVec3f centre = toScreen(camera, region, SbVec3f(0, 0, 0));
         QVERIFY(std::fabs(centre[0] - 0.5f) > 1e-3f);
-    }
-
-    void orbitTurnsAboutCentre_data()
-    {
-        QTest::addColumn<SbVec2f>("to");
-        QTest::addColumn<int>("axis");
-        QTest::addColumn<float>("sign");
-
-        // Dragging right turns the near side of the scene right: the camera swings left.
-        QTest::newRow("drag right") << SbVec2f(0.7f, 0.5f) << 0 << -1.0f;
-        QTest::newRow("drag left") << SbVec2f(0.3f, 0.5f) << 0 << 1.0f;
-        QTest::newRow("drag up") << SbVec2f(0.5f, 0.7f) << 1 << -1.0f;
-    }
-
-    void orbitTurnsAboutCentre()
-    {
-        QFETCH(SbVec2f, to);
-        QFETCH(int, axis);
-        QFETCH(float, sign);
-
-        SoCamera* camera = makeCamera(false);
-        SoCameraInteractor interactor(camera);
-        const SbVec3f centre(1.0f, 2.0f, 0.0f);
-        camera->position.setValue(centre + SbVec3f(0, 0, 10));
-        interactor.setRotationCenter(centre);
-
-        interactor.activateOrbiting(SbVec2f(0.5f, 0.5f));
-        interactor.orbit((SbVec2f(0.5f, 0.5f) + to) * 0.5f);
-        interactor.orbit(to);
-
-        const SbVec3f offset = camera->position.getValue() - centre;
-        QVERIFY(std::fabs(offset.length() - 10.0f) < 1e-3f);
-        QVERIFY(offset[axis] * sign > 0.5f);
-        // The camera still looks at the centre.
-        QVERIFY((interactor.getFocalPoint() - centre).length() < 1e-3f);
     }
 
     // Saved states come back exactly, awkward numbers and both projections alike.

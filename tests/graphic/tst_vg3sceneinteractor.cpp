@@ -237,7 +237,12 @@ private Q_SLOTS:
         QCOMPARE(_s->getCameraState() == before, !orbits);
         if (!orbits) return;
 
-        QVERIFY(std::fabs((camera->position.getValue() - kCentre).length() - distance) < 1e-3f * distance);
+        // Seen from the south, dragging right swings the camera west (the near side of the
+        // scene turns right) and, in examiner mode, dragging down raises it.
+        const SbVec3f offset = camera->position.getValue() - kCentre;
+        const bool tilts = cameraMode == Interactor::EXAMINER && drag.y() != 0;
+        QVERIFY2(offset[0] * drag.x() < 0.0f && (!tilts || offset[2] * drag.y() < 0.0f), qPrintable(text(offset)));
+        QVERIFY(std::fabs(offset.length() - distance) < 1e-3f * distance);
         const SbVec3f focal = _s->getCameraInteractor()->getFocalPoint();
         QVERIFY2(close(focal, kCentre, 1e-3f * distance), qPrintable(text(focal)));
         QCOMPARE(changed.count(), 2);
