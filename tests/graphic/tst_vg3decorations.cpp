@@ -24,7 +24,6 @@
 #include <functional>
 
 Q_DECLARE_METATYPE(SbBox3f) Q_DECLARE_METATYPE(SbVec3d) Q_DECLARE_METATYPE(SbVec3f) Q_DECLARE_METATYPE(SbVec2s)
-Q_DECLARE_METATYPE(SbRotation)
 using AxesInput = std::function<void(Vg3Axes&)>;
 Q_DECLARE_METATYPE(AxesInput)
 
@@ -44,11 +43,6 @@ SbRotation looking(const SbVec3f& view, const SbVec3f& up)
     const SbMatrix m(right[0], right[1], right[2], 0.0f, trueUp[0], trueUp[1], trueUp[2], 0.0f,
                      back[0], back[1], back[2], 0.0f, 0.0f, 0.0f, 0.0f, 1.0f);
     return SbRotation(m);
-}
-
-bool near(const SbVec3f& a, const SbVec3f& b)
-{
-    return (a - b).length() < 1e-3f;
 }
 
 // Angles compared on the circle, so pi and -pi agree.
@@ -224,51 +218,8 @@ private slots:
         QCOMPARE(shownCount(axes.getRoot(), SoLineSet::getClassTypeId()), withoutGrid);
     }
 
-    void gnomonFollowsCamera_data()
-    {
-        QTest::addColumn<SbRotation>("orientation");
-        // Where the world axes appear in the gnomon's own view: x right, y up, z toward the user.
-        QTest::addColumn<SbVec3f>("xSeen");
-        QTest::addColumn<SbVec3f>("ySeen");
-        QTest::addColumn<SbVec3f>("zSeen");
-
-        QTest::newRow("from top, north up")
-            << looking(SbVec3f(0, 0, -1), SbVec3f(0, 1, 0)) << SbVec3f(1, 0, 0) << SbVec3f(0, 1, 0) << SbVec3f(0, 0, 1);
-        QTest::newRow("from south")
-            << looking(SbVec3f(0, 1, 0), SbVec3f(0, 0, 1)) << SbVec3f(1, 0, 0) << SbVec3f(0, 0, -1) << SbVec3f(0, 1, 0);
-        QTest::newRow("from east")
-            << looking(SbVec3f(-1, 0, 0), SbVec3f(0, 0, 1)) << SbVec3f(0, 0, 1) << SbVec3f(1, 0, 0) << SbVec3f(0, 1, 0);
-        QTest::newRow("from top, east up")
-            << looking(SbVec3f(0, 0, -1), SbVec3f(1, 0, 0)) << SbVec3f(0, 1, 0) << SbVec3f(-1, 0, 0)
-            << SbVec3f(0, 0, 1);
-    }
-
-    void gnomonFollowsCamera()
-    {
-        QFETCH(SbRotation, orientation);
-        QFETCH(SbVec3f, xSeen);
-        QFETCH(SbVec3f, ySeen);
-        QFETCH(SbVec3f, zSeen);
-
-        const auto camera = SoRef(new SoPerspectiveCamera);
-        camera->orientation = looking(SbVec3f(1, 1, -1), SbVec3f(0, 0, 1));
-        Vg3Gnomon gnomon;
-        gnomon.connectCamera(camera.get());
-        // The user turns the camera after it was connected.
-        camera->orientation = orientation;
-
-        auto rotation = find<SoRotation>(gnomon.getRoot(), "vg3gnomon_rotation");
-        QVERIFY(rotation);
-        const SbVec3f expected[] = {xSeen, ySeen, zSeen};
-        for (int axis = 0; axis < 3; ++axis) {
-            SbVec3f world(0, 0, 0), seen;
-            world[axis] = 1.0f;
-            rotation->rotation.getValue().multVec(world, seen);
-            QVERIFY2(near(seen, expected[axis]),
-                     qPrintable(QString("axis %1 seen at %2 %3 %4").arg(axis).arg(seen[0]).arg(seen[1]).arg(seen[2])));
-        }
-    }
-
+    // The gnomon shows the world axes as the camera sees them: it turns by the inverse of the
+    // connected camera's orientation, turned before or after connecting.
     void gnomonCameraLifetime()
     {
         Vg3Gnomon gnomon;
