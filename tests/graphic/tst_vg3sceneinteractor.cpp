@@ -1,6 +1,6 @@
 // The scene interactor driven by Inventor events as a render area sends them: wheel dolly,
-// orbit and pan drags with their cursors, scene handlers that come first, the view presets
-// and framing, projection switches, clipping planes, seek and picking, saved camera states
+// orbit and pan drags with their cursors, scene handlers that come first, framing,
+// projection switches, clipping planes, seek and picking, saved camera states
 // and their text.
 
 #include "InventorScenes.h"
@@ -366,39 +366,6 @@ private Q_SLOTS:
         QVERIFY2(std::fabs(hit[0] - 12.0f) < 1e-3f && close(hit, onSight, 0.02f), qPrintable(text(hit)));
         QCOMPARE(cursor.count(), 2);
         QCOMPARE(cursor.at(0).at(0).value<Qt::CursorShape>(), Qt::SizeAllCursor);
-    }
-
-    void presets_data()
-    {
-        QTest::addColumn<int>("preset");
-        QTest::addColumn<SbVec3f>("viewDirection");
-        QTest::addColumn<SbVec3f>("up");
-        QTest::newRow("top") << 0 << SbVec3f(0, 0, -1) << SbVec3f(0, 1, 0);
-        QTest::newRow("bottom") << 1 << SbVec3f(0, 0, 1) << SbVec3f(0, 1, 0);
-        QTest::newRow("east") << 2 << SbVec3f(-1, 0, 0) << SbVec3f(0, 0, 1);
-        QTest::newRow("west") << 3 << SbVec3f(1, 0, 0) << SbVec3f(0, 0, 1);
-        QTest::newRow("north") << 4 << SbVec3f(0, -1, 0) << SbVec3f(0, 0, 1);
-        QTest::newRow("south") << 5 << SbVec3f(0, 1, 0) << SbVec3f(0, 0, 1);
-    }
-    void presets()
-    {
-        QFETCH(int, preset);
-        QFETCH(SbVec3f, viewDirection);
-        QFETCH(SbVec3f, up);
-        // Start from an arbitrary, rolled camera somewhere else.
-        _s->getCameraInteractor()->setOrientation(SbRotation(SbVec3f(0.3f, -1.0f, 0.2f), 2.0f));
-        _s->getCamera()->position.setValue(-50.0f, 3.0f, 40.0f);
-        QSignalSpy changed(_s.get(), &Interactor::cameraChanged);
-        void (Interactor::*const views[])() = {&Interactor::viewFromTop,  &Interactor::viewFromBottom,
-                                               &Interactor::viewFromEast, &Interactor::viewFromWest,
-                                               &Interactor::viewFromNorth, &Interactor::viewFromSouth};
-        (_s.get()->*views[preset])();
-        const SoCamera* camera = _s->getCamera();
-        QVERIFY2(close(direction(camera, SbVec3f(0, 0, -1)), viewDirection, 1e-5f),
-                 qPrintable(text(direction(camera, SbVec3f(0, 0, -1)))));
-        QVERIFY2(close(direction(camera, SbVec3f(0, 1, 0)), up, 1e-5f), qPrintable(text(direction(camera, SbVec3f(0, 1, 0)))));
-        checkFramed();
-        QVERIFY(changed.count() >= 1);
     }
 
     void viewAllFramesScene_data()

@@ -8,6 +8,7 @@
 #include <KbgClipPlaneDefinition.h>
 #include <KbdVariable.h>
 #include <KbuUnit.h>
+#include <SoCameraInteractor.h>
 #include <Vg3ANode.h>
 #include <Vg3OpenInventor.h>
 #include <Vg3SceneInteractor.h>
@@ -308,10 +309,20 @@ private Q_SLOTS:
         QTest::addColumn<QKeySequence>("keys");
         QTest::addColumn<bool>("fullScreen");
         QTest::addColumn<Check>("check");
-        const auto looking = [](float x, float y, float z) {
+        // Looking along `direction`; a preset also turns `up` up and brings the cube into view.
+        const auto looking = [](const SbVec3f& direction, const SbVec3f& up = SbVec3f(0, 0, 0)) {
             return Check([=](Vw3AView& view, int cameraChanges) {
-                QVERIFY2((viewDirection(view) - SbVec3f(x, y, z)).length() < 1e-3f, qPrintable(text(viewDirection(view))));
+                QVERIFY2((viewDirection(view) - direction).length() < 1e-3f, qPrintable(text(viewDirection(view))));
                 QVERIFY(cameraChanges >= 1);
+                SbVec3f shownUp;
+                view.getSceneInteractor()->getCamera()->orientation.getValue().multVec(SbVec3f(0, 1, 0), shownUp);
+                QVERIFY2(up.length() == 0.0f || (shownUp - up).length() < 1e-3f, qPrintable(text(shownUp)));
+                SbVec3f cube;
+                const Vg3SceneInteractor* interactor = view.getSceneInteractor();
+                SoCameraInteractor::getViewVolume(interactor->getCamera(), interactor->getViewportRegion())
+                    .projectToScreen(SbVec3f(10, 20, 30), cube);
+                QVERIFY2(up.length() == 0.0f || (cube[0] > 0.1f && cube[0] < 0.9f && cube[1] > 0.1f && cube[1] < 0.9f),
+                         qPrintable(text(cube)));
             });
         };
         const auto projection = [](SoType camera) {
@@ -342,13 +353,14 @@ private Q_SLOTS:
         const auto row = [](const char* name, const QKeySequence& keys, const Check& check, bool full = false) {
             QTest::newRow(name) << keys << full << check;
         };
-        row("U looks down", Qt::Key_U, looking(0, 0, -1));
-        row("D looks up", Qt::Key_D, looking(0, 0, 1));
-        row("E looks west from the east", Qt::Key_E, looking(-1, 0, 0));
-        row("W looks east from the west", Qt::Key_W, looking(1, 0, 0));
-        row("N looks south from the north", Qt::Key_N, looking(0, -1, 0));
-        row("S looks north from the south", Qt::Key_S, looking(0, 1, 0));
-        row("L looks along the plane's normal", Qt::Key_L, looking(0, 0, 1));
+        const SbVec3f north(0, 1, 0), zenith(0, 0, 1);
+        row("U looks down", Qt::Key_U, looking({0, 0, -1}, north));
+        row("D looks up", Qt::Key_D, looking({0, 0, 1}, north));
+        row("E looks west from the east", Qt::Key_E, looking({-1, 0, 0}, zenith));
+        row("W looks east from the west", Qt::Key_W, looking({1, 0, 0}, zenith));
+        row("N looks south from the north", Qt::Key_N, looking({0, -1, 0}, zenith));
+        row("S looks north from the south", Qt::Key_S, looking({0, 1, 0}, zenith));
+        row("L looks along the plane's normal", Qt::Key_L, looking({0, 0, 1}));
         row("Home frames the scene", Qt::Key_Home, [](Vw3AView& view, int) {
             QVERIFY2((focalPoint(view) - SbVec3f(10, 20, 30)).length() < 0.5f, qPrintable(text(focalPoint(view))));
         });
