@@ -303,19 +303,6 @@ private Q_SLOTS:
         }
     }
 
-    // A key a handler of the scene takes is used up; other keys are not.
-    void keysTheSceneHandlesAreUsedUp()
-    {
-        SoKeyboardEvent key;
-        key.setKey(SoKeyboardEvent::T);
-        key.setState(SoButtonEvent::DOWN);
-        QVERIFY(!_s->processEvent(&key));
-        auto callback = new SoEventCallback;
-        callback->addEventCallback(SoKeyboardEvent::getClassTypeId(), handled);
-        _scene->insertChild(callback, 0);
-        QVERIFY(_s->processEvent(&key));
-    }
-
     void panDragsPointUnderCursor_data()
     {
         QTest::addColumn<int>("cameraMode");
