@@ -342,20 +342,16 @@ private Q_SLOTS:
         auto root = SoRef(unlitScene(camera, {flatBox(SbVec3f(0, 0, 0), SbVec3f(50, 50, 0.1f), sb(kSceneGrey))}));
         Vg3Gnomon gnomon;
         Vg3Compass north;
-        if (compass) {
-            north.setPosition(position);
-            north.setSize(side);
-            north.setColor(QColor(255, 255, 0));
-            north.connectCamera(camera);
-            north.setVisible(visible);
-            root->addChild(north.getRoot());
-        } else {
-            gnomon.setPosition(position);
-            gnomon.setSize(side);
-            gnomon.connectCamera(camera);
-            gnomon.setVisible(visible);
-            root->addChild(gnomon.getRoot());
-        }
+        north.setColor(QColor(255, 255, 0));
+        const auto place = [&](auto& overlay) {
+            overlay.setPosition(position);
+            overlay.setSize(side);
+            overlay.connectCamera(camera);
+            overlay.setVisible(visible);
+            root->addChild(overlay.getRoot());
+        };
+        if (compass) place(north);
+        else place(gnomon);
         // A turned camera, so no arrow of the gnomon is seen end-on.
         camera->orientation = SbRotation(SbVec3f(1.0f, 1.0f, 0.0f), 0.5f);
         const QImage image = render(root.get(), size);

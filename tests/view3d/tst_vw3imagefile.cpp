@@ -2,6 +2,7 @@
 // format and alpha, refused with a reason for bad names, and never half-written over an
 // earlier file.
 
+#include "ImageChecks.h"
 #include <Vw3ImageFile.h>
 
 #include <QFile>
@@ -52,14 +53,10 @@ private Q_SLOTS:
         QVERIFY(!read.isNull());
         QCOMPARE(read.size(), original.size());
         QCOMPARE(read.hasAlphaChannel(), original.hasAlphaChannel());
-        const int tolerance = exact ? 0 : 24;
         for (const QPoint& p : {QPoint(0, 0), QPoint(36, 0), QPoint(0, 22), QPoint(36, 22), QPoint(18, 11)}) {
-            const QRgb a = original.pixel(p);
-            const QRgb b = read.pixel(p);
-            QVERIFY2(qAbs(qRed(a) - qRed(b)) <= tolerance && qAbs(qGreen(a) - qGreen(b)) <= tolerance &&
-                         qAbs(qBlue(a) - qBlue(b)) <= tolerance && (!exact || qAlpha(a) == qAlpha(b)),
-                     qPrintable(QStringLiteral("%1,%2: %3 read as %4")
-                                    .arg(p.x()).arg(p.y()).arg(a, 8, 16).arg(b, 8, 16)));
+            const QRgb a = original.pixel(p), b = read.pixel(p);
+            QVERIFY2(ImageChecks::near(b, a, exact ? 0 : 24) && (!exact || qAlpha(a) == qAlpha(b)),
+                     qPrintable(ImageChecks::toString(b) + QStringLiteral(" alpha %1").arg(qAlpha(b))));
         }
     }
 
