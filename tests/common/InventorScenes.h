@@ -20,6 +20,7 @@
 #include <Inventor/nodes/SoTranslation.h>
 
 #include <QImage>
+#include <QString>
 #include <QStringList>
 #include <QTest>
 #include <initializer_list>
@@ -71,6 +72,19 @@ inline SoSeparator* separator(std::initializer_list<SoNode*> children)
     for (SoNode* child : children)
         root->addChild(child);
     return root;
+}
+
+// A direction of the camera's own frame in the world: (0, 0, -1) is where it looks.
+inline SbVec3f turned(const SoCamera* camera, const SbVec3f& local)
+{
+    SbVec3f world;
+    camera->orientation.getValue().multVec(local, world);
+    return world;
+}
+
+inline QString text(const SbVec3f& v)
+{
+    return QStringLiteral("(%1, %2, %3)").arg(v[0]).arg(v[1]).arg(v[2]);
 }
 
 // Unlit: the pixels show the colours themselves.

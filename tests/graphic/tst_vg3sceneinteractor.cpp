@@ -33,6 +33,8 @@
 Q_DECLARE_METATYPE(Qt::CursorShape) Q_DECLARE_METATYPE(SbVec3f)
 
 using Interactor = Vg3SceneInteractor;
+using InventorScenes::text;
+using InventorScenes::turned;
 
 namespace {
 
@@ -46,21 +48,9 @@ const auto B1 = SoMouseButtonEvent::BUTTON1;
 const auto B2 = SoMouseButtonEvent::BUTTON2;
 const auto B3 = SoMouseButtonEvent::BUTTON3;
 
-SbVec3f direction(const SoCamera* camera, const SbVec3f& local)
-{
-    SbVec3f world;
-    camera->orientation.getValue().multVec(local, world);
-    return world;
-}
-
 bool close(const SbVec3f& a, const SbVec3f& b, float tolerance = 1e-3f)
 {
     return (a - b).length() < tolerance;
-}
-
-QString text(const SbVec3f& v)
-{
-    return QString("(%1, %2, %3)").arg(v[0]).arg(v[1]).arg(v[2]);
 }
 
 // The box's eight corners.
@@ -202,7 +192,7 @@ private Q_SLOTS:
         SbLine ray;
         SoCameraInteractor::getViewVolume(camera, _s->getViewportRegion()).projectPointToLine(cursor, ray);
         SbVec3f grabbed;
-        QVERIFY(SbPlane(direction(camera, SbVec3f(0, 0, 1)), _s->getCameraInteractor()->getFocalPoint()).intersect(ray, grabbed));
+        QVERIFY(SbPlane(turned(camera, SbVec3f(0, 0, 1)), _s->getCameraInteractor()->getFocalPoint()).intersect(ray, grabbed));
         QSignalSpy changed(_s.get(), &Interactor::cameraChanged);
 
         const bool used = send(wheel, at.x(), at.y(), NO_MODIFIER);
@@ -298,8 +288,8 @@ private Q_SLOTS:
         QCOMPARE(cursor.at(1).at(0).value<Qt::CursorShape>(), Qt::ArrowCursor);
         if (cameraMode == Interactor::ORBITER) {
             // The horizon stays level and z stays up.
-            QVERIFY(std::fabs(direction(camera, SbVec3f(1, 0, 0))[2]) < 1e-4f);
-            QVERIFY(direction(camera, SbVec3f(0, 1, 0))[2] > 0.0f);
+            QVERIFY(std::fabs(turned(camera, SbVec3f(1, 0, 0))[2]) < 1e-4f);
+            QVERIFY(turned(camera, SbVec3f(0, 1, 0))[2] > 0.0f);
         }
     }
 
@@ -348,7 +338,7 @@ private Q_SLOTS:
         const SoPickedPoint* picked = _s->pick(SbVec2i32(x, y), 0);
         QVERIFY(picked);
         const SbVec3f hit = picked->getPoint();
-        const SbVec3f sight = orthographic ? direction(camera, SbVec3f(0, 0, -1)) : kCentre - camera->position.getValue();
+        const SbVec3f sight = orthographic ? turned(camera, SbVec3f(0, 0, -1)) : kCentre - camera->position.getValue();
         const SbVec3f onSight = SbLine(kCentre, kCentre + sight).getClosestPoint(hit);
         QVERIFY2(std::fabs(hit[0] - 12.0f) < 1e-3f && close(hit, onSight, 0.02f), qPrintable(text(hit)));
         QCOMPARE(cursor.count(), 2);
@@ -416,7 +406,7 @@ private Q_SLOTS:
         QCOMPARE(_s->getProjectionType(), Interactor::PERSPECTIVE);
         const Vug::CameraState back = _s->getCameraState();
         for (int i = 0; i < 3; ++i) QVERIFY(std::fabs(back.position[i] - saved.position[i]) < 1e-4);
-        QVERIFY(close(direction(_s->getCamera(), SbVec3f(0, 0, -1)), SbVec3f(1, 0, 0), 1e-5f));
+        QVERIFY(close(turned(_s->getCamera(), SbVec3f(0, 0, -1)), SbVec3f(1, 0, 0), 1e-5f));
         QVERIFY(changed.count() >= 1);
 
         // A broken state changes nothing.

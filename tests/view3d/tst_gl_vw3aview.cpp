@@ -64,16 +64,9 @@ private:
     SoRef<SoSeparator> _cube;
 };
 
-QString text(const SbVec3f& v)
-{
-    return QStringLiteral("%1 %2 %3").arg(v[0]).arg(v[1]).arg(v[2]);
-}
-
 SbVec3f viewDirection(const Vw3AView& view)
 {
-    SbVec3f direction;
-    view.getSceneInteractor()->getCamera()->orientation.getValue().multVec(SbVec3f(0, 0, -1), direction);
-    return direction;
+    return turned(view.getSceneInteractor()->getCamera(), SbVec3f(0, 0, -1));
 }
 
 SbVec3f focalPoint(const Vw3AView& view)
@@ -316,8 +309,7 @@ private Q_SLOTS:
             return Check([=](Vw3AView& view, int cameraChanges) {
                 QVERIFY2((viewDirection(view) - direction).length() < 1e-3f, qPrintable(text(viewDirection(view))));
                 QVERIFY(cameraChanges >= 1);
-                SbVec3f shownUp;
-                view.getSceneInteractor()->getCamera()->orientation.getValue().multVec(SbVec3f(0, 1, 0), shownUp);
+                const SbVec3f shownUp = turned(view.getSceneInteractor()->getCamera(), SbVec3f(0, 1, 0));
                 QVERIFY2(up.length() == 0.0f || (shownUp - up).length() < 1e-3f, qPrintable(text(shownUp)));
                 SbVec3f cube;
                 const Vg3SceneInteractor* interactor = view.getSceneInteractor();
