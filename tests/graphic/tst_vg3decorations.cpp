@@ -225,15 +225,13 @@ private slots:
         Vg3Gnomon gnomon;
         auto rotation = find<SoRotation>(gnomon.getRoot(), "vg3gnomon_rotation");
         QVERIFY(rotation);
-        auto first = new SoPerspectiveCamera;
-        first->ref();
-        auto second = new SoPerspectiveCamera;
-        second->ref();
+        const auto first = SoRef(new SoPerspectiveCamera);
+        auto second = SoRef(new SoPerspectiveCamera);
         const SbRotation fromSouth = looking(SbVec3f(0, 1, 0), SbVec3f(0, 0, 1));
         const SbRotation fromEast = looking(SbVec3f(-1, 0, 0), SbVec3f(0, 0, 1));
 
-        gnomon.connectCamera(first);
-        gnomon.connectCamera(second);
+        gnomon.connectCamera(first.get());
+        gnomon.connectCamera(second.get());
         // The camera left behind no longer turns the gnomon.
         first->orientation = fromSouth;
         QVERIFY(rotation->rotation.getValue().equals(SbRotation::identity(), 1e-5f));
@@ -241,12 +239,11 @@ private slots:
         QVERIFY(rotation->rotation.getValue().equals(fromEast.inverse(), 1e-5f));
 
         // A camera deleted while connected leaves the last orientation, and no dangling use.
-        second->unref();
+        second.reset();
         QCOMPARE(gnomon.getCamera(), static_cast<SoCamera*>(nullptr));
         QVERIFY(rotation->rotation.getValue().equals(fromEast.inverse(), 1e-5f));
-        gnomon.connectCamera(first);
+        gnomon.connectCamera(first.get());
         QVERIFY(rotation->rotation.getValue().equals(fromSouth.inverse(), 1e-5f));
-        first->unref();
     }
 
     void automaticOrientationHelper()
