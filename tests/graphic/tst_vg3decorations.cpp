@@ -321,10 +321,6 @@ private slots:
         QTest::addColumn<QRect>("expected");
 
         const QRect whole(0, 0, 800, 600);
-        QTest::newRow("bottom left") << SbVec2s(800, 600) << whole << int(Vu::LEFT | Vu::BOTTOM)
-                                     << 100 << QRect(0, 0, 100, 100);
-        QTest::newRow("top right") << SbVec2s(800, 600) << whole << int(Vu::RIGHT | Vu::TOP) << 100
-                                   << QRect(700, 500, 100, 100);
         QTest::newRow("centre") << SbVec2s(800, 600) << whole << int(Vu::HCENTER | Vu::VCENTER)
                                 << 100 << QRect(350, 250, 100, 100);
         QTest::newRow("after resize, top right")

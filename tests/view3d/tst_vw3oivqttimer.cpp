@@ -5,6 +5,7 @@
 
 #include <Vw3OivQtTimer.h>
 
+#include <SoRef.h>
 #include <SoSystemTimer.h>
 #include <SoSystemTimerTask.h>
 #include <Vg3OpenInventor.h>
@@ -96,26 +97,6 @@ public:
 
 private:
     bool* _deleted;
-};
-
-// A timer running a counting task every millisecond once started.
-struct Running
-{
-    Vw3OivQtTimer timer;
-    CountingTask* task = new CountingTask;
-
-    explicit Running(bool repeat)
-    {
-        task->ref();
-        timer.setTask(task);
-        timer.setRepeat(repeat);
-        timer.setInterval(1);
-    }
-    ~Running()
-    {
-        timer.setTask(nullptr);
-        task->unref();
-    }
 };
 
 } // namespace
@@ -243,26 +224,30 @@ private Q_SLOTS:
     // runs nothing.
     void repeatingRunsUntilStoppedAndSingleShotsOnce()
     {
-        Running r(true);
-        r.timer.start();
-        QTRY_VERIFY(r.task->runs >= 3);
-        QVERIFY(r.timer.isPending());
-        r.timer.stop();
-        QVERIFY(!r.timer.isPending());
-        const int runs = r.task->runs;
+        Vw3OivQtTimer timer;
+        const SoRef<CountingTask> task(new CountingTask);
+        timer.setTask(task.get());
+        timer.setRepeat(true);
+        timer.setInterval(1);
+        timer.start();
+        QTRY_VERIFY(task->runs >= 3);
+        QVERIFY(timer.isPending());
+        timer.stop();
+        QVERIFY(!timer.isPending());
+        const int runs = task->runs;
         QTest::qWait(30);
-        QCOMPARE(r.task->runs, runs);
+        QCOMPARE(task->runs, runs);
 
-        r.timer.setRepeat(false);
-        r.timer.start();
-        QVERIFY(r.timer.isPending());
-        QTRY_COMPARE(r.task->runs, runs + 1);
-        QVERIFY(!r.timer.isPending());
-        r.timer.setInterval(5);
-        r.timer.start();
-        r.timer.stop();
+        timer.setRepeat(false);
+        timer.start();
+        QVERIFY(timer.isPending());
+        QTRY_COMPARE(task->runs, runs + 1);
+        QVERIFY(!timer.isPending());
+        timer.setInterval(5);
+        timer.start();
+        timer.stop();
         QTest::qWait(30);
-        QCOMPARE(r.task->runs, runs + 1);
+        QCOMPARE(task->runs, runs + 1);
     }
 
     void tasksAreHeldByReference()
