@@ -549,7 +549,6 @@ private Q_SLOTS:
         if (below) camera->orientation.setValue(SbRotation(SbVec3f(1, 0, 0), float(M_PI)));
         const auto scene = SoRef(separator({camera, light, node.getRoot()}));
         const QImage image = render(scene.get(), kSquare);
-        QVERIFY2(!image.isNull(), "offscreen rendering failed");
         const QRgb seen = image.pixel(100, 100);
         QVERIFY2(qGreen(seen) > 180, qPrintable(QColor(seen).name()));
     }
@@ -629,7 +628,6 @@ private Q_SLOTS:
         QCOMPARE(ImageChecks::count(render(legend.getRoot(), size), drawn), 0);
         legend.setColorScale(scale, QStringLiteral("Porosity"), KbbStringFormat(), false);
         const QImage image = render(legend.getRoot(), size);
-        QVERIFY2(!image.isNull(), "offscreen rendering failed");
 
         // The rainbow's colours are the only saturated ones in the picture.
         const QRect bar = boxOf(image, [](QRgb c) { return saturated(c, 120); });
@@ -700,10 +698,8 @@ private Q_SLOTS:
         QCOMPARE(texts(annotation.getRoot()), lines);
         QCOMPARE(int(find<SoText2>(annotation.getRoot())->justification.getValue()), justification);
         const QImage image = render(annotation.getRoot(), QSize(480, 240));
-        QVERIFY2(!image.isNull(), "offscreen rendering failed");
         const QRect text = boxOf(image, [](QRgb c) { return qRed(c) > 128 && qGreen(c) < 64; });
         QVERIFY2(!text.isEmpty(), "no text drawn");
-        QVERIFY(QRect(0, 0, 480, 240).contains(text));
         QVERIFY2(text.left() >= third * 160 && text.right() < (third + 1) * 160,
                  qPrintable(QStringLiteral("%1..%2").arg(text.left()).arg(text.right())));
         QVERIFY(top ? text.bottom() < 120 : text.top() >= 120);
@@ -775,7 +771,6 @@ private Q_SLOTS:
         // A turned camera, so no arrow of the gnomon is seen end-on.
         camera->orientation = SbRotation(SbVec3f(1.0f, 1.0f, 0.0f), 0.5f);
         const QImage image = render(root.get(), size);
-        QVERIFY(!image.isNull());
 
         // The scene itself is drawn: the centre shows the wall's grey.
         const QRgb centre = image.pixel(size.width() / 2, size.height() / 2);
