@@ -20,6 +20,7 @@
 #include <Inventor/nodes/SoTranslation.h>
 
 #include <QImage>
+#include <QString>
 #include <QStringList>
 #include <QTest>
 #include <initializer_list>
@@ -73,6 +74,19 @@ inline SoSeparator* separator(std::initializer_list<SoNode*> children)
     return root;
 }
 
+// A direction of the camera's own frame in the world: (0, 0, -1) is where it looks.
+inline SbVec3f turned(const SoCamera* camera, const SbVec3f& local)
+{
+    SbVec3f world;
+    camera->orientation.getValue().multVec(local, world);
+    return world;
+}
+
+inline QString text(const SbVec3f& v)
+{
+    return QStringLiteral("(%1, %2, %3)").arg(v[0]).arg(v[1]).arg(v[2]);
+}
+
 // Unlit: the pixels show the colours themselves.
 inline SoLightModel* unlit()
 {
@@ -90,25 +104,17 @@ inline SoSeparator* unlitScene(SoNode* first, std::initializer_list<SoNode*> chi
     return root;
 }
 
-// Coin's buffer, rows bottom to top, as a top-down picture.
-inline QImage bufferImage(const unsigned char* buffer, const QSize& size, int components)
-{
-    QImage image(size, QImage::Format_RGB32);
-    for (int y = 0; y < size.height(); ++y)
-        for (int x = 0; x < size.width(); ++x) {
-            const unsigned char* p = buffer + ((size.height() - 1 - y) * size.width() + x) * components;
-            image.setPixel(x, y, components >= 3 ? qRgb(p[0], p[1], p[2]) : qRgb(p[0], p[0], p[0]));
-        }
-    return image;
-}
-
-// Rendered offscreen on `background`; null when rendering failed.
+// Rendered offscreen on `background`, top-down; null when rendering failed.
 inline QImage render(SoNode* root, const QSize& size, const SbColor& background = SbColor(0, 0, 0))
 {
     SoOffscreenRenderer renderer{SbViewportRegion(short(size.width()), short(size.height()))};
     renderer.setComponents(SoOffscreenRenderer::RGB);
     renderer.setBackgroundColor(background);
-    return renderer.render(root) ? bufferImage(renderer.getBuffer(), size, 3) : QImage();
+    if (!renderer.render(root))
+        return QImage();
+    // Coin's rows run bottom to top.
+    return QImage(renderer.getBuffer(), size.width(), size.height(), 3 * size.width(), QImage::Format_RGB888)
+        .mirrored();
 }
 
 // The first node of type T (and of that name when given), behind switches too.

@@ -130,6 +130,10 @@ class TestScene : public QObject
     Q_OBJECT
     // Outlives the project that cleanup() closes.
     QTemporaryDir _dir;
+    int _projects = 0;
+
+    // A project of its own, in the suite's folder.
+    auto newProject() { return VssProject::create(_dir.filePath(QString::number(++_projects)), QStringLiteral("P")); }
 
 private Q_SLOTS:
     void initTestCase() { qRegisterMetaType<QList<int>>(); }
@@ -403,8 +407,7 @@ private Q_SLOTS:
         QFETCH(QByteArray, bytes);
         QFETCH(QString, problem);
         QFETCH(QStringList, kept);
-        QTemporaryDir dir;
-        const auto project = VssProject::create(dir.filePath(QStringLiteral("p")), QStringLiteral("P"));
+        const auto project = newProject();
         const QString path = VugSceneStore::filePath(*project, 1);
         writeFile(path, bytes);
 
@@ -433,8 +436,7 @@ private Q_SLOTS:
 
     void unwritableSceneFolderIsReported()
     {
-        QTemporaryDir dir;
-        const auto project = VssProject::create(dir.filePath(QStringLiteral("p")), QStringLiteral("P"));
+        const auto project = newProject();
         writeFile(QDir(project->getDatabaseDirectory()).filePath(QStringLiteral("scenes")), "not a folder");
         auto scene = sceneOf(QStringLiteral("a"));
         QVERIFY_EXCEPTION_THROWN(VugSceneStore::save(*project, *scene), KbeError);
@@ -455,8 +457,7 @@ private Q_SLOTS:
     {
         QFETCH(QString, key);
         QFETCH(QString, warning);
-        QTemporaryDir dir;
-        const auto project = VssProject::create(dir.filePath(QStringLiteral("p")), QStringLiteral("P"));
+        const auto project = newProject();
         VugDatasetStore store(*project);
         VsdPolygonSet boundary;
         boundary.append(QPolygonF({{0, 0}, {1, 0}, {1, 1}}));
@@ -471,8 +472,7 @@ private Q_SLOTS:
 
     void damagedPointSetFileIsNamedAndTheOthersLoad()
     {
-        QTemporaryDir dir;
-        const auto project = VssProject::create(dir.filePath(QStringLiteral("p")), QStringLiteral("P"));
+        const auto project = newProject();
         VugDatasetStore store(*project);
         QVERIFY(store.setPointSet(QStringLiteral("good"), VsdPointSet::generate(10, 1, QRectF(0, 0, 1, 1))));
         store.save();
@@ -503,8 +503,7 @@ private Q_SLOTS:
     {
         MessageCatcher caught;
         QStringList& told = caught.warnings;
-        QTemporaryDir dir;
-        const auto project = VssProject::create(dir.filePath(QStringLiteral("p")), QStringLiteral("P"));
+        const auto project = newProject();
         VugDatasetStore store(*project);
         VsdPointSet set = VsdPointSet::generate(100, 1, QRectF(0, 0, 100, 100));
         set.append(1e30, 50, 0, {qQNaN(), 1e308});

@@ -140,40 +140,6 @@ private slots:
         QVERIFY(received != before);
     }
 
-    void stepForwardThenBackReturns_data()
-    {
-        QTest::addColumn<KbgVector3D>("position");
-        QTest::addColumn<KbgVector3D>("normal");
-        QTest::addColumn<double>("step");
-        QTest::newRow("unit step north") << KbgVector3D(0, 0, 0) << KbgVector3D(0, 1, 0) << 1.0;
-        QTest::newRow("small step down") << KbgVector3D(3, 4, 5) << KbgVector3D(0, 0, -1) << 0.125;
-        QTest::newRow("oblique at map coordinates")
-            << KbgVector3D(652341.5, 4812345.25, -1200) << KbgVector3D(0.6, 0.8, 0) << 25.0;
-    }
-
-    void stepForwardThenBackReturns()
-    {
-        QFETCH(KbgVector3D, position);
-        QFETCH(KbgVector3D, normal);
-        QFETCH(double, step);
-        Vg3SectionModel model;
-        model.setPlane(position, normal);
-        model.setStepSize(step);
-        model.setClippingEnabled(true);
-
-        model.stepForward();
-        COMPARE_VEC(model.getClipPosition(), position + normal * step);
-        // The plane moved: a point just past the old plane is now cut away.
-        QVERIFY(!passesClipNode(model, position + normal * (step / 2)));
-        model.stepForward();
-        COMPARE_VEC(model.getClipPosition(), position + normal * (2 * step));
-        model.stepBackward();
-        model.stepBackward();
-        COMPARE_VEC(model.getClipPosition(), position);
-        QVERIFY(passesClipNode(model, position + normal * (step / 2)));
-        COMPARE_VEC(model.getPlaneNormal(), normal);
-    }
-
     // Aligned, flipped and flipped back: the normal, the side kept and the orientation a
     // rotation widget reloads follow; a slab stays the same slab.
     void alignAndFlip_data()

@@ -1,25 +1,13 @@
-#include <Vw3RenderAreaQWindow.h>
+// A render area on a screen of device pixel ratio 2: it renders and counts Inventor's
+// positions in device pixels, rows from the bottom.
 
+#include "RenderAreaScenes.h"
 #include <Vg3OpenInventor.h>
-#include <Vg3SceneInteractor.h>
-
-#include <Inventor/events/SoMouseButtonEvent.h>
-#include <Inventor/nodes/SoEventCallback.h>
-#include <Inventor/nodes/SoSeparator.h>
 
 #include <QApplication>
 #include <QTest>
-#include <QVBoxLayout>
 
-namespace {
-
-void recordPosition(void* data, SoEventCallback* callback)
-{
-    if (callback->getEvent()->isOfType(SoMouseButtonEvent::getClassTypeId()))
-        *static_cast<QList<SbVec2s>*>(data) << callback->getEvent()->getPosition();
-}
-
-} // namespace
+using namespace RenderAreas;
 
 // Runs with a device pixel ratio of 2 (see main).
 class TestVw3RenderAreaHiDpi : public QObject
@@ -47,31 +35,18 @@ private Q_SLOTS:
     {
         QFETCH(QPoint, click);
         QFETCH(QPoint, inventorPosition);
-        QList<SbVec2s> presses;
-        QSharedPointer<Vg3SceneInteractor> interactor(new Vg3SceneInteractor);
-        auto scene = new SoSeparator;
-        auto callback = new SoEventCallback;
-        callback->addEventCallback(SoMouseButtonEvent::getClassTypeId(), &recordPosition, &presses);
-        scene->addChild(callback);
-        interactor->setSceneGraph(scene);
-
+        Recorder recorder;
         QWidget host;
-        auto layout = new QVBoxLayout(&host);
-        layout->setContentsMargins(0, 0, 0, 0);
-        auto area = new Vw3RenderAreaQWindow(&host);
-        area->setSceneInteractor(interactor);
-        layout->addWidget(area->getContainerWidget());
-        host.resize(400, 300);
-        host.show();
-        QVERIFY(QTest::qWaitForWindowExposed(area));
+        auto area = showArea<Vw3RenderAreaQWindow>(host, recorder, QSize(400, 300));
+        QVERIFY(area);
         QTRY_COMPARE(area->getSize(), SbVec2i32(800, 600));
-        QCOMPARE(interactor->getViewportRegion().getViewportSizePixels(), SbVec2s(800, 600));
+        QCOMPARE(area->getSceneInteractor()->getViewportRegion().getViewportSizePixels(), SbVec2s(800, 600));
 
         area->setActivated(true);
         QTest::mousePress(area, Qt::LeftButton, Qt::NoModifier, click);
+        QCOMPARE(QPoint(recorder.positions.last()[0], recorder.positions.last()[1]), inventorPosition);
         QTest::mouseRelease(area, Qt::LeftButton, Qt::NoModifier, click);
-        QCOMPARE(presses.size(), 2);
-        QCOMPARE(QPoint(presses.first()[0], presses.first()[1]), inventorPosition);
+        QCOMPARE(recorder.buttons, QStringList({"1 down", "1 up"}));
     }
 };
 

@@ -1,11 +1,15 @@
-// Qt's input events as Inventor events: the key tables and their edges, rows flipped to
-// count from the bottom, buttons, modifiers, wheel deltas, touch points, refused input.
+// Qt's input events as Inventor events: the key tables and their edges, buttons, modifiers,
+// wheel deltas and positions, touch points, refused input; and the builder below them:
+// positions clamped to Inventor's range, time, and whose event it is. Rows flipped to count
+// from the bottom are checked where a user clicks, in the render areas' suite.
 
 #include <Vw3QtEventToOivEvent.h>
 
+#include <SoEventBuilder.h>
 #include <SoMouseWheelEvent.h>
 #include <Vg3OpenInventor.h>
 
+#include <Inventor/SbTime.h>
 #include <Inventor/SbVec2s.h>
 
 #include <QKeyEvent>
@@ -15,6 +19,7 @@
 #include <QTouchEvent>
 #include <QWheelEvent>
 #include <QWidget>
+#include <functional>
 
 Q_DECLARE_METATYPE(Qt::MouseButton) Q_DECLARE_METATYPE(Qt::KeyboardModifiers)
 
@@ -83,31 +88,6 @@ private Q_SLOTS:
         event = Vw3QtEventToOivEvent::getKeyReleaseEvent(&release, &_widget);
         QCOMPARE(int(event->getKey()), inventorKey);
         QCOMPARE(event->getState(), SoButtonEvent::UP);
-    }
-
-    void positionFlip_data()
-    {
-        QTest::addColumn<QPoint>("qtPosition");
-        QTest::addColumn<QPoint>("inventorPosition");
-        // The widget is 200 x 100.
-        QTest::newRow("top-left corner") << QPoint(0, 0) << QPoint(0, 99);
-        QTest::newRow("bottom row") << QPoint(10, 99) << QPoint(10, 0);
-        QTest::newRow("right column, middle") << QPoint(199, 50) << QPoint(199, 49);
-        QTest::newRow("outside, above (a drag leaving the widget)") << QPoint(5, -10) << QPoint(5, 109);
-    }
-
-    void positionFlip()
-    {
-        QFETCH(QPoint, qtPosition);
-        QFETCH(QPoint, inventorPosition);
-        const SbVec2s expected(short(inventorPosition.x()), short(inventorPosition.y()));
-
-        QMouseEvent press(QEvent::MouseButtonPress, qtPosition, Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
-        QCOMPARE(Vw3QtEventToOivEvent::getMousePressEvent(&press, &_widget)->getPosition(), expected);
-        QMouseEvent move(QEvent::MouseMove, qtPosition, Qt::NoButton, Qt::NoButton, Qt::NoModifier);
-        QCOMPARE(Vw3QtEventToOivEvent::getMouseMoveEvent(&move, &_widget)->getPosition(), expected);
-        QMouseEvent release(QEvent::MouseButtonRelease, qtPosition, Qt::LeftButton, Qt::NoButton, Qt::NoModifier);
-        QCOMPARE(Vw3QtEventToOivEvent::getMouseReleaseEvent(&release, &_widget)->getPosition(), expected);
     }
 
     void buttons_data()
@@ -245,6 +225,49 @@ private Q_SLOTS:
         QCOMPARE(events[1]->getPosition(), SbVec2s(20, 0));
         QVERIFY(SoMouseButtonEvent::isButtonReleaseEvent(events[2], SoMouseButtonEvent::BUTTON1));
         QCOMPARE(events[2]->getPosition(), SbVec2s(40, 50));
+    }
+
+    // Each kind of event the builder makes, and the source it tells for it.
+    void builtEvent_data()
+    {
+        QTest::addColumn<int>("kind");
+        QTest::addColumn<QPoint>("at");
+        QTest::addColumn<int>("source");
+        const int other = SoEventBuilder::OTHER;
+        QTest::newRow("button") << 0 << QPoint(10, 20) << other;
+        QTest::newRow("move") << 1 << QPoint(300, 5) << int(SoEventBuilder::MOUSE_MOVE);
+        QTest::newRow("enter") << 2 << QPoint(0, 0) << int(SoEventBuilder::MOUSE_ENTER);
+        QTest::newRow("leave") << 3 << QPoint(-4, 99) << int(SoEventBuilder::MOUSE_LEAVE);
+        QTest::newRow("wheel") << 4 << QPoint(7, 8) << other;
+        QTest::newRow("position beyond the short range is clamped")
+            << 1 << QPoint(100000, -100000) << int(SoEventBuilder::MOUSE_MOVE);
+    }
+
+    void builtEvent()
+    {
+        QFETCH(int, kind);
+        QFETCH(QPoint, at);
+        QFETCH(int, source);
+        SoEventBuilder b;
+        const int x = at.x(), y = at.y();
+        const SbTime before = SbTime::getTimeOfDay();
+        const std::function<SoEvent*()> make[] = {
+            [&] { return b.getMouseButtonEvent(SoMouseButtonEvent::BUTTON2, SoButtonEvent::UP, x, y, false, false, false); },
+            [&] { return b.getMouseMoveEvent(x, y, false, false, false); },
+            [&] { return b.getMouseEnterEvent(x, y, false, false, false); },
+            [&] { return b.getMouseLeaveEvent(x, y, false, false, false); },
+            [&] { return b.getMouseWheelEvent(120, x, y, false, false, false); }};
+        const SoEvent* event = make[kind]();
+        QVERIFY(event->getTime() >= before && event->getTime() <= SbTime::getTimeOfDay());
+        QCOMPARE(int(b.getEventSource(event)), source);
+        QCOMPARE(event->getPosition(), SbVec2s(short(qBound(-32768, x, 32767)), short(qBound(-32768, y, 32767))));
+        // A key has no position of its own: it takes the last one.
+        SoKeyboardEvent* key = b.getKeyEvent(SoKeyboardEvent::ESCAPE, SoButtonEvent::DOWN, false, true, false);
+        QCOMPARE(key->getPosition(), event->getPosition());
+        QCOMPARE(int(b.getEventSource(key)), int(SoEventBuilder::OTHER));
+        // Another builder's events, and none, are someone else's.
+        QCOMPARE(int(SoEventBuilder().getEventSource(event)), int(SoEventBuilder::OTHER));
+        QCOMPARE(int(b.getEventSource(nullptr)), int(SoEventBuilder::OTHER));
     }
 
     void missingArgumentsAreRefused()
