@@ -153,25 +153,35 @@ private Q_SLOTS:
     // there; an orthographic camera's height follows.
     void wheelDollies_data()
     {
-        QTest::addColumn<int>("delta");
+        QTest::addColumn<QVector<int>>("deltas");
+        QTest::addColumn<int>("modifier");
         QTest::addColumn<bool>("inverted");
         QTest::addColumn<bool>("orthographic");
         QTest::addColumn<QPoint>("at");
         QTest::addColumn<double>("expectedRatio");
         const double step = std::pow(2.0, M_PI / 180.0);
         const QPoint centre(kWidth / 2, kHeight / 2);
-        QTest::newRow("one notch forward comes closer") << 120 << false << false << centre << 1.0 / step;
-        QTest::newRow("one notch back, upper right") << -120 << false << false << QPoint(320, 270) << step;
-        QTest::newRow("two notches, lower left") << 240 << false << false << QPoint(40, 75) << 1.0 / (step * step);
-        QTest::newRow("orthographic, upper right") << 120 << false << true << QPoint(320, 270) << 1.0 / step;
-        QTest::newRow("orthographic back, lower left") << -120 << false << true << QPoint(40, 75) << step;
-        QTest::newRow("inverted preference goes away") << 120 << true << false << centre << step;
-        QTest::newRow("half a notch does nothing") << 60 << false << false << centre << 1.0;
-        QTest::newRow("half a notch back does nothing") << -60 << true << false << centre << 1.0;
+        const auto row = [&](const char* name, QVector<int> deltas, double ratio, QPoint at, int modifier = NO_MODIFIER,
+                             bool inverted = false, bool orthographic = false) {
+            QTest::newRow(name) << deltas << modifier << inverted << orthographic << at << ratio;
+        };
+        row("one notch forward comes closer", {120}, 1.0 / step, centre);
+        row("one notch back, upper right", {-120}, step, QPoint(320, 270));
+        row("two notches, lower left", {240}, 1.0 / (step * step), QPoint(40, 75));
+        row("orthographic, upper right", {120}, 1.0 / step, QPoint(320, 270), NO_MODIFIER, false, true);
+        row("orthographic back, lower left", {-120}, step, QPoint(40, 75), NO_MODIFIER, false, true);
+        row("inverted preference goes away", {120}, step, centre, NO_MODIFIER, true);
+        row("half a notch does nothing", {60}, 1.0, centre);
+        row("half a notch back does nothing", {-60}, 1.0, centre, NO_MODIFIER, true);
+        row("trackpad thirds add up to a notch", {40, 40, 40}, 1.0 / step, centre);
+        row("a turn back drops what was gathered", {60, -60, 60}, 1.0, centre);
+        row("Ctrl makes a notch ten", {120}, std::pow(step, -10.0), centre, CTRL);
+        row("a flood stops at a hundred notches", {12000000}, std::pow(step, -100.0), centre);
     }
     void wheelDollies()
     {
-        QFETCH(int, delta);
+        QFETCH(QVector<int>, deltas);
+        QFETCH(int, modifier);
         QFETCH(bool, inverted);
         QFETCH(bool, orthographic);
         QFETCH(QPoint, at);
@@ -186,7 +196,6 @@ private Q_SLOTS:
         };
         const SbVec2f before = size();
         SoMouseWheelEvent wheel;
-        wheel.setDelta(delta);
         wheel.setPosition(SbVec2s(short(at.x()), short(at.y())));
         const SbVec2f cursor = wheel.getNormalizedPosition(_s->getViewportRegion());
         SbLine ray;
@@ -195,7 +204,11 @@ private Q_SLOTS:
         QVERIFY(SbPlane(turned(camera, SbVec3f(0, 0, 1)), _s->getCameraInteractor()->getFocalPoint()).intersect(ray, grabbed));
         QSignalSpy changed(_s.get(), &Interactor::cameraChanged);
 
-        const bool used = send(wheel, at.x(), at.y(), NO_MODIFIER);
+        bool used = false;
+        for (int delta : deltas) {
+            wheel.setDelta(delta);
+            used = send(wheel, at.x(), at.y(), modifier);
+        }
         for (int k = 0; k < 2; ++k)
             QVERIFY2(std::fabs(size()[k] / before[k] - expectedRatio) < 1e-5, qPrintable(QString::number(size()[k] / before[k])));
         const SbVec3f seen = toScreen(grabbed);
