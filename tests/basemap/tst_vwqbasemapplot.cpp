@@ -13,6 +13,7 @@
 // size showing the decorations twice as large.
 
 #include "ImageChecks.h"
+#include "LowerTestSupport.h"
 #include "MapTestKit.h"
 #include <KbbUserStringFormats.h>
 #include <KbuUnit.h>
@@ -135,7 +136,6 @@ int blackPixels(const QImage& image, const QRect& area)
     return ImageChecks::count(image.copy(area), [](QRgb c) { return qMax(qMax(qRed(c), qGreen(c)), qBlue(c)) < 100; });
 }
 
-const double NaN = std::nan("");
 // A dark layer under the decorations: their light boxes must show over it.
 const QColor GROUND(40, 90, 40);
 
@@ -247,7 +247,7 @@ private Q_SLOTS:
     void axisLabelsLeaveTheOffsetOut_data()
     {
         // expected: of the x axis, %1 standing for its offset
-        MapTest::addColumns<QRectF, QString, QString, QString>({"rect", "title", "subtitle", "expected"});
+        Row<QRectF, QString, QString, QString>::addColumns(); // rect, title, subtitle, expected
         QTest::newRow("offset and subtitle") << QRectF(500000, 6543200, 100, 60) << "UTM 31N" << "Field A"
                                              << "UTM 31N&nbsp;[m]&nbsp;(+%1)&nbsp;&nbsp;&nbsp;<small><i>Field A</i></small>";
         QTest::newRow("negative offset") << QRectF(-500100, 0, 100, 60) << "Local" << "" << "Local&nbsp;[m]&nbsp;(%1)";
@@ -257,7 +257,7 @@ private Q_SLOTS:
     }
     void axisLabelsLeaveTheOffsetOut()
     {
-        auto [rect, title, subtitle, expected] = MapTest::fetch<QRectF, QString, QString, QString>();
+        auto [rect, title, subtitle, expected] = Row<QRectF, QString, QString, QString>::fetch();
         auto plot = makePlot();
         plot->updatePlotAxes(rect, title, KbuUnit::fromKey("m"), subtitle);
         const double offset = plot->getAxisOffset(QwtPlot::xBottom);
@@ -265,7 +265,7 @@ private Q_SLOTS:
                  qPrintable(QString::number(offset)));
         QCOMPARE(plot->axisScaleDraw(QwtPlot::xBottom)->label(rect.left() + 50).text(),
                  QLocale::system().toString(rect.left() + 50 - offset, 'g', 6));
-        QCOMPARE(plot->axisTitle(QwtPlot::xBottom).text(), expected.arg(offset, 0, 'g', 12));
+        QCOMPARE(plot->axisTitle(QwtPlot::xBottom).text(), offset ? expected.arg(offset, 0, 'g', 12) : expected);
         QCOMPARE(plot->axisTitle(QwtPlot::yRight).text().section(QLatin1String("&nbsp;"), 0, 1),
                  expected.section(QLatin1String("&nbsp;"), 0, 1));
     }
@@ -341,7 +341,7 @@ private Q_SLOTS:
     void gesturesLeaveTheirView_data()
     {
         // zooms: zoomed() signals
-        MapTest::addColumns<int, Gesture, QRectF, double, int>({"mode", "gesture", "view", "tolerance", "zooms"});
+        Row<int, Gesture, QRectF, double, int>::addColumns(); // mode, gesture, view, tolerance, zooms
         const QRectF start(0, 0, 600, 400);
         // The map follows the hand: 40 units to the right, 30 down on screen (y grows up).
         QTest::newRow("pan, drag") << int(Vw::PAN) << drag({300, 200}, {340, 230}) << QRectF(-40, 30, 600, 400) << 1.0 << 0;
@@ -371,7 +371,7 @@ private Q_SLOTS:
     }
     void gesturesLeaveTheirView()
     {
-        auto [mode, gesture, view, tolerance, zooms] = MapTest::fetch<int, Gesture, QRectF, double, int>();
+        auto [mode, gesture, view, tolerance, zooms] = Row<int, Gesture, QRectF, double, int>::fetch();
         Plot p;
         p.setMode(Vw::ViewMode(mode));
         QSignalSpy zoomed(p.zoomer, &VwqPlotZoomer::zoomed);
@@ -382,7 +382,7 @@ private Q_SLOTS:
 
     void wheelZoomKeepsThePointUnderTheMouse_data()
     {
-        MapTest::addColumns<QPoint, int, bool, bool>({"at", "delta", "natural", "zoomsIn"});
+        Row<QPoint, int, bool, bool>::addColumns(); // at, delta, natural, zoomsIn
         QTest::newRow("away from the user zooms in") << QPoint(150, 100) << 120 << true << true;
         QTest::newRow("towards the user zooms out") << QPoint(450, 300) << -120 << true << false;
         QTest::newRow("inverted wheel") << QPoint(10, 390) << 120 << false << false;
@@ -390,7 +390,7 @@ private Q_SLOTS:
     }
     void wheelZoomKeepsThePointUnderTheMouse()
     {
-        auto [at, delta, natural, zoomsIn] = MapTest::fetch<QPoint, int, bool, bool>();
+        auto [at, delta, natural, zoomsIn] = Row<QPoint, int, bool, bool>::fetch();
         Plot p;
         p.magnifier->setNaturalDirection(natural);
         QSignalSpy rescaled(p.magnifier, &VwqPlotMagnifier::rescaled);
@@ -415,7 +415,7 @@ private Q_SLOTS:
     void zoomStack_data()
     {
         // steps: >= 10: zoom to a rectangle of that width; else offset
-        MapTest::addColumns<int, QList<int>, int, int, double>({"depth", "steps", "size", "index", "width"});
+        Row<int, QList<int>, int, int, double>::addColumns(); // depth, steps, size, index, width
         QTest::newRow("two zooms keep the start") << -1 << QList<int>{300, 200} << 3 << 2 << 200.0;
         QTest::newRow("back once") << -1 << QList<int>{300, 200, -1} << 3 << 1 << 300.0;
         QTest::newRow("back past the start stays at it") << -1 << QList<int>{300, -1, -1, -1} << 2 << 0 << 600.0;
@@ -427,7 +427,7 @@ private Q_SLOTS:
     }
     void zoomStack()
     {
-        auto [depth, steps, size, index, width] = MapTest::fetch<int, QList<int>, int, int, double>();
+        auto [depth, steps, size, index, width] = Row<int, QList<int>, int, int, double>::fetch();
         Plot p;
         p.zoomer->setMaxStackDepth(depth);
         for (int step : steps) {
@@ -444,7 +444,7 @@ private Q_SLOTS:
     void limitsClampAndBadRectanglesNeverReachTheStack_data()
     {
         // view: null: the rectangle is refused
-        MapTest::addColumns<QRectF, QRectF>({"rect", "view"});
+        Row<QRectF, QRectF>::addColumns(); // rect, view
         QTest::newRow("NaN") << QRectF(std::nan(""), 0, 10, 10) << QRectF();
         QTest::newRow("infinite") << QRectF(0, 0, HUGE_VAL, 10) << QRectF();
         QTest::newRow("empty") << QRectF(5, 5, 0, 0) << QRectF();
@@ -453,7 +453,7 @@ private Q_SLOTS:
     }
     void limitsClampAndBadRectanglesNeverReachTheStack()
     {
-        auto [rect, view] = MapTest::fetch<QRectF, QRectF>();
+        auto [rect, view] = Row<QRectF, QRectF>::fetch();
         Plot p;
         p.zoomer->setAxisLimits(QwtPlot::xBottom, 0, 1000);
         p.zoomer->setAxisLimits(QwtPlot::yLeft, 0, 1000);
@@ -474,8 +474,8 @@ private Q_SLOTS:
     void measureText_data()
     {
         // userUnit: the user's format of its unit class; "" keeps m and m²
-        MapTest::addColumns<Ruler, QString, QString, QStringList, Clicks, QString>(
-            {"ruler", "viewUnit", "userUnit", "switchedOff", "clicks", "expected"});
+        // ruler, viewUnit, userUnit, switchedOff, clicks, expected
+        Row<Ruler, QString, QString, QStringList, Clicks, QString>::addColumns();
 
         const auto row = [](const char* name, Ruler ruler, const char* view, const char* user, const QStringList& off,
                             const Clicks& clicks, const QString& expected) {
@@ -512,7 +512,7 @@ private Q_SLOTS:
     void measureText()
     {
         auto [ruler, viewUnit, userUnit, switchedOff, clicks, expected] =
-            MapTest::fetch<Ruler, QString, QString, QStringList, Clicks, QString>();
+            Row<Ruler, QString, QString, QStringList, Clicks, QString>::fetch();
 
         switchOff(switchedOff);
         if (!userUnit.isEmpty()) {
@@ -542,7 +542,7 @@ private Q_SLOTS:
     {
         // ending: a key, 0 for a right click, -1 for a switch to pan mode; selection: empty: nothing is selected;
         // axes: the bounds of both axes, none to keep them
-        MapTest::addColumns<Ruler, int, Clicks, int, Clicks, Axes>({"ruler", "mode", "clicks", "ending", "selection", "axes"});
+        Row<Ruler, int, Clicks, int, Clicks, Axes>::addColumns(); // ruler, mode, clicks, ending, selection, axes
 
         const int length = Vw::MEASURE_LENGTH, area = Vw::MEASURE_AREA;
         const Clicks path{{100, 200}, {200, 200}, {200, 200}, {200, 100}};
@@ -567,7 +567,7 @@ private Q_SLOTS:
 
     void picking()
     {
-        auto [ruler, mode, clicks, ending, selection, axes] = MapTest::fetch<Ruler, int, Clicks, int, Clicks, Axes>();
+        auto [ruler, mode, clicks, ending, selection, axes] = Row<Ruler, int, Clicks, int, Clicks, Axes>::fetch();
 
         const auto plot = MapTest::barePlot();
         if (!axes.isEmpty()) {
@@ -613,7 +613,7 @@ private Q_SLOTS:
 
     void drawing_data()
     {
-        MapTest::addColumns<Ruler, QStringList, bool, bool>({"ruler", "switchedOff", "lengthLabel", "angleArc"});
+        Row<Ruler, QStringList, bool, bool>::addColumns(); // ruler, switchedOff, lengthLabel, angleArc
 
         QTest::newRow("line, length labels and angle arcs") << Ruler::Line << QStringList() << true << true;
         QTest::newRow("line, length labels off") << Ruler::Line << QStringList{"lineRulerLength"} << false << true;
@@ -624,7 +624,7 @@ private Q_SLOTS:
 
     void drawing()
     {
-        auto [ruler, switchedOff, lengthLabel, angleArc] = MapTest::fetch<Ruler, QStringList, bool, bool>();
+        auto [ruler, switchedOff, lengthLabel, angleArc] = Row<Ruler, QStringList, bool, bool>::fetch();
 
         switchOff(switchedOff);
         const auto plot = MapTest::barePlot();
@@ -654,7 +654,7 @@ private Q_SLOTS:
     {
         // text: the attribution's; corner: Qt::Corner, -1 for nothing drawn
         // A picture rendered at twice the size shows each twice as large, twice as far in.
-        MapTest::addColumns<int, QString, QRectF, int>({"kind", "text", "view", "corner"});
+        Row<int, QString, QRectF, int>::addColumns(); // kind, text, view, corner
         const QRectF view(0, 0, 600, 400);
         QTest::newRow("attribution") << int(COPYRIGHT) << "\u00A9 Velmora contributors" << view << int(Qt::BottomRightCorner);
         QTest::newRow("attribution on two lines") << int(COPYRIGHT) << "Imagery\n\u00A9 Velmora" << view << int(Qt::BottomRightCorner);
@@ -668,7 +668,7 @@ private Q_SLOTS:
     }
     void eachDecorationInItsCorner()
     {
-        auto [kind, text, view, corner] = MapTest::fetch<int, QString, QRectF, int>();
+        auto [kind, text, view, corner] = Row<int, QString, QRectF, int>::fetch();
         auto plot = groundPlot(view);
         QVERIFY(plot);
         VwoADecoration* decoration = makeDecoration(kind, text);
@@ -699,8 +699,7 @@ private Q_SLOTS:
 
     void scaleBarRoundsDown_data()
     {
-        MapTest::addColumns<QString, double, double, double, QString>(
-            {"unit", "unitsPerPixel", "canvasWidth", "length", "label"});
+        Row<QString, double, double, double, QString>::addColumns(); // unit, unitsPerPixel, canvasWidth, length, label
         QTest::newRow("a metre a pixel") << "m" << 1.0 << 1000.0 << 200.0 << "200 m";
         QTest::newRow("half a kilometre") << "m" << 2.6 << 1000.0 << 500.0 << "500 m";
         QTest::newRow("metres read as kilometres") << "m" << 7.3 << 1000.0 << 1000.0 << "1 km";
@@ -724,7 +723,7 @@ private Q_SLOTS:
     }
     void scaleBarRoundsDown()
     {
-        auto [unit, unitsPerPixel, canvasWidth, length, label] = MapTest::fetch<QString, double, double, double, QString>();
+        auto [unit, unitsPerPixel, canvasWidth, length, label] = Row<QString, double, double, double, QString>::fetch();
         const double got = VwoScaleBar::getLength(unitsPerPixel, canvasWidth);
         QVERIFY2(qAbs(got - length) <= 1e-12 * length, qPrintable(QString::number(got, 'g', 17)));
         QCOMPARE(VwoScaleBar(KbuUnit::fromKey(unit)).getLabel(got), label);
@@ -761,7 +760,7 @@ private Q_SLOTS:
     void northAngle_data()
     {
         // system: "local:<unit>", "" for none, or a definition; unit: of the map's coordinates; point: in the system, from longitude and latitude
-        MapTest::addColumns<QString, QString, QPointF, bool, double>({"system", "unit", "point", "lonLat", "angle"});
+        Row<QString, QString, QPointF, bool, double>::addColumns(); // system, unit, point, lonLat, angle
         const QString utm31 = QStringLiteral("EPSG:32631"); // central meridian 3° E
         QTest::newRow("local") << "local:m" << "m" << QPointF(500, 500) << false << 0.0;
         QTest::newRow("no system") << "" << "m" << QPointF(500, 500) << false << 0.0;
@@ -779,7 +778,7 @@ private Q_SLOTS:
     }
     void northAngle()
     {
-        auto [system, unit, point, lonLat, angle] = MapTest::fetch<QString, QString, QPointF, bool, double>();
+        auto [system, unit, point, lonLat, angle] = Row<QString, QString, QPointF, bool, double>::fetch();
         const bool local = system.startsWith(QLatin1String("local:")) || system.isEmpty();
         if (lonLat)
             point = toSystem(system, point) / (unit == QLatin1String("km") ? 1000.0 : 1.0);
@@ -791,14 +790,14 @@ private Q_SLOTS:
     void compassLeansWithTheMeridians_data()
     {
         // lonLat: at the canvas's centre, on UTM zone 31; lean: -1 west, +1 east, 0 upright
-        MapTest::addColumns<QPointF, int>({"lonLat", "lean"});
+        Row<QPointF, int>::addColumns(); // lonLat, lean
         QTest::newRow("east of the central meridian") << QPointF(21, 70) << -1;
         QTest::newRow("west of the central meridian") << QPointF(-15, 70) << +1;
         QTest::newRow("on the central meridian") << QPointF(3, 70) << 0;
     }
     void compassLeansWithTheMeridians()
     {
-        auto [lonLat, lean] = MapTest::fetch<QPointF, int>();
+        auto [lonLat, lean] = Row<QPointF, int>::fetch();
         const QPointF centre = toSystem(QStringLiteral("EPSG:32631"), lonLat);
         auto plot = groundPlot(QRectF(centre - QPointF(30000, 20000), QSizeF(60000, 40000)));
         QVERIFY(plot);
@@ -827,7 +826,7 @@ private Q_SLOTS:
     void gpsMarkerFollowsTheFix_data()
     {
         // marker: invalid for none
-        MapTest::addColumns<bool, QList<QPointF>, QList<bool>, QColor, QPointF>({"shown", "fixes", "valid", "marker", "at"});
+        Row<bool, QList<QPointF>, QList<bool>, QColor, QPointF>::addColumns(); // shown, fixes, valid, marker, at
         using Points = QList<QPointF>;
         using Flags = QList<bool>;
         const QPointF a(150, 250), b(400, 100), lost(NaN, NaN);
@@ -844,7 +843,7 @@ private Q_SLOTS:
     }
     void gpsMarkerFollowsTheFix()
     {
-        auto [shown, fixes, valid, marker, at] = MapTest::fetch<bool, QList<QPointF>, QList<bool>, QColor, QPointF>();
+        auto [shown, fixes, valid, marker, at] = Row<bool, QList<QPointF>, QList<bool>, QColor, QPointF>::fetch();
         auto plot = groundPlot();
         QVERIFY(plot);
         auto* gps = new VwoGpsPosition;

@@ -22,6 +22,7 @@
 
 #include "ImageChecks.h"
 #include "MapTestData.h"
+#include "LowerTestSupport.h"
 #include "MapTestKit.h"
 #include "MessageCatcher.h"
 #include <KbbGlobal.h>
@@ -354,7 +355,7 @@ private Q_SLOTS:
     // A sample drawn alone: the pixels of its colour (black, or the grey it makes over white).
     void picksWithinEightPixels_data()
     {
-        MapTest::addColumns<QRectF, QPointF, int>({"view", "click", "rank"});
+        Row<QRectF, QPointF, int>::addColumns(); // view, click, rank
 
         // 400 pixels over 100 units: 8 pixels are 2 units.
         QTest::newRow("1.4 units away, picked") << QRectF(0, 0, 100, 100) << QPointF(51, 51) << 1;
@@ -366,7 +367,7 @@ private Q_SLOTS:
     }
     void picksWithinEightPixels()
     {
-        auto [view, click, rank] = MapTest::fetch<QRectF, QPointF, int>();
+        auto [view, click, rank] = Row<QRectF, QPointF, int>::fetch();
 
         auto plot = MapTest::showPlot(view);
         QVERIFY(plot);
@@ -433,7 +434,7 @@ private Q_SLOTS:
     void mask_data()
     {
         // One rank goes through mask(int), any other count through the set.
-        MapTest::addColumns<QVector<int>, QVector<int>, int, QString, int, bool>({"before", "ranks", "flag", "after", "emitted", "warns"});
+        Row<QVector<int>, QVector<int>, int, QString, int, bool>::addColumns(); // before, ranks, flag, after, emitted, warns
 
         using V = QVector<int>;
         QTest::newRow("select one") << V{} << V{2} << int(Vu::SELECT) << "2" << 1 << false;
@@ -453,7 +454,7 @@ private Q_SLOTS:
     }
     void mask()
     {
-        auto [before, ranks, flag, after, emitted, warns] = MapTest::fetch<QVector<int>, QVector<int>, int, QString, int, bool>();
+        auto [before, ranks, flag, after, emitted, warns] = Row<QVector<int>, QVector<int>, int, QString, int, bool>::fetch();
 
         VwqBasemapPlot plot;
         VwvBasemapLayer layer(&plot, points({{0, 0}, {1, 1}, {2, 2}, {3, 3}, {4, 4}}, before));
@@ -576,7 +577,7 @@ private Q_SLOTS:
     void layersFollowTheirDatasets_data()
     {
         // yBounds: null: Y has no layer
-        MapTest::addColumns<QStringList, bool, QRectF, int>({"events", "yRebuilt", "yBounds", "rebuilds"});
+        Row<QStringList, bool, QRectF, int>::addColumns(); // events, yRebuilt, yBounds, rebuilds
 
         const QRectF before(10, 10, 2, 2);
         const QRectF after(50, 50, 3, 3);
@@ -588,7 +589,7 @@ private Q_SLOTS:
     }
     void layersFollowTheirDatasets()
     {
-        auto [events, yRebuilt, yBounds, rebuilds] = MapTest::fetch<QStringList, bool, QRectF, int>();
+        auto [events, yRebuilt, yBounds, rebuilds] = Row<QStringList, bool, QRectF, int>::fetch();
 
         World w({QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c")});
         w.scene.renameItem(1, QStringLiteral("Wells"));
@@ -692,7 +693,7 @@ private Q_SLOTS:
 
     void drawingErrorsAreReportedOnce_data()
     {
-        MapTest::addColumns<qint64, int, QString>({"cost", "failure", "message"});
+        Row<qint64, int, QString>::addColumns(); // cost, failure, message
         QTest::newRow("on the spot") << qint64(10) << int(SquareRenderer::OURS)
                                      << "Error while drawing layer 'layer': the grid file is damaged";
         QTest::newRow("on a worker") << VwvBasemapImageItem::SYNCHRONOUS_COST * 10 << int(SquareRenderer::STANDARD)
@@ -700,7 +701,7 @@ private Q_SLOTS:
     }
     void drawingErrorsAreReportedOnce()
     {
-        auto [cost, failure, message] = MapTest::fetch<qint64, int, QString>();
+        auto [cost, failure, message] = Row<qint64, int, QString>::fetch();
         MessageCatcher caught;
         Map map;
         auto failing = std::make_shared<SquareRenderer>(0, nullptr, SquareRenderer::Failure(failure), cost);
@@ -724,7 +725,7 @@ private Q_SLOTS:
 
     void sharpOnHighDpiScreens_data()
     {
-        MapTest::addColumns<qreal, int>({"ratio", "dotSize"});
+        Row<qreal, int>::addColumns(); // ratio, dotSize
         QTest::newRow("ordinary screen, 5-pixel symbol") << qreal(1) << 5;
         QTest::newRow("double density, 5-pixel symbol") << qreal(2) << 5;
         QTest::newRow("double density, one-pixel dot") << qreal(2) << 1;
@@ -732,7 +733,7 @@ private Q_SLOTS:
     }
     void sharpOnHighDpiScreens()
     {
-        auto [ratio, dotSize] = MapTest::fetch<qreal, int>();
+        auto [ratio, dotSize] = Row<qreal, int>::fetch();
         // A screen's backing store: a pixmap of that many device pixels per logical pixel.
         QPixmap screen(QSize(100, 100) * ratio);
         screen.setDevicePixelRatio(ratio);
@@ -760,7 +761,7 @@ private Q_SLOTS:
     // A sample drawn alone: the pixels of its colour (black, or the grey it makes over white).
     void samplesAreRoundClippedAndBlended_data()
     {
-        MapTest::addColumns<double, double, int, int, int>({"x", "y", "size", "alpha", "pixels"});
+        Row<double, double, int, int, int>::addColumns(); // x, y, size, alpha, pixels
         QTest::newRow("a dot inside") << 10.5 << 20.5 << 1 << 255 << 1;
         QTest::newRow("a dot on the lower left corner") << 0.0 << 0.01 << 1 << 255 << 1;
         QTest::newRow("a dot just off the right") << 100.0 << 50.0 << 1 << 255 << 0;
@@ -779,7 +780,7 @@ private Q_SLOTS:
     }
     void samplesAreRoundClippedAndBlended()
     {
-        auto [x, y, size, alpha, pixels] = MapTest::fetch<double, double, int, int, int>();
+        auto [x, y, size, alpha, pixels] = Row<double, double, int, int, int>::fetch();
         WhiteCanvas c;
         c.draw(rasterizer(&x, &y, 1, size, qRgba(0, 0, 0, alpha)));
         const QColor drawn(255 - alpha, 255 - alpha, 255 - alpha);
@@ -813,7 +814,7 @@ private Q_SLOTS:
     void renderingPicksTheRenderer_data()
     {
         // type: the renderer's class, or the error's text
-        MapTest::addColumns<int, QString, QString>({"rendering", "dataset", "type"});
+        Row<int, QString, QString>::addColumns(); // rendering, dataset, type
         const QString points = typeid(VwvBasemapRenderer).name();
         QTest::newRow("points") << int(VugERendering::POINTS_V) << "samples" << points;
         QTest::newRow("point symbols") << int(VugERendering::POINT_SYMBOLS_V) << "samples" << points;
@@ -832,7 +833,7 @@ private Q_SLOTS:
     }
     void renderingPicksTheRenderer()
     {
-        auto [rendering, dataset, type] = MapTest::fetch<int, QString, QString>();
+        auto [rendering, dataset, type] = Row<int, QString, QString>::fetch();
 
         const VugSceneItem item(QStringLiteral("i1"), QStringLiteral("Item"), VugERendering::fromValue(rendering),
                                 dataset, QStringLiteral("Porosity"));
@@ -849,7 +850,7 @@ private Q_SLOTS:
     // A fill or nothing shows at the point; an outline or a line within a pixel of it.
     void outlinesFillsAndSelections_data()
     {
-        MapTest::addColumns<QString, QPointF, QRgb>({"kind", "point", "expected"});
+        Row<QString, QPointF, QRgb>::addColumns(); // kind, point, expected
 
         QTest::newRow("polygon: inside the ring") << "polygon" << QPointF(25.5, 25.5) << FILL;
         QTest::newRow("polygon: inside the hole") << "polygon" << QPointF(50.5, 50.5) << NONE;
@@ -876,7 +877,7 @@ private Q_SLOTS:
     }
     void outlinesFillsAndSelections()
     {
-        auto [kind, point, expected] = MapTest::fetch<QString, QPointF, QRgb>();
+        auto [kind, point, expected] = Row<QString, QPointF, QRgb>::fetch();
 
         const Canvas c = drawn(*rendererOf(kind));
         if (expected == NONE || expected == FILL)
@@ -887,7 +888,7 @@ private Q_SLOTS:
 
     void gridWireDrawsOnlyTheOutlineOfTinyCells_data()
     {
-        MapTest::addColumns<int, int, int>({"nodes", "minimum", "maximum"});
+        Row<int, int, int>::addColumns(); // nodes, minimum, maximum
 
         // Cells of about 5 pixels: 21 lines each way, 98 pixels long.
         QTest::newRow("5-pixel cells: the wireframe") << 20 << 3300 << 4200;
@@ -896,7 +897,7 @@ private Q_SLOTS:
     }
     void gridWireDrawsOnlyTheOutlineOfTinyCells()
     {
-        auto [nodes, minimum, maximum] = MapTest::fetch<int, int, int>();
+        auto [nodes, minimum, maximum] = Row<int, int, int>::fetch();
 
         const double cell = 98.0 / nodes;
         const VsdGrid grid(QPointF(1 + cell / 2, 1 + cell / 2), cell, cell, nodes, nodes);
@@ -907,7 +908,7 @@ private Q_SLOTS:
     void rasterCellsAgreeWithPicks_data()
     {
         // rank: -1: outside, the pixel left transparent
-        MapTest::addColumns<double, QPointF, int>({"angle", "point", "rank"});
+        Row<double, QPointF, int>::addColumns(); // angle, point, rank
 
         QTest::newRow("first cell") << 0.0 << QPointF(2.5, 2.5) << 0;
         QTest::newRow("a middle cell") << 0.0 << QPointF(34.5, 57.5) << 53;
@@ -922,7 +923,7 @@ private Q_SLOTS:
     }
     void rasterCellsAgreeWithPicks()
     {
-        auto [angle, point, rank] = MapTest::fetch<double, QPointF, int>();
+        auto [angle, point, rank] = Row<double, QPointF, int>::fetch();
 
         const VsdGrid grid = sampleGrid(angle);
         const VugColorScale scale = grey099();
@@ -937,7 +938,7 @@ private Q_SLOTS:
 
     void rasterIntoOtherFormatsAndWithOpacity_data()
     {
-        MapTest::addColumns<int, double, int>({"format", "opacity", "alpha"});
+        Row<int, double, int>::addColumns(); // format, opacity, alpha
 
         QTest::newRow("premultiplied") << int(QImage::Format_ARGB32_Premultiplied) << 1.0 << 255;
         QTest::newRow("RGB32") << int(QImage::Format_RGB32) << 1.0 << 255;
@@ -947,7 +948,7 @@ private Q_SLOTS:
     }
     void rasterIntoOtherFormatsAndWithOpacity()
     {
-        auto [format, opacity, alpha] = MapTest::fetch<int, double, int>();
+        auto [format, opacity, alpha] = Row<int, double, int>::fetch();
 
         VugColorScale scale;
         scale.setClasses({0, 50, 99}, {qRgb(200, 0, 0), qRgb(0, 0, 200)});
@@ -970,8 +971,7 @@ private Q_SLOTS:
 
     void picks_data()
     {
-        MapTest::addColumns<QString, QPointF, double, int, QRectF, QString>(
-            {"kind", "point", "tolerance", "rank", "rect", "inRect"});
+        Row<QString, QPointF, double, int, QRectF, QString>::addColumns(); // kind, point, tolerance, rank, rect, inRect
 
         const QRectF nothing(200, 200, 10, 10);
         QTest::newRow("polygon: inside") << "polygon" << QPointF(20, 20) << 0.0 << 0 << QRectF(91, 91, 2, 2) << "1";
@@ -987,7 +987,7 @@ private Q_SLOTS:
     }
     void picks()
     {
-        auto [kind, point, tolerance, rank, rect, inRect] = MapTest::fetch<QString, QPointF, double, int, QRectF, QString>();
+        auto [kind, point, tolerance, rank, rect, inRect] = Row<QString, QPointF, double, int, QRectF, QString>::fetch();
 
         const auto renderer = rendererOf(kind);
         QCOMPARE(renderer->pointToRank(point, tolerance), rank);
@@ -999,7 +999,7 @@ private Q_SLOTS:
 
     void degenerateInputDrawsNothing_data()
     {
-        MapTest::addColumns<QString, bool>({"kind", "empty"});
+        Row<QString, bool>::addColumns(); // kind, empty
 
         for (const char* kind : {"polygon", "polyline", "wire", "raster"}) {
             QTest::addRow("%s, empty", kind) << QString::fromLatin1(kind) << true;
@@ -1008,7 +1008,7 @@ private Q_SLOTS:
     }
     void degenerateInputDrawsNothing()
     {
-        auto [kind, empty] = MapTest::fetch<QString, bool>();
+        auto [kind, empty] = Row<QString, bool>::fetch();
 
         const auto renderer = rendererOf(kind, empty);
         const auto drawsNothing = [&](const Canvas& c) { return MapTest::opaque(drawn(*renderer, c).image) == 0; };

@@ -13,6 +13,7 @@
 
 #include "ImageChecks.h"
 #include "MapTestData.h"
+#include "LowerTestSupport.h"
 #include "MapTestKit.h"
 #include <VugERendering.h>
 #include <VugScene.h>
@@ -232,7 +233,7 @@ private Q_SLOTS:
 
     void decorationSwitches_data()
     {
-        MapTest::addColumns<int, QString, QString, Shown>({"kind", "text", "preference", "shown"});
+        Row<int, QString, QString, Shown>::addColumns(); // kind, text, preference, shown
         QTest::newRow("compass") << int(VwvBasemapView::COMPASS) << "Show/hide compass" << "compassVisible"
                                  << Shown([](const VwvBasemapView& v) { return v.getCompass()->isVisible(); });
         QTest::newRow("scale bar") << int(VwvBasemapView::SCALE_BAR) << "Show/hide scale bar" << "scaleBarVisible"
@@ -244,7 +245,7 @@ private Q_SLOTS:
     }
     void decorationSwitches()
     {
-        auto [kind, text, preference, shown] = MapTest::fetch<int, QString, QString, Shown>();
+        auto [kind, text, preference, shown] = Row<int, QString, QString, Shown>::fetch();
         VwvBasemapView view;
         VwvBasemapView other; // a second map follows the shared preference
         QAction* action = view.getDecorationShowAction(VwvBasemapView::DecorationKind(kind));
@@ -261,14 +262,14 @@ private Q_SLOTS:
 
     void axisTitlesNameTheSystem_data()
     {
-        MapTest::addColumns<QString, QPointF, QString>({"system", "centre", "title"});
+        Row<QString, QPointF, QString>::addColumns(); // system, centre, title
         QTest::newRow("local") << "local:m" << QPointF(50, 25) << "Local coordinate system&nbsp;[m]";
         QTest::newRow("local feet") << "local:ft" << QPointF(50, 25) << "Local coordinate system&nbsp;[ft]";
         QTest::newRow("UTM, with an offset") << "EPSG:32631" << QPointF(431500, 6541500) << "WGS 84 / UTM zone 31N&nbsp;[m]&nbsp;(+6";
     }
     void axisTitlesNameTheSystem()
     {
-        auto [system, centre, title] = MapTest::fetch<QString, QPointF, QString>();
+        auto [system, centre, title] = Row<QString, QPointF, QString>::fetch();
         auto view = showView(nullptr, QSize(400, 300));
         QVERIFY(view);
         view->setCoordinateSystem(VuuCoordSystem::fromString(system));
@@ -315,7 +316,7 @@ private Q_SLOTS:
     // with a bad value: view all shows the lattice, coloured apart.
     void viewAllKeepsToTheFiniteData_data()
     {
-        MapTest::addColumns<QPointF, double>({"at", "value"});
+        Row<QPointF, double>::addColumns(); // at, value
         const double MAX = std::numeric_limits<double>::max();
         QTest::newRow("x 1e30") << QPointF(1e30, 5) << 5.0;
         QTest::newRow("y -DBL_MAX") << QPointF(5, -MAX) << 5.0;
@@ -326,7 +327,7 @@ private Q_SLOTS:
     }
     void viewAllKeepsToTheFiniteData()
     {
-        auto [at, value] = MapTest::fetch<QPointF, double>();
+        auto [at, value] = Row<QPointF, double>::fetch();
         VsdPointSet set;
         QVERIFY(set.addVariable(QStringLiteral("v")));
         for (int i = 0; i < 100; ++i)
@@ -351,7 +352,7 @@ private Q_SLOTS:
 
     void gpsFollowing_data()
     {
-        MapTest::addColumns<bool, bool, bool, bool>({"enabled", "centred", "valid", "moves"});
+        Row<bool, bool, bool, bool>::addColumns(); // enabled, centred, valid, moves
         QTest::newRow("followed") << true << true << true << true;
         QTest::newRow("shown, not followed") << true << false << true << false;
         QTest::newRow("no fix") << true << true << false << false;
@@ -359,7 +360,7 @@ private Q_SLOTS:
     }
     void gpsFollowing()
     {
-        auto [enabled, centred, valid, moves] = MapTest::fetch<bool, bool, bool, bool>();
+        auto [enabled, centred, valid, moves] = Row<bool, bool, bool, bool>::fetch();
         auto map = makeMap();
         QVERIFY(map);
         VwvBasemapView* view = map->view;
@@ -453,7 +454,7 @@ private Q_SLOTS:
 
     void modes_data()
     {
-        MapTest::addColumns<QString, int, Vw::ViewMode, QCursor>({"mode", "key", "viewMode", "cursor"});
+        Row<QString, int, Vw::ViewMode, QCursor>::addColumns(); // mode, key, viewMode, cursor
 
         const auto cursor = [](const CursorId& id) { return VuaResourceProvider::getCursor(id); };
         QTest::newRow("pan, P") << Tools::PAN << int(Qt::Key_P) << Vw::PAN << QCursor(Qt::OpenHandCursor);
@@ -469,7 +470,7 @@ private Q_SLOTS:
     }
     void modes()
     {
-        auto [mode, key, viewMode, cursor] = MapTest::fetch<QString, int, Vw::ViewMode, QCursor>();
+        auto [mode, key, viewMode, cursor] = Row<QString, int, Vw::ViewMode, QCursor>::fetch();
         // Two maps in one window, as two scene windows in a main window: keys reach the focused one.
         QWidget main;
         auto* layout = new QHBoxLayout(&main);
@@ -594,7 +595,7 @@ private Q_SLOTS:
 
     void zoomOnCurrentLayer_data()
     {
-        MapTest::addColumns<QString, bool, bool>({"layer", "removeIt", "enabled"});
+        Row<QString, bool, bool>::addColumns(); // layer, removeIt, enabled
 
         QTest::newRow("no current layer") << QString() << false << false;
         QTest::newRow("a drawn layer") << "z" << false << true;
@@ -604,7 +605,7 @@ private Q_SLOTS:
     }
     void zoomOnCurrentLayer()
     {
-        auto [layer, removeIt, enabled] = MapTest::fetch<QString, bool, bool>();
+        auto [layer, removeIt, enabled] = Row<QString, bool, bool>::fetch();
 
         auto map = makeMap();
         QVERIFY(map);
@@ -718,7 +719,7 @@ private Q_SLOTS:
     void dragMovesTheRectangle_data()
     {
         // grab: pixels from the area's centre
-        MapTest::addColumns<QRectF, QPoint, QPoint, int>({"area", "grab", "delta", "emissions"});
+        Row<QRectF, QPoint, QPoint, int>::addColumns(); // area, grab, delta, emissions
         QTest::newRow("right and down") << AREA << QPoint(0, 0) << QPoint(30, 20) << 1;
         QTest::newRow("grabbed off-centre, up and left") << AREA << QPoint(14, -10) << QPoint(-45, -25) << 1;
         QTest::newRow("zero-length drag, announced all the same") << AREA << QPoint(0, 0) << QPoint(0, 0) << 1;
@@ -727,7 +728,7 @@ private Q_SLOTS:
     }
     void dragMovesTheRectangle()
     {
-        auto [area, grab, delta, emissions] = MapTest::fetch<QRectF, QPoint, QPoint, int>();
+        auto [area, grab, delta, emissions] = Row<QRectF, QPoint, QPoint, int>::fetch();
         auto view = makeOverview();
         QVERIFY(view);
         view->setZoomArea(area);
@@ -756,14 +757,14 @@ private Q_SLOTS:
     void doubleClickCentres_data()
     {
         // offset: pixels from the area's centre
-        MapTest::addColumns<QPoint, int>({"offset", "emissions"});
+        Row<QPoint, int>::addColumns(); // offset, emissions
         // The first click on the rectangle is a drag of no length, announced as any drag.
         QTest::newRow("on the rectangle") << QPoint(6, 4) << 2;
         QTest::newRow("elsewhere") << QPoint(-60, 45) << 1;
     }
     void doubleClickCentres()
     {
-        auto [offset, emissions] = MapTest::fetch<QPoint, int>();
+        auto [offset, emissions] = Row<QPoint, int>::fetch();
         auto view = makeOverview();
         QVERIFY(view);
         QSignalSpy moved(view.get(), &Vwv2DOverView::zoomAreaChanged);
@@ -782,7 +783,7 @@ private Q_SLOTS:
     void arrowKeysMoveTheRectangle_data()
     {
         // direction: on screen
-        MapTest::addColumns<int, QPoint>({"key", "direction"});
+        Row<int, QPoint>::addColumns(); // key, direction
         QTest::newRow("left") << int(Qt::Key_Left) << QPoint(-1, 0);
         QTest::newRow("right") << int(Qt::Key_Right) << QPoint(1, 0);
         QTest::newRow("up") << int(Qt::Key_Up) << QPoint(0, -1);
@@ -791,7 +792,7 @@ private Q_SLOTS:
     }
     void arrowKeysMoveTheRectangle()
     {
-        auto [key, direction] = MapTest::fetch<int, QPoint>();
+        auto [key, direction] = Row<int, QPoint>::fetch();
         auto view = makeOverview();
         QVERIFY(view);
         view->activateWindow();
@@ -833,7 +834,7 @@ private Q_SLOTS:
 
     void rectangleIsDrawnWhereTheAreaMaps_data()
     {
-        MapTest::addColumns<QSize, QRectF>({"size", "area"});
+        Row<QSize, QRectF>::addColumns(); // size, area
         QTest::newRow("as shown") << QSize(200, 200) << AREA;
         QTest::newRow("after a resize") << QSize(340, 180) << AREA;
         QTest::newRow("larger than at first") << QSize(900, 900) << AREA;
@@ -841,7 +842,7 @@ private Q_SLOTS:
     }
     void rectangleIsDrawnWhereTheAreaMaps()
     {
-        auto [size, area] = MapTest::fetch<QSize, QRectF>();
+        auto [size, area] = Row<QSize, QRectF>::fetch();
         auto view = makeOverview();
         QVERIFY(view);
         view->setZoomArea(area);
