@@ -7,7 +7,7 @@
 // kept in its point set (shown by the other layers of the set and by a second plot's, still
 // there when the layer is rebuilt or the store reloaded), a replaced dataset redrawing only the
 // layers that draw it, a removed one leaving its items without a layer until it comes back.
-// Its image on the plot: drawn on the spot when small, on a worker thread when
+// Its image on the plot: drawn on the spot when cheap, on a worker thread when
 // large (the kept image shown moved until the new one comes), at full quality for exports,
 // and never delivered to an item that is gone. The point renderer's picks go to its set.
 
@@ -621,19 +621,6 @@ private Q_SLOTS:
         QCOMPARE(w.layers.getLayer(2)->boundingRect(), zOwnSet ? QRectF(50, 50, 3, 3) : QRectF(20, 20, 1, 1));
     }
 
-    void smallSetsAreDrawnOnTheSpot()
-    {
-        const VsdPointSet points = MapTest::pointSet(QVector<QPointF>(50, QPointF(50, 50)));
-        VwvPointRasterizer::Style style;
-        style.size = 7;
-        style.color = qRgb(200, 0, 0);
-        Map map;
-        map.show(std::make_shared<VwvBasemapRenderer>(points, QString(), VugColorScale::rainbow(), style));
-        QVERIFY(!map.item->isRendering());
-        QCOMPARE(map.at(QPointF(50, 50)), qRgb(200, 0, 0));
-        QCOMPARE(map.item->boundingRect(), QRectF(50, 50, 0, 0));
-    }
-
     void largeDrawingsComeFromAWorker()
     {
         Map map;
@@ -813,7 +800,7 @@ private Q_SLOTS:
 
     void renderingPicksTheRenderer_data()
     {
-        // type: the renderer's class, or the error's text
+        // type: the renderer's class, or the error's text (a surface, and a missing point set, with the scene's layers)
         Row<int, QString, QString>::addColumns(); // rendering, dataset, type
         const QString points = typeid(VwvBasemapRenderer).name();
         QTest::newRow("points") << int(VugERendering::POINTS_V) << "samples" << points;
@@ -825,9 +812,6 @@ private Q_SLOTS:
         QTest::newRow("polylines") << int(VugERendering::POLYLINES_V) << "faults" << typeid(VwvBasemapRendererPolyline).name();
         QTest::newRow("tiled map: not on the map yet") << int(VugERendering::TILED_RASTER_MAP_V) << "samples"
                                                        << "No 2D renderer for rendering '2'.";
-        QTest::newRow("surface: 3D only") << int(VugERendering::SURFACE_V) << "thickness" << "No 2D renderer for rendering '16'.";
-        QTest::newRow("missing dataset") << int(VugERendering::POINTS_V) << "nowhere"
-                                         << "The item 'Item' needs the point set 'nowhere', which the project does not hold.";
         QTest::newRow("another kind of dataset") << int(VugERendering::POLYGONS_V) << "samples"
                                                  << "The item 'Item' needs the polygon set 'samples', which the project does not hold.";
     }
