@@ -621,12 +621,16 @@ private Q_SLOTS:
         QCOMPARE(w.layers.getLayer(2)->boundingRect(), zOwnSet ? QRectF(50, 50, 3, 3) : QRectF(20, 20, 1, 1));
     }
 
-    void largeDrawingsComeFromAWorker()
+    // A costly drawing comes from a worker; an export draws it in full at once. Meanwhile the
+    // map shows the kept image, moved to a new view, or the old renderer's picture.
+    void largeDrawingsComeFromAWorkerInTurn()
     {
+        QSemaphore gate;
         Map map;
         auto renderer = std::make_shared<SquareRenderer>(qRgb(0, 0, 255));
         map.show(renderer);
-        QTRY_VERIFY(!map.item->isRendering());
+        const int exported = ImageChecks::countNear(MapTest::rendered(map.plot), QColor(0, 0, 255));
+        QVERIFY2(exported > 1000, qPrintable(QString::number(exported)));
         QTRY_COMPARE(map.at(QPointF(50, 50)), qRgb(0, 0, 255));
         // Zoomed out twice as far: the kept image shows at once, scaled, then the new one.
         const int before = renderer->renders;
@@ -636,34 +640,6 @@ private Q_SLOTS:
         QTRY_VERIFY(!map.item->isRendering());
         QCOMPARE(map.at(QPointF(45, 45)), qRgb(0, 0, 255));
         QVERIFY(map.at(QPointF(20, 20)) != qRgb(0, 0, 255));
-    }
-
-    void exportsAreDrawnInFull()
-    {
-        Map map;
-        map.item->setRenderer(std::make_shared<SquareRenderer>(qRgb(0, 128, 0)));
-        const int green = ImageChecks::countNear(MapTest::rendered(map.plot), QColor(0, 128, 0));
-        QVERIFY2(green > 1000, qPrintable(QString::number(green)));
-    }
-
-    void anItemGoneBeforeItsImageIsLeftAlone()
-    {
-        QSemaphore gate;
-        auto map = std::make_unique<Map>();
-        map->show(std::make_shared<SquareRenderer>(qRgb(1, 2, 3), &gate));
-        QTRY_VERIFY(map->item->isRendering());
-        map.reset(); // the plot deletes its items
-        gate.release();
-        QThreadPool::globalInstance()->waitForDone();
-        QCoreApplication::processEvents(); // a stray delivery would crash here
-    }
-
-    void newRenderersReplaceTheOldPictureInTurn()
-    {
-        QSemaphore gate;
-        Map map;
-        map.show(std::make_shared<SquareRenderer>(qRgb(0, 0, 255)));
-        QTRY_COMPARE(map.at(QPointF(50, 50)), qRgb(0, 0, 255));
         // While the new drawing is held, the map shows the old one rather than nothing.
         map.show(std::make_shared<SquareRenderer>(qRgb(200, 0, 0), &gate));
         QTRY_VERIFY(map.item->isRendering());
@@ -676,6 +652,18 @@ private Q_SLOTS:
         QThreadPool::globalInstance()->waitForDone();
         QCoreApplication::processEvents();
         QCOMPARE(map.at(QPointF(50, 50)), qRgb(0, 200, 200));
+    }
+
+    void anItemGoneBeforeItsImageIsLeftAlone()
+    {
+        QSemaphore gate;
+        auto map = std::make_unique<Map>();
+        map->show(std::make_shared<SquareRenderer>(qRgb(1, 2, 3), &gate));
+        QTRY_VERIFY(map->item->isRendering());
+        map.reset(); // the plot deletes its items
+        gate.release();
+        QThreadPool::globalInstance()->waitForDone();
+        QCoreApplication::processEvents(); // a stray delivery would crash here
     }
 
     void drawingErrorsAreReportedOnce_data()
