@@ -516,9 +516,7 @@ private Q_SLOTS:
         w.scene.removeItems({0, 2}); // Z and X
         QCOMPARE(w.state(), (QStringList{"W 1", "Y 2"}));
         w.scene.renameItem(1, QStringLiteral("Wells"));
-        w.scene.setItemActive(0, false);
         QCOMPARE(w.state(), (QStringList{"W 1", "Wells 2"}));
-        QVERIFY(!w.layers.getLayer(0)->isVisible());
         // Items that cannot be drawn keep their place without a layer, each reported.
         MessageCatcher caught;
         w.scene.appendItem(VugSceneItem(QStringLiteral("s"), QStringLiteral("Surface"), VugERendering::SURFACE));
@@ -701,7 +699,6 @@ private Q_SLOTS:
     void sharpOnHighDpiScreens_data()
     {
         Row<qreal, int>::addColumns(); // ratio, dotSize
-        QTest::newRow("ordinary screen, 5-pixel symbol") << qreal(1) << 5;
         QTest::newRow("double density, 5-pixel symbol") << qreal(2) << 5;
         QTest::newRow("double density, one-pixel dot") << qreal(2) << 1;
         QTest::newRow("one and a half") << qreal(1.5) << 5;
