@@ -576,12 +576,9 @@ private Q_SLOTS:
                 QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("append: the pixel .* no plot coordinates")));
         }
         VwqPlotAMeasure* measure = makeRuler(ruler, plot.get());
-        measure->setMode(Vw::NO_MODE);
-        plot->canvas()->setCursor(Qt::CrossCursor); // another tool's
         measure->setMode(Vw::ViewMode(mode));
         const bool ownMode = mode == (ruler == Ruler::Line ? Vw::MEASURE_LENGTH : Vw::MEASURE_AREA);
         const int picks = ownMode && !clicks.isEmpty() ? 1 : 0;
-        QCOMPARE(plot->canvas()->cursor().shape(), ownMode ? Qt::ArrowCursor : Qt::CrossCursor);
         QSignalSpy started(measure, &VwqPlotAMeasure::startPicking);
         QSignalSpy stopped(measure, &VwqPlotAMeasure::stopPicking);
         QSignalSpy selected(measure, QOverload<const QVector<QPointF>&>::of(&QwtPlotPicker::selected));
