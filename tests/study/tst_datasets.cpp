@@ -388,16 +388,15 @@ private Q_SLOTS:
         QCOMPARE(VsdPointSetFile::read(path).variableNames(), set.variableNames());
     }
 
-    // Every CSV reader reads a field so: what is no finite double is undefined, text is refused.
+    // Every CSV reader reads a field so: what is no finite double is undefined, text is refused
+    // (empty fields and the largest double are read back in the round trip above).
     void csvNumbers_data()
     {
         CsvNumbersRow::addColumns(); // field, value (NaN: refused)
         QTest::newRow("blanks and a plus") << QByteArray(" +2.5\t") << 2.5;
-        QTest::newRow("empty") << QByteArray("") << U;
         QTest::newRow("-inf") << QByteArray("-inf") << U;
         QTest::newRow("beyond the largest double") << QByteArray("1e400") << U;
         QTest::newRow("below the smallest double") << QByteArray("1e-400") << 0.0;
-        QTest::newRow("largest double") << QByteArray("1.7976931348623157e308") << 1.7976931348623157e308;
         QTest::newRow("decimal comma") << QByteArray("1,5") << NaN;
         QTest::newRow("hexadecimal") << QByteArray("0x10") << NaN;
     }
