@@ -389,7 +389,8 @@ private Q_SLOTS:
     }
 
     // Every CSV reader reads a field so: what is no finite double is undefined, text is refused
-    // (empty fields and the largest double are read back in the round trip above).
+    // (empty fields and the largest double are read back in the round trip above, a word in
+    // a file dropped on the demo's map is refused there).
     void csvNumbers_data()
     {
         CsvNumbersRow::addColumns(); // field, value (NaN: refused)
@@ -415,7 +416,6 @@ private Q_SLOTS:
         const QByteArray whole = binaryHeader(1, 2, 0) + doubles(6);
         QTest::newRow("empty file") << QByteArray() << "is empty";
         QTest::newRow("CSV without coordinates") << QByteArray("a,b,c\n1,2,3\n") << "line 1 must start with \"x,y,z\"";
-        QTest::newRow("CSV word for a number") << QByteArray("x,y,z\n1,2,3\n1,2,abc\n") << "\"abc\" at line 3, field 3";
         QTest::newRow("CSV cut in a number") << QByteArray("x,y,z,v\n1,2,3,4\n5,6,7,1e") << "\"1e\" at line 3, field 4";
         QTest::newRow("CSV missing field") << QByteArray("x,y,z\n1,2\n") << "2 fields at line 2, 3 expected";
         QTest::newRow("CSV extra field") << QByteArray("x,y,z\r\n\r\n1,2,3,4\r\n") << "4 fields at line 3, 3 expected";
