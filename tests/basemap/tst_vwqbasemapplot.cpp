@@ -7,13 +7,23 @@
 // status bar). The rulers on such a plot: the measure text beside the cursor, its units and
 // preferences, the signals a listener receives, the drawing of segment lengths and angles,
 // and input that measures nothing.
+// The decorations as a user sees them over a map: each in its corner (the scale bar drawn to
+// its length), the scale bar's round lengths and labels, the north arrow turned by the
+// meridian convergence, the GPS marker at its fix and greyed when the fix is lost, and a
+// picture rendered at twice the size showing the decorations twice as large.
 
 #include "ImageChecks.h"
+#include "LowerTestSupport.h"
 #include "MapTestKit.h"
 #include <KbbUserStringFormats.h>
 #include <KbuUnit.h>
 #include <VupMapPreferences.h>
 #include <VupPreferenceRegistry.h>
+#include <VuuCoordSystem.h>
+#include <VwoCompass.h>
+#include <VwoCopyright.h>
+#include <VwoGpsPosition.h>
+#include <VwoScaleBar.h>
 #include <VwqPlotMagnifier.h>
 #include <VwqPlotMeasureArea.h>
 #include <VwqPlotMeasureLine.h>
@@ -126,6 +136,79 @@ int blackPixels(const QImage& image, const QRect& area)
     return ImageChecks::count(image.copy(area), [](QRgb c) { return qMax(qMax(qRed(c), qGreen(c)), qBlue(c)) < 100; });
 }
 
+// A dark layer under the decorations: their light boxes must show over it.
+const QColor GROUND(40, 90, 40);
+
+enum Kind { COPYRIGHT, COMPASS, SCALE_BAR, GPS };
+// Where the GPS marker goes instead of a corner: at its fix.
+const int AT_ITS_FIX = 4;
+
+VwoADecoration* makeDecoration(int kind, const QString& text = QStringLiteral("\u00A9 Velmora contributors"))
+{
+    if (kind == COPYRIGHT)
+        return new VwoCopyright(text);
+    if (kind == COMPASS)
+        return new VwoCompass(VuuCoordSystem::local());
+    if (kind == SCALE_BAR)
+        return new VwoScaleBar();
+    auto* gps = new VwoGpsPosition;
+    gps->setPosition(QPointF(150, 250), true);
+    gps->setVisible(true);
+    return gps;
+}
+
+// A 600 x 400 map without axes or grid, on the dark ground, showing `view` (map units).
+std::unique_ptr<VwqBasemapPlot> groundPlot(const QRectF& view = QRectF(0, 0, 600, 400))
+{
+    auto plot = MapTest::showPlot(view.isValid() ? view : QRectF(0, 0, 600, 400), QSize(600, 400));
+    if (!plot)
+        return nullptr;
+    plot->grid()->hide();
+    QPalette palette = plot->canvas()->palette();
+    palette.setColor(QPalette::Window, GROUND);
+    plot->canvas()->setPalette(palette);
+    // Exactly this view, not widened to the canvas's shape.
+    plot->setAxisScale(QwtPlot::xBottom, view.left(), view.right());
+    plot->setAxisScale(QwtPlot::yLeft, view.top(), view.bottom());
+    plot->replot();
+    return plot;
+}
+
+QImage grabCanvas(VwqBasemapPlot& plot)
+{
+    plot.replot();
+    return plot.canvas()->grab().toImage().convertToFormat(QImage::Format_RGB32);
+}
+
+bool isDark(QRgb c)
+{
+    return qGray(c) < 60 && !ImageChecks::near(c, GROUND, 30);
+}
+
+// Where the picture with the decoration differs from the one without; empty when nowhere.
+QRect decorationArea(VwoADecoration* decoration, const std::function<QImage()>& picture)
+{
+    const bool visible = decoration->isVisible();
+    decoration->setVisible(false);
+    const QImage without = picture();
+    decoration->setVisible(visible);
+    return MapTest::changedArea(picture(), without, 24);
+}
+
+QPointF toSystem(const QString& definition, const QPointF& lonLat)
+{
+    QPointF point = lonLat;
+    VuuCoordSystem::convert(VuuCoordSystem(QStringLiteral("EPSG:4326")), VuuCoordSystem(definition), point);
+    return point;
+}
+
+// The angle from grid north to true north, clockwise, on a transverse Mercator map on a
+// sphere: atan(tan(dLon) sin(lat)); the arrow turns the other way.
+double arrowAngle(double lonFromCentralMeridian, double lat)
+{
+    return -qRadiansToDegrees(std::atan(std::tan(qDegreesToRadians(lonFromCentralMeridian)) * std::sin(qDegreesToRadians(lat))));
+}
+
 } // namespace
 
 class TestVwqBasemapPlot : public QObject
@@ -164,7 +247,7 @@ private Q_SLOTS:
     void axisLabelsLeaveTheOffsetOut_data()
     {
         // expected: of the x axis, %1 standing for its offset
-        MapTest::addColumns<QRectF, QString, QString, QString>({"rect", "title", "subtitle", "expected"});
+        Row<QRectF, QString, QString, QString>::addColumns(); // rect, title, subtitle, expected
         QTest::newRow("offset and subtitle") << QRectF(500000, 6543200, 100, 60) << "UTM 31N" << "Field A"
                                              << "UTM 31N&nbsp;[m]&nbsp;(+%1)&nbsp;&nbsp;&nbsp;<small><i>Field A</i></small>";
         QTest::newRow("negative offset") << QRectF(-500100, 0, 100, 60) << "Local" << "" << "Local&nbsp;[m]&nbsp;(%1)";
@@ -174,7 +257,7 @@ private Q_SLOTS:
     }
     void axisLabelsLeaveTheOffsetOut()
     {
-        auto [rect, title, subtitle, expected] = MapTest::fetch<QRectF, QString, QString, QString>();
+        auto [rect, title, subtitle, expected] = Row<QRectF, QString, QString, QString>::fetch();
         auto plot = makePlot();
         plot->updatePlotAxes(rect, title, KbuUnit::fromKey("m"), subtitle);
         const double offset = plot->getAxisOffset(QwtPlot::xBottom);
@@ -182,20 +265,14 @@ private Q_SLOTS:
                  qPrintable(QString::number(offset)));
         QCOMPARE(plot->axisScaleDraw(QwtPlot::xBottom)->label(rect.left() + 50).text(),
                  QLocale::system().toString(rect.left() + 50 - offset, 'g', 6));
-        QCOMPARE(plot->axisTitle(QwtPlot::xBottom).text(), expected.arg(offset, 0, 'g', 12));
+        QCOMPARE(plot->axisTitle(QwtPlot::xBottom).text(), offset ? expected.arg(offset, 0, 'g', 12) : expected);
         QCOMPARE(plot->axisTitle(QwtPlot::yRight).text().section(QLatin1String("&nbsp;"), 0, 1),
                  expected.section(QLatin1String("&nbsp;"), 0, 1));
-    }
 
-    // The titles are laid out as Qwt lays out rich text, their layouts kept between paints:
-    // the same size and the same pixels, also after the font changes.
-    void axisTitlesAreRichText()
-    {
-        auto plot = makePlot();
-        plot->updatePlotAxes(QRectF(0, 0, 100, 60), QStringLiteral("Local"), KbuUnit::fromKey("m"),
-                             QStringLiteral("Field A"));
-        QwtText title = plot->axisTitle(QwtPlot::xBottom);
-        QwtText qwtRich(title.text(), QwtText::RichText);
+        // Laid out as Qwt lays out rich text, the layouts kept between paints: the same size
+        // and the same pixels, also after the font changes.
+        QwtText shown = plot->axisTitle(QwtPlot::xBottom);
+        QwtText qwtRich(shown.text(), QwtText::RichText);
         // Of the screen's resolution, as an axis is.
         const auto picture = [](const QwtText& text) {
             QImage image(300, 40, QImage::Format_RGB32);
@@ -209,17 +286,15 @@ private Q_SLOTS:
         for (const int points : {9, 14, 9}) {
             QFont font(plot->font());
             font.setPointSize(points);
-            title.setFont(font);
+            shown.setFont(font);
             qwtRich.setFont(font);
-            QCOMPARE(title.textSize(), qwtRich.textSize());
-            QCOMPARE(title.heightForWidth(120), qwtRich.heightForWidth(120));
-            const QImage ours = picture(title);
+            QCOMPARE(shown.textSize(), qwtRich.textSize());
+            QCOMPARE(shown.heightForWidth(120), qwtRich.heightForWidth(120));
+            const QImage ours = picture(shown);
             const QImage theirs = picture(qwtRich);
             QVERIFY(ImageChecks::count(ours, [](QRgb p) { return qGray(p) < 128; }) > 20);
             QCOMPARE(MapTest::changedArea(ours, theirs), QRect());
         }
-        // "&nbsp;" is a space, not six characters.
-        QVERIFY(title.textSize().width() < QwtText(title.text(), QwtText::PlainText).textSize().width() * 0.8);
     }
 
     void plotPaintsItsOwnBackground()
@@ -258,7 +333,7 @@ private Q_SLOTS:
     void gesturesLeaveTheirView_data()
     {
         // zooms: zoomed() signals
-        MapTest::addColumns<int, Gesture, QRectF, double, int>({"mode", "gesture", "view", "tolerance", "zooms"});
+        Row<int, Gesture, QRectF, double, int>::addColumns(); // mode, gesture, view, tolerance, zooms
         const QRectF start(0, 0, 600, 400);
         // The map follows the hand: 40 units to the right, 30 down on screen (y grows up).
         QTest::newRow("pan, drag") << int(Vw::PAN) << drag({300, 200}, {340, 230}) << QRectF(-40, 30, 600, 400) << 1.0 << 0;
@@ -288,7 +363,7 @@ private Q_SLOTS:
     }
     void gesturesLeaveTheirView()
     {
-        auto [mode, gesture, view, tolerance, zooms] = MapTest::fetch<int, Gesture, QRectF, double, int>();
+        auto [mode, gesture, view, tolerance, zooms] = Row<int, Gesture, QRectF, double, int>::fetch();
         Plot p;
         p.setMode(Vw::ViewMode(mode));
         QSignalSpy zoomed(p.zoomer, &VwqPlotZoomer::zoomed);
@@ -299,7 +374,7 @@ private Q_SLOTS:
 
     void wheelZoomKeepsThePointUnderTheMouse_data()
     {
-        MapTest::addColumns<QPoint, int, bool, bool>({"at", "delta", "natural", "zoomsIn"});
+        Row<QPoint, int, bool, bool>::addColumns(); // at, delta, natural, zoomsIn
         QTest::newRow("away from the user zooms in") << QPoint(150, 100) << 120 << true << true;
         QTest::newRow("towards the user zooms out") << QPoint(450, 300) << -120 << true << false;
         QTest::newRow("inverted wheel") << QPoint(10, 390) << 120 << false << false;
@@ -307,7 +382,7 @@ private Q_SLOTS:
     }
     void wheelZoomKeepsThePointUnderTheMouse()
     {
-        auto [at, delta, natural, zoomsIn] = MapTest::fetch<QPoint, int, bool, bool>();
+        auto [at, delta, natural, zoomsIn] = Row<QPoint, int, bool, bool>::fetch();
         Plot p;
         p.magnifier->setNaturalDirection(natural);
         QSignalSpy rescaled(p.magnifier, &VwqPlotMagnifier::rescaled);
@@ -332,7 +407,7 @@ private Q_SLOTS:
     void zoomStack_data()
     {
         // steps: >= 10: zoom to a rectangle of that width; else offset
-        MapTest::addColumns<int, QList<int>, int, int, double>({"depth", "steps", "size", "index", "width"});
+        Row<int, QList<int>, int, int, double>::addColumns(); // depth, steps, size, index, width
         QTest::newRow("two zooms keep the start") << -1 << QList<int>{300, 200} << 3 << 2 << 200.0;
         QTest::newRow("back once") << -1 << QList<int>{300, 200, -1} << 3 << 1 << 300.0;
         QTest::newRow("back past the start stays at it") << -1 << QList<int>{300, -1, -1, -1} << 2 << 0 << 600.0;
@@ -344,7 +419,7 @@ private Q_SLOTS:
     }
     void zoomStack()
     {
-        auto [depth, steps, size, index, width] = MapTest::fetch<int, QList<int>, int, int, double>();
+        auto [depth, steps, size, index, width] = Row<int, QList<int>, int, int, double>::fetch();
         Plot p;
         p.zoomer->setMaxStackDepth(depth);
         for (int step : steps) {
@@ -361,7 +436,7 @@ private Q_SLOTS:
     void limitsClampAndBadRectanglesNeverReachTheStack_data()
     {
         // view: null: the rectangle is refused
-        MapTest::addColumns<QRectF, QRectF>({"rect", "view"});
+        Row<QRectF, QRectF>::addColumns(); // rect, view
         QTest::newRow("NaN") << QRectF(std::nan(""), 0, 10, 10) << QRectF();
         QTest::newRow("infinite") << QRectF(0, 0, HUGE_VAL, 10) << QRectF();
         QTest::newRow("empty") << QRectF(5, 5, 0, 0) << QRectF();
@@ -370,7 +445,7 @@ private Q_SLOTS:
     }
     void limitsClampAndBadRectanglesNeverReachTheStack()
     {
-        auto [rect, view] = MapTest::fetch<QRectF, QRectF>();
+        auto [rect, view] = Row<QRectF, QRectF>::fetch();
         Plot p;
         p.zoomer->setAxisLimits(QwtPlot::xBottom, 0, 1000);
         p.zoomer->setAxisLimits(QwtPlot::yLeft, 0, 1000);
@@ -391,8 +466,8 @@ private Q_SLOTS:
     void measureText_data()
     {
         // userUnit: the user's format of its unit class; "" keeps m and m²
-        MapTest::addColumns<Ruler, QString, QString, QStringList, Clicks, QString>(
-            {"ruler", "viewUnit", "userUnit", "switchedOff", "clicks", "expected"});
+        // ruler, viewUnit, userUnit, switchedOff, clicks, expected
+        Row<Ruler, QString, QString, QStringList, Clicks, QString>::addColumns();
 
         const auto row = [](const char* name, Ruler ruler, const char* view, const char* user, const QStringList& off,
                             const Clicks& clicks, const QString& expected) {
@@ -429,7 +504,7 @@ private Q_SLOTS:
     void measureText()
     {
         auto [ruler, viewUnit, userUnit, switchedOff, clicks, expected] =
-            MapTest::fetch<Ruler, QString, QString, QStringList, Clicks, QString>();
+            Row<Ruler, QString, QString, QStringList, Clicks, QString>::fetch();
 
         switchOff(switchedOff);
         if (!userUnit.isEmpty()) {
@@ -459,7 +534,7 @@ private Q_SLOTS:
     {
         // ending: a key, 0 for a right click, -1 for a switch to pan mode; selection: empty: nothing is selected;
         // axes: the bounds of both axes, none to keep them
-        MapTest::addColumns<Ruler, int, Clicks, int, Clicks, Axes>({"ruler", "mode", "clicks", "ending", "selection", "axes"});
+        Row<Ruler, int, Clicks, int, Clicks, Axes>::addColumns(); // ruler, mode, clicks, ending, selection, axes
 
         const int length = Vw::MEASURE_LENGTH, area = Vw::MEASURE_AREA;
         const Clicks path{{100, 200}, {200, 200}, {200, 200}, {200, 100}};
@@ -484,7 +559,7 @@ private Q_SLOTS:
 
     void picking()
     {
-        auto [ruler, mode, clicks, ending, selection, axes] = MapTest::fetch<Ruler, int, Clicks, int, Clicks, Axes>();
+        auto [ruler, mode, clicks, ending, selection, axes] = Row<Ruler, int, Clicks, int, Clicks, Axes>::fetch();
 
         const auto plot = MapTest::barePlot();
         if (!axes.isEmpty()) {
@@ -495,12 +570,9 @@ private Q_SLOTS:
                 QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("append: the pixel .* no plot coordinates")));
         }
         VwqPlotAMeasure* measure = makeRuler(ruler, plot.get());
-        measure->setMode(Vw::NO_MODE);
-        plot->canvas()->setCursor(Qt::CrossCursor); // another tool's
         measure->setMode(Vw::ViewMode(mode));
         const bool ownMode = mode == (ruler == Ruler::Line ? Vw::MEASURE_LENGTH : Vw::MEASURE_AREA);
         const int picks = ownMode && !clicks.isEmpty() ? 1 : 0;
-        QCOMPARE(plot->canvas()->cursor().shape(), ownMode ? Qt::ArrowCursor : Qt::CrossCursor);
         QSignalSpy started(measure, &VwqPlotAMeasure::startPicking);
         QSignalSpy stopped(measure, &VwqPlotAMeasure::stopPicking);
         QSignalSpy selected(measure, QOverload<const QVector<QPointF>&>::of(&QwtPlotPicker::selected));
@@ -530,7 +602,7 @@ private Q_SLOTS:
 
     void drawing_data()
     {
-        MapTest::addColumns<Ruler, QStringList, bool, bool>({"ruler", "switchedOff", "lengthLabel", "angleArc"});
+        Row<Ruler, QStringList, bool, bool>::addColumns(); // ruler, switchedOff, lengthLabel, angleArc
 
         QTest::newRow("line, length labels and angle arcs") << Ruler::Line << QStringList() << true << true;
         QTest::newRow("line, length labels off") << Ruler::Line << QStringList{"lineRulerLength"} << false << true;
@@ -541,7 +613,7 @@ private Q_SLOTS:
 
     void drawing()
     {
-        auto [ruler, switchedOff, lengthLabel, angleArc] = MapTest::fetch<Ruler, QStringList, bool, bool>();
+        auto [ruler, switchedOff, lengthLabel, angleArc] = Row<Ruler, QStringList, bool, bool>::fetch();
 
         switchOff(switchedOff);
         const auto plot = MapTest::barePlot();
@@ -565,6 +637,209 @@ private Q_SLOTS:
         // "90.00 °" on the bisector, 30 px from the vertex.
         const int angleText = blackPixels(image, QRect(267, 274, 24, 10));
         QVERIFY2(angleArc ? angleText > 5 : angleText == 0, qPrintable(QString::number(angleText)));
+    }
+
+    void eachDecorationInItsCorner_data()
+    {
+        // text: the attribution's; corner: Qt::Corner, -1 for nothing drawn
+        // A picture rendered at twice the size shows each twice as large, twice as far in.
+        Row<int, QString, QRectF, int>::addColumns(); // kind, text, view, corner
+        const QRectF view(0, 0, 600, 400);
+        QTest::newRow("attribution") << int(COPYRIGHT) << "\u00A9 Velmora contributors" << view << int(Qt::BottomRightCorner);
+        QTest::newRow("attribution on two lines") << int(COPYRIGHT) << "Imagery\n\u00A9 Velmora" << view << int(Qt::BottomRightCorner);
+        QTest::newRow("attribution without text") << int(COPYRIGHT) << "" << view << -1;
+        QTest::newRow("attribution of blanks") << int(COPYRIGHT) << "   " << view << -1;
+        QTest::newRow("compass") << int(COMPASS) << "" << view << int(Qt::TopRightCorner);
+        QTest::newRow("scale bar") << int(SCALE_BAR) << "" << view << int(Qt::BottomLeftCorner);
+        QTest::newRow("scale bar far out") << int(SCALE_BAR) << "" << QRectF(0, 0, 6e7, 4e7) << int(Qt::BottomLeftCorner);
+        QTest::newRow("scale bar in centimetres") << int(SCALE_BAR) << "" << QRectF(1e6, 5e6, 6, 4) << int(Qt::BottomLeftCorner);
+        QTest::newRow("scale bar on a view of no width") << int(SCALE_BAR) << "" << QRectF(5, 0, 0, 400) << -1;
+        QTest::newRow("GPS position") << int(GPS) << "" << view << AT_ITS_FIX;
+    }
+    void eachDecorationInItsCorner()
+    {
+        auto [kind, text, view, corner] = Row<int, QString, QRectF, int>::fetch();
+        auto plot = groundPlot(view);
+        QVERIFY(plot);
+        VwoADecoration* decoration = makeDecoration(kind, text);
+        decoration->attach(plot.get());
+        const QImage image = grabCanvas(*plot);
+        const QRect area = decorationArea(decoration, [&] { return grabCanvas(*plot); });
+        QCOMPARE(area.isEmpty(), corner < 0);
+        if (corner < 0)
+            return;
+        const QRect one = decorationArea(decoration, [&] { return MapTest::rendered(*plot); });
+        const QRect two = decorationArea(decoration, [&] { return MapTest::rendered(*plot, 2.0); });
+        const QString sizes = QStringLiteral("%1 x %2 at 1, %3 x %4 at 2").arg(one.width()).arg(one.height()).arg(two.width()).arg(two.height());
+        QVERIFY2(!one.isEmpty() && qAbs(two.width() - 2 * one.width()) <= 4 && qAbs(two.height() - 2 * one.height()) <= 4, qPrintable(sizes));
+        QVERIFY2(MapTest::near(two.center(), one.center() * 2, 3), qPrintable(sizes));
+        if (corner == AT_ITS_FIX)
+            return;
+        // Within the corner's quarter, about the margin (10 px, and the frame's pixel) from its edges.
+        const bool right = corner == Qt::TopRightCorner || corner == Qt::BottomRightCorner;
+        const bool bottom = corner == Qt::BottomLeftCorner || corner == Qt::BottomRightCorner;
+        const int gapX = right ? image.width() - 1 - area.right() : area.left();
+        const int gapY = bottom ? image.height() - 1 - area.bottom() : area.top();
+        QVERIFY2(gapX >= 9 && gapX <= 14 && gapY >= 9 && gapY <= 14, qPrintable(QStringLiteral("%1, %2").arg(gapX).arg(gapY)));
+        QVERIFY(area.width() < image.width() / 2 && area.height() < image.height() / 2);
+        // A light box behind the marks, lighter than the layer under it.
+        const int light = ImageChecks::count(image.copy(area), [](QRgb c) { return qGray(c) > qGray(GROUND.rgb()) + 60; });
+        QVERIFY2(light > area.width() * area.height() / 3, qPrintable(QString::number(light)));
+        if (kind != SCALE_BAR)
+            return;
+        // The bar's outline, its widest dark row, is as long as the bar measures.
+        const double perPixel = plot->getFactorPixelToSize();
+        const double length = VwoScaleBar::getLength(perPixel, plot->canvas()->contentsRect().width()) / perPixel;
+        int widest = 0;
+        for (int y = area.top(); y <= area.bottom(); ++y)
+            for (int x = area.left(), first = -1; x <= area.right(); ++x)
+                if (isDark(image.pixel(x, y))) {
+                    first = first < 0 ? x : first;
+                    widest = std::max(widest, x + 1 - first);
+                }
+        QVERIFY2(qAbs(widest - length) <= 2.0, qPrintable(QStringLiteral("%1 px drawn, %2 expected").arg(widest).arg(length)));
+    }
+
+    void scaleBarRoundsDown_data()
+    {
+        Row<QString, double, double, double, QString>::addColumns(); // unit, unitsPerPixel, canvasWidth, length, label
+        QTest::newRow("a metre a pixel") << "m" << 1.0 << 1000.0 << 200.0 << "200 m";
+        QTest::newRow("half a kilometre") << "m" << 2.6 << 1000.0 << 500.0 << "500 m";
+        QTest::newRow("metres read as kilometres") << "m" << 7.3 << 1000.0 << 1000.0 << "1 km";
+        QTest::newRow("exactly a kilometre") << "m" << 5.0 << 1000.0 << 1000.0 << "1 km";
+        QTest::newRow("two kilometres") << "m" << 12.0 << 1000.0 << 2000.0 << "2 km";
+        QTest::newRow("continent") << "m" << 5000.0 << 1000.0 << 1.0e6 << "1000 km";
+        QTest::newRow("millimetres a pixel") << "m" << 0.0013 << 1000.0 << 0.2 << "0.2 m";
+        QTest::newRow("map in kilometres") << "km" << 0.01 << 500.0 << 1.0 << "1 km";
+        QTest::newRow("feet stay feet") << "ft" << 3.0 << 1000.0 << 500.0 << "500 ft";
+        QTest::newRow("US survey feet") << "ftUS" << 1.0 << 600.0 << 100.0 << "100 ft (US)";
+        QTest::newRow("degrees") << "deg" << 1.0e-4 << 1000.0 << 0.02 << "0.02\u00B0";
+        QTest::newRow("no unit") << "" << 1.0 << 1000.0 << 200.0 << "200";
+        QTest::newRow("narrow canvas aims at 40 px") << "m" << 1.0 << 150.0 << 20.0 << "20 m";
+        QTest::newRow("canvas too narrow for a bar") << "m" << 1.0 << 50.0 << 0.0 << "";
+        QTest::newRow("zero scale") << "m" << 0.0 << 1000.0 << 0.0 << "";
+        QTest::newRow("negative scale") << "m" << -1.0 << 1000.0 << 0.0 << "";
+        QTest::newRow("NaN scale") << "m" << NaN << 1000.0 << 0.0 << "";
+        QTest::newRow("infinite scale") << "m" << qInf() << 1000.0 << 0.0 << "";
+        QTest::newRow("scale overflowing") << "m" << 1.0e307 << 1000.0 << 0.0 << "";
+        QTest::newRow("NaN width") << "m" << 1.0 << NaN << 0.0 << "";
+    }
+    void scaleBarRoundsDown()
+    {
+        auto [unit, unitsPerPixel, canvasWidth, length, label] = Row<QString, double, double, double, QString>::fetch();
+        const double got = VwoScaleBar::getLength(unitsPerPixel, canvasWidth);
+        QVERIFY2(qAbs(got - length) <= 1e-12 * length, qPrintable(QString::number(got, 'g', 17)));
+        QCOMPARE(VwoScaleBar(KbuUnit::fromKey(unit)).getLabel(got), label);
+    }
+
+    void northAngle_data()
+    {
+        // system: "local:<unit>", "" for none, or a definition; unit: of the map's coordinates; point: in the system, from longitude and latitude
+        Row<QString, QString, QPointF, bool, double>::addColumns(); // system, unit, point, lonLat, angle
+        const QString utm31 = QStringLiteral("EPSG:32631"); // central meridian 3° E
+        QTest::newRow("local") << "local:m" << "m" << QPointF(500, 500) << false << 0.0;
+        QTest::newRow("no system") << "" << "m" << QPointF(500, 500) << false << 0.0;
+        QTest::newRow("geographic") << "EPSG:4326" << "deg" << QPointF(6, 45) << true << 0.0;
+        QTest::newRow("on the central meridian") << utm31 << "m" << QPointF(3, 45) << true << 0.0;
+        QTest::newRow("east of it") << utm31 << "m" << QPointF(6, 45) << true << arrowAngle(3, 45);
+        QTest::newRow("west of it") << utm31 << "m" << QPointF(0, 45) << true << arrowAngle(-3, 45);
+        QTest::newRow("far north") << utm31 << "m" << QPointF(6, 80) << true << arrowAngle(3, 80);
+        QTest::newRow("by the pole") << utm31 << "m" << QPointF(6, 89.9995) << true << arrowAngle(3, 89.9995);
+        QTest::newRow("southern hemisphere") << "EPSG:32731" << "m" << QPointF(6, -30) << true << arrowAngle(3, -30);
+        QTest::newRow("map in kilometres") << utm31 << "km" << QPointF(6, 45) << true << arrowAngle(3, 45);
+        QTest::newRow("NaN point") << utm31 << "m" << QPointF(NaN, 5e6) << false << 0.0;
+        QTest::newRow("infinite point") << utm31 << "m" << QPointF(qInf(), 5e6) << false << 0.0;
+        QTest::newRow("beyond the projection") << utm31 << "m" << QPointF(1e30, 1e30) << false << 0.0;
+    }
+    void northAngle()
+    {
+        auto [system, unit, point, lonLat, angle] = Row<QString, QString, QPointF, bool, double>::fetch();
+        const bool local = system.startsWith(QLatin1String("local:")) || system.isEmpty();
+        if (lonLat)
+            point = toSystem(system, point) / (unit == QLatin1String("km") ? 1000.0 : 1.0);
+        const VwoCompass compass(local ? VuuCoordSystem::fromString(system) : VuuCoordSystem(system), KbuUnit::fromKey(unit));
+        const double got = compass.northAngleAt(point);
+        QVERIFY2(std::isfinite(got) && qAbs(got - angle) <= 0.01, qPrintable(QStringLiteral("%1° instead of %2°").arg(got).arg(angle)));
+    }
+
+    void compassLeansWithTheMeridians_data()
+    {
+        // lonLat: at the canvas's centre, on UTM zone 31; lean: -1 west, +1 east, 0 upright
+        Row<QPointF, int>::addColumns(); // lonLat, lean
+        QTest::newRow("east of the central meridian") << QPointF(21, 70) << -1;
+        QTest::newRow("west of the central meridian") << QPointF(-15, 70) << +1;
+        QTest::newRow("on the central meridian") << QPointF(3, 70) << 0;
+    }
+    void compassLeansWithTheMeridians()
+    {
+        auto [lonLat, lean] = Row<QPointF, int>::fetch();
+        const QPointF centre = toSystem(QStringLiteral("EPSG:32631"), lonLat);
+        auto plot = groundPlot(QRectF(centre - QPointF(30000, 20000), QSizeF(60000, 40000)));
+        QVERIFY(plot);
+        auto* compass = new VwoCompass(VuuCoordSystem::local());
+        compass->attach(plot.get());
+        // The x of the dark pixels' centroid in the upper half of the corner: where it points.
+        const auto tip = [&] {
+            const QImage image = grabCanvas(*plot).copy(600 - 80, 0, 80, 40);
+            double sum = 0.0, count = 0.0;
+            for (int y = 0; y < image.height(); ++y)
+                for (int x = 0; x < image.width(); ++x)
+                    if (isDark(image.pixel(x, y))) {
+                        sum += x;
+                        ++count;
+                    }
+            return count ? sum / count : NaN;
+        };
+        const double upright = tip();
+        compass->setCoordSystem(VuuCoordSystem(QStringLiteral("EPSG:32631")));
+        const double turned = tip();
+        QVERIFY(std::isfinite(upright) && std::isfinite(turned));
+        const QString shift = QString::number(turned - upright);
+        QVERIFY2(lean == 0 ? qAbs(turned - upright) < 0.5 : lean * (turned - upright) > 2.0, qPrintable(shift));
+    }
+
+    void gpsMarkerFollowsTheFix_data()
+    {
+        // marker: invalid for none
+        Row<bool, QList<QPointF>, QList<bool>, QColor, QPointF>::addColumns(); // shown, fixes, valid, marker, at
+        using Points = QList<QPointF>;
+        using Flags = QList<bool>;
+        const QPointF a(150, 250), b(400, 100), lost(NaN, NaN);
+        const QColor blue(0, 110, 255), grey(150, 150, 150);
+        QTest::newRow("a fix") << true << Points{a} << Flags{true} << blue << a;
+        QTest::newRow("hidden at creation") << false << Points{a} << Flags{true} << QColor() << a;
+        QTest::newRow("no fix yet") << true << Points{a} << Flags{false} << QColor() << a;
+        QTest::newRow("NaN as first fix") << true << Points{lost} << Flags{true} << QColor() << a;
+        QTest::newRow("moved") << true << Points{a, b} << Flags{true, true} << blue << b;
+        QTest::newRow("fix lost") << true << Points{a, b} << Flags{true, false} << grey << a;
+        QTest::newRow("NaN after a fix") << true << Points{a, lost} << Flags{true, true} << grey << a;
+        QTest::newRow("found again") << true << Points{a, lost, b} << Flags{true, false, true} << blue << b;
+        QTest::newRow("off the view") << true << Points{QPointF(5000, 5000)} << Flags{true} << QColor() << a;
+    }
+    void gpsMarkerFollowsTheFix()
+    {
+        auto [shown, fixes, valid, marker, at] = Row<bool, QList<QPointF>, QList<bool>, QColor, QPointF>::fetch();
+        auto plot = groundPlot();
+        QVERIFY(plot);
+        auto* gps = new VwoGpsPosition;
+        gps->attach(plot.get());
+        gps->setVisible(shown);
+        for (int i = 0; i < fixes.size(); ++i) {
+            if (valid[i] && !std::isfinite(fixes[i].x()))
+                QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("VwoGpsPosition::setPosition")));
+            gps->setPosition(fixes[i], valid[i]);
+        }
+        const QImage image = grabCanvas(*plot);
+        const QRect area = decorationArea(gps, [&] { return grabCanvas(*plot); });
+        QCOMPARE(area.isEmpty(), !marker.isValid());
+        if (!marker.isValid())
+            return;
+        const QPoint pixel = plot->viewToPixel(at).toPoint();
+        for (const QPoint& ring : {QPoint(0, 0), QPoint(7, 0), QPoint(-7, 0), QPoint(0, 7), QPoint(0, -7)})
+            QVERIFY2(ImageChecks::near(image.pixel(pixel + ring), marker, 40), qPrintable(ImageChecks::toString(image.pixel(pixel + ring))));
+        // Only the marker, about 20 px across, centred on the fix.
+        QVERIFY(MapTest::near(area.center(), pixel, 1));
+        QVERIFY2(area.width() >= 18 && area.width() <= 23, qPrintable(QString::number(area.width())));
     }
 };
 

@@ -1,6 +1,6 @@
 #pragma once
-// What the map suites share: test tables' columns declared and fetched at once, a shown map
-// plot over a given view, a bare plot for a tool alone, a small image with the scale maps that show 0..100 map units on 100 x 100
+// What the map suites share: a shown map plot over a given view, a bare plot for a tool
+// alone, a small image with the scale maps that show 0..100 map units on 100 x 100
 // pixels, the user's mouse gestures on a widget (a drag gives its button on every move, as
 // a window system does), rectangles compared and described with a tolerance, and pictures:
 // a plot rendered as an export renders it, where two pictures differ, the drawn pixels.
@@ -9,71 +9,19 @@
 #include <VwqBasemapPlot.h>
 #include <VwqPlotZoomer.h>
 
-#include <QHash>
 #include <QImage>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QWheelEvent>
 #include <QtTest>
-#include <array>
 #include <cmath>
 #include <memory>
-#include <tuple>
-#include <utility>
 #include <qwt_plot_canvas.h>
 #include <qwt_plot_layout.h>
 #include <qwt_plot_renderer.h>
 #include <qwt_scale_map.h>
 
 namespace MapTest {
-
-// The column names addColumns declared, by test function.
-inline QHash<QByteArray, QVector<const char*>>& declaredColumns()
-{
-    static QHash<QByteArray, QVector<const char*>> columns;
-    return columns;
-}
-
-// A test table's columns in one statement: addColumns<int, QString>({"mode", "name"}).
-template <class... T, std::size_t... I>
-void addColumnsAt(const std::array<const char*, sizeof...(T)>& names, std::index_sequence<I...>)
-{
-    (QTest::addColumn<T>(names[I]), ...);
-    declaredColumns()[QTest::currentTestFunction()] = QVector<const char*>{names[I]...};
-}
-template <class... T>
-void addColumns(const std::array<const char*, sizeof...(T)>& names)
-{
-    addColumnsAt<T...>(names, std::index_sequence_for<T...>{});
-}
-
-// The current row's values in one statement, as QFETCH takes them one by one:
-// auto [mode, name] = fetch<int, QString>({"mode", "name"}).
-template <class... T, std::size_t... I>
-std::tuple<T...> fetchAt(const std::array<const char*, sizeof...(T)>& names, std::index_sequence<I...>)
-{
-    return std::tuple<T...>(*static_cast<T*>(QTest::qData(names[I], qMetaTypeId<T>()))...);
-}
-template <class... T>
-std::tuple<T...> fetch(const std::array<const char*, sizeof...(T)>& names)
-{
-    return fetchAt<T...>(names, std::index_sequence_for<T...>{});
-}
-
-// The current row's values in the order addColumns declared them: auto [mode, name] = fetch<int, QString>().
-template <class... T, std::size_t... I>
-std::tuple<T...> fetchDeclaredAt(std::index_sequence<I...>)
-{
-    const QVector<const char*> names = declaredColumns().value(QTest::currentTestFunction());
-    if (names.size() != int(sizeof...(T)))
-        qFatal("MapTest::fetch: %s declared %d columns, %d fetched", QTest::currentTestFunction(), int(names.size()), int(sizeof...(T)));
-    return std::tuple<T...>(*static_cast<T*>(QTest::qData(names[int(I)], qMetaTypeId<T>()))...);
-}
-template <class... T>
-std::tuple<T...> fetch()
-{
-    return fetchDeclaredAt<T...>(std::index_sequence_for<T...>{});
-}
 
 // A map plot shown with a canvas of `canvas` pixels (axes hidden) over `view` map units.
 inline std::unique_ptr<VwqBasemapPlot> showPlot(const QRectF& view, const QSize& canvas = QSize(400, 400))
