@@ -108,6 +108,10 @@ void Vg3Ruler::setFrame(float zScale, const KbgVector3D& offset)
 
 void Vg3Ruler::start(const KbgVector3D& point)
 {
+    if (!point.isFinite()) {
+        qWarning("Vg3Ruler::start: the point is not finite");
+        return;
+    }
     _drawing = true;
     _measure = measure(point, point);
     setVisible(true);
@@ -143,6 +147,10 @@ bool Vg3Ruler::isVisible() const { return _visibility->whichChild.getValue() == 
 
 void Vg3Ruler::_setEnd(const KbgVector3D& end)
 {
+    if (!end.isFinite()) {
+        qWarning("Vg3Ruler: the end point is not finite");
+        return;
+    }
     _measure = measure(_measure.from, end);
     _redraw();
     Q_EMIT measured(_measure);

@@ -49,7 +49,7 @@ public:
     // multiplied by zScale. Non-finite or non-positive values are refused with a warning.
     void setFrame(float zScale, const KbgVector3D& offset);
 
-    // Points in the data's coordinates.
+    // Points in the data's coordinates; a point that is not finite is refused with a warning.
     void start(const KbgVector3D& point);
     void moveTo(const KbgVector3D& point);
     void stop(const KbgVector3D& point);

@@ -117,6 +117,12 @@ private Q_SLOTS:
         QVERIFY(mouse(250, 200, true));
         QCOMPARE(ruler.getMeasure().dip, 0.0);
 
+        // A point from nowhere leaves the measure as it was.
+        QTest::ignoreMessage(QtWarningMsg, "Vg3Ruler: the end point is not finite");
+        mouse(150, 200, true);
+        ruler.moveTo(KbgVector3D(qQNaN(), 0, 0));
+        QVERIFY(std::isfinite(ruler.getMeasure().length));
+
         // A press on nothing hides it; outside RULER mode it leaves the mouse alone.
         QVERIFY(mouse(2, 2, true));
         QVERIFY(!ruler.isVisible());
