@@ -278,8 +278,10 @@ private Q_SLOTS:
         QPointer<ShellWindow> b = new ShellWindow(QStringLiteral("B"));
         auto* c = new ShellWindow(QStringLiteral("R&D"), QStringLiteral("Shell"), VwwAWindow::WindowFlags());
         QCOMPARE(menuTitles(*main), (QStringList{QStringLiteral("A"), QStringLiteral("B"), QStringLiteral("R&D")}));
+        QVERIFY(!menuEntries(*main).first()->icon().isNull());
 
         a->setContentName(QStringLiteral("wells"));
+        QCOMPARE(menuTitles(*main).first(), a->getTitle(true));
         delete b.data();
         QCOMPARE(menuTitles(*main), (QStringList{a->getTitle(true), QStringLiteral("R&D")}));
 
