@@ -50,7 +50,9 @@ private Q_SLOTS:
 
     void badFiles_data()
     {
-        // A display that is dropped is named in a warning of its own.
+        // A display that is dropped is named in a warning of its own. The reader's limits
+        // (depth, entities, size) are the scene files' too; two rows show this file is read
+        // through them.
         BadFilesRow::addColumns(); // content, warns, dropped
 
         const QByteArray head = "<?xml version=\"1.0\"?>\n<!DOCTYPE windows>\n";
@@ -72,19 +74,11 @@ private Q_SLOTS:
         QTest::newRow("truncated")
             << head + "<windows><window-list><window class-id=\"Test2D\"><field name=\"scene-id\">1</fi" << true << QString();
         QTest::newRow("binary garbage") << QByteArray("\x00\xff\xfe<\x01\x02windows>", 12) << true << QString();
-        QByteArray deep = head + "<windows><window-list>";
-        for (int i = 0; i < 100000; ++i)
-            deep += "<a>";
-        QTest::newRow("deep nesting") << deep << true << QString();
         QTest::newRow("entity expansion")
             << QByteArray("<?xml version=\"1.0\"?><!DOCTYPE windows [<!ENTITY a \"aaaaaaaaaa\">"
                           "<!ENTITY b \"&a;&a;&a;&a;&a;&a;&a;&a;&a;&a;\"><!ENTITY c \"&b;&b;&b;&b;&b;&b;&b;&b;&b;&b;\">"
                           "<!ENTITY d \"&c;&c;&c;&c;&c;&c;&c;&c;&c;&c;\"><!ENTITY e \"&d;&d;&d;&d;&d;&d;&d;&d;&d;&d;\">]>"
                           "<windows><window-list><window class-id=\"&e;&e;&e;&e;&e;&e;\"/></window-list></windows>")
-            << true << QString();
-        QTest::newRow("external entity")
-            << QByteArray("<?xml version=\"1.0\"?><!DOCTYPE windows [<!ENTITY x SYSTEM \"file:///etc/passwd\">]>"
-                          "<windows><window-list><window class-id=\"&x;\"/></window-list></windows>")
             << true << QString();
         QByteArray huge = head + "<windows><window-list><window class-id=\"Test2D\"><field name=\"x\">";
         huge += QByteArray(50 * 1024 * 1024, 'x');
