@@ -130,26 +130,19 @@ private Q_SLOTS:
     {
         const auto [withAutomatic, withLock, steps, automaticToggles, resets, automatic, automaticShown, lockToggles, lockShown, styleUpdates] = ButtonsDrivenByUserAndCodeRow::fetch();
 
-        // Before it is ever shown, an editor has the buttons it asked for, hidden, unchecked
-        // and named for style sheets, and says whether the lock is offered.
+        // Before it is ever shown, an editor has the buttons it asked for, hidden and
+        // unchecked (the number editors' suite finds them by name through style sheets), and
+        // says whether the lock is offered.
         IntEditor editor(withAutomatic, withLock);
-        editor.setStyleSheet(QStringLiteral("#automaticButton { color: rgb(1, 2, 3); }"
-                                            "#lockValueButton { color: rgb(4, 5, 6); }"));
-        editor.ensurePolished();
         auto* button = editor.findChild<VwcAutomaticButton*>(QStringLiteral("automaticButton"));
         auto* lock = editor.findChild<VwcLockValueButton*>(QStringLiteral("lockValueButton"));
         QCOMPARE(button != nullptr, withAutomatic);
         QCOMPARE(lock != nullptr, withLock);
         QCOMPARE(editor.getAutomaticMode(), VwaAWidget::AUTO_SET_NONE);
-        if (button) {
+        if (button)
             QVERIFY(button->isHidden() && !button->isChecked() && button->autoRaise());
-            QCOMPARE(button->palette().color(button->foregroundRole()), QColor(1, 2, 3));
-        }
-        if (lock) {
-            QVERIFY(lock->isHidden() && lock->isCheckable() && !lock->isChecked());
-            QVERIFY(!lock->icon().pixmap(24).isNull());
-            QCOMPARE(lock->palette().color(lock->foregroundRole()), QColor(4, 5, 6));
-        }
+        if (lock)
+            QVERIFY(lock->isHidden() && lock->isCheckable() && !lock->isChecked() && !lock->icon().pixmap(24).isNull());
         editor.setLockValueAvailable(true);
         QCOMPARE(editor.isLockValueAvailable(), withLock);
         editor.setLockValueAvailable(false);
