@@ -16,7 +16,6 @@ using Set = KbiIntervalIntSmallDisjoint;
 
 // The column types of the tables below.
 using AddAndRemoveRow = Row<QString, QString, QString, qint64>;
-using SetOperationsRow = Row<QString, QString, QString, QString, QString>;
 using RefusalsRow = Row<QString, int, int>;
 
 class TestIntervals : public QObject
@@ -55,27 +54,17 @@ private Q_SLOTS:
         }
     }
 
-    void setOperations_data()
-    {
-        SetOperationsRow::addColumns(); // a, b, united, intersected, aMinusB
-
-        QTest::newRow("large ranges") << "0-10000000" << "5000000-20000000" << "0-20000000" << "5000000-10000000"
-                                      << "0-4999999";
-    }
+    // Large ranges; the random walk below covers the small ones.
     void setOperations()
     {
-        const auto [a, b, united, intersected, aMinusB] = SetOperationsRow::fetch();
-        const Set setA = ranks(a);
-        const Set setB = ranks(b);
-        QCOMPARE((setA | setB).toString(), united);
-        QCOMPARE((setB | setA).toString(), united);
-        QCOMPARE((setA & setB).toString(), intersected);
-        QCOMPARE((setB & setA).toString(), intersected);
-        QCOMPARE((setA - setB).toString(), aMinusB);
-        QCOMPARE(setA - setB, ranks(united) - setB);
+        const Set a = ranks(QStringLiteral("0-10000000"));
+        const Set b = ranks(QStringLiteral("5000000-20000000"));
+        QCOMPARE(a | b, ranks(QStringLiteral("0-20000000")));
+        QCOMPARE(b & a, ranks(QStringLiteral("5000000-10000000")));
+        QCOMPARE(a - b, ranks(QStringLiteral("0-4999999")));
     }
     // Random edits and operations over a small range, where intervals touch, overlap and
-    // split all the time; the tables above add the large ranges and INT_MAX.
+    // split all the time.
     void matchesReferenceSet()
     {
         QRandomGenerator random(20240611);

@@ -31,7 +31,6 @@ using Getter = std::function<QVariant()>;
 Q_DECLARE_METATYPE(Getter)
 
 // The column types of the tables below.
-using ObserversHearTheirGroupOnlyRow = Row<QString, QString, QStringList, QStringList>;
 using StoredValuesAreReadOrDefaultedRow = Row<QString, QString, QVariant, Getter, QVariant, bool>;
 
 class TestPreferences3D : public QObject
@@ -46,29 +45,7 @@ private Q_SLOTS:
         VupPreferenceRegistry::getInstance()->setStorageFile(_dir->filePath(QStringLiteral("preferences.ini")));
     }
 
-    void observersHearTheirGroupOnly_data()
-    {
-        ObserversHearTheirGroupOnlyRow::addColumns(); // group, key, heard3D, heardGraphic
-        QTest::newRow("a 3D-view key") << "3dviews" << "perspective" << QStringList{"3dviews/perspective"}
-                                       << QStringList();
-        QTest::newRow("a graphic key") << "graphic" << "pointSize" << QStringList() << QStringList{"graphic/pointSize"};
-        QTest::newRow("a map key") << "map" << "axesVisible" << QStringList() << QStringList();
-        QTest::newRow("a group whose name starts alike") << "3dviewsOld" << "perspective" << QStringList()
-                                                         << QStringList();
-    }
-    void observersHearTheirGroupOnly()
-    {
-        const auto [group, key, heard3D, heardGraphic] = ObserversHearTheirGroupOnlyRow::fetch();
-        Recorder views, graphic;
-        VupPreferences3DViews::getInstance()->addObserver(&views);
-        VupPreferencesGraphic::getInstance()->addObserver(&graphic);
-        VupPreferenceRegistry::getInstance()->setValue(group, key, 3);
-        VupPreferences3DViews::getInstance()->removeObserver(&views);
-        VupPreferencesGraphic::getInstance()->removeObserver(&graphic);
-        QCOMPARE(views.keys, heard3D);
-        QCOMPARE(graphic.keys, heardGraphic);
-    }
-
+    // Each observer hears its own group only.
     void settersReachObserversOfTheirGroup()
     {
         Recorder views, graphic;
@@ -76,6 +53,9 @@ private Q_SLOTS:
         VupPreferencesGraphic::getInstance()->addObserver(&graphic);
         VupPreferences3DViews::setValue(QStringLiteral("mouseWheelZoomDirection"), true);
         VupPreferencesGraphic::setValue(QStringLiteral("zScale"), 2.5);
+        // Other groups, also one whose name starts alike, reach neither.
+        VupPreferenceRegistry::getInstance()->setValue(QStringLiteral("map"), QStringLiteral("axesVisible"), 3);
+        VupPreferenceRegistry::getInstance()->setValue(QStringLiteral("3dviewsOld"), QStringLiteral("perspective"), 3);
         VupPreferenceRegistry::getInstance()->remove(VupPreferences3DViews::GROUP,
                                                      QStringLiteral("mouseWheelZoomDirection"));
         VupPreferences3DViews::getInstance()->removeObserver(&views);
