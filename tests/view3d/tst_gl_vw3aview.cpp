@@ -1,6 +1,6 @@
 // The 3D view as a user and its owner meet it: its scene graph, nodes shown and hidden,
 // single-key shortcuts for the camera, clip plane, modes and full screen, activation among
-// views, image and file export, its actions and menu, and its viewer's OpenGL format check.
+// views, image and file export, and its actions and menu.
 
 #include "ImageChecks.h"
 #include "InventorScenes.h"
@@ -34,14 +34,12 @@
 #include <QKeySequence>
 #include <QMenu>
 #include <QSignalSpy>
-#include <QSurfaceFormat>
 #include <QTemporaryDir>
 #include <QtTest>
 #include <memory>
 
 using Check = std::function<void(Vw3AView&, int)>;
 Q_DECLARE_METATYPE(Check)
-Q_DECLARE_METATYPE(QSurfaceFormat)
 
 namespace {
 
@@ -684,49 +682,6 @@ private Q_SLOTS:
         QVERIFY(!view.getMode(-1));
         QTest::ignoreMessage(QtWarningMsg, "Vw3AView::getMode: no mode 9");
         QVERIFY(!view.getMode(Vw3AView::MODE_COUNT));
-    }
-
-    // The viewer's check of the OpenGL format it got against the one it asked for: each
-    // shortfall named, in a fixed order, and the one-line report the log shows.
-    void compareAndReport_data()
-    {
-        QTest::addColumn<QSurfaceFormat>("format");
-        QTest::addColumn<bool>("direct");
-        QTest::addColumn<QStringList>("failures");
-        using F = QSurfaceFormat&;
-        const auto row = [](const char* name, const std::function<void(F)>& change, const QStringList& failures,
-                            bool direct = true) {
-            QSurfaceFormat format = Vw3OivViewer::requestedRenderFormat();
-            change(format);
-            QTest::newRow(name) << format << direct << failures;
-        };
-        row("as requested", [](F) {}, {});
-        row("core profile", [](F f) { f.setProfile(QSurfaceFormat::CoreProfile); }, {"Wrong profile"});
-        row("single buffer", [](F f) { f.setSwapBehavior(QSurfaceFormat::SingleBuffer); }, {"No double buffer"});
-        row("no alpha", [](F f) { f.setAlphaBufferSize(0); }, {"No alpha buffer", "Alpha buffer size < 8"});
-        row("shallow depth", [](F f) { f.setDepthBufferSize(16); }, {"Depth buffer size < 24"});
-        row("no depth", [](F f) { f.setDepthBufferSize(0); }, {"No depth buffer", "Depth buffer size < 24"});
-        row("indirect", [](F) {}, {"No direct rendering"}, false);
-        row("no stencil", [](F f) { f.setStencilBufferSize(0); }, {"No stencil buffer", "Stencil buffer size < 8"});
-        row("16-bit colour", [](F f) { f.setRedBufferSize(5), f.setBlueBufferSize(5), f.setGreenBufferSize(6); },
-            {"Red buffer size < 8", "Green buffer size < 8", "Blue buffer size < 8"});
-        row("no vsync", [](F f) { f.setSwapInterval(0); }, {"No vertical synchronization"});
-        row("three failures in order", [](F f) { f.setProfile(QSurfaceFormat::CoreProfile), f.setSwapInterval(0); },
-            {"Wrong profile", "No direct rendering", "No vertical synchronization"}, false);
-    }
-
-    void compareAndReport()
-    {
-        QFETCH(QSurfaceFormat, format);
-        QFETCH(bool, direct);
-        QFETCH(QStringList, failures);
-        const QStringList found = Vw3OivViewer::compareRenderFormat(format, direct);
-        QCOMPARE(found, failures);
-        const QString report = Vw3OivViewer::renderFormatReport(found);
-        QVERIFY(report.startsWith(QStringLiteral("OpenGL pixel format check : ")));
-        QCOMPARE(report.contains(QStringLiteral("OK")), failures.isEmpty());
-        QCOMPARE(report.contains(QStringLiteral("Failed")), !failures.isEmpty());
-        for (const QString& text : failures) QVERIFY(report.contains(text));
     }
 };
 
