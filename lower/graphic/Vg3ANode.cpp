@@ -3,8 +3,8 @@
 #include <Vg3OpenInventor.h>
 
 #include <Inventor/SbViewportRegion.h>
-#include <Inventor/SoPickedPoint.h>
 #include <Inventor/SoDB.h>
+#include <Inventor/SoPickedPoint.h>
 #include <Inventor/actions/SoGetBoundingBoxAction.h>
 #include <Inventor/nodes/SoScale.h>
 #include <Inventor/nodes/SoSeparator.h>
@@ -52,11 +52,6 @@ Vg3ANode::~Vg3ANode()
         _watchers.pop_back();
         watcher->nodeDestroyed(this);
     }
-}
-
-KbgVector3D Vg3ANode::toData(const SbVec3f& local) const
-{
-    return KbgVector3D(local[0] + _offset.x(), local[1] + _offset.y(), local[2] / _zScale + _offset.z());
 }
 
 QStringList Vg3ANode::describe(const SoPickedPoint& picked) const

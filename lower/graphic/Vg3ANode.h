@@ -77,8 +77,12 @@ public:
     // picked point in the data's coordinates; nodes add what they know of the place.
     virtual QStringList describe(const SoPickedPoint& picked) const;
     // The data's coordinates of a point of the sub-graph (offset added back, vertical
-    // scale taken out).
-    KbgVector3D toData(const SbVec3f& local) const;
+    // scale taken out); the static form for any scale and offset a view uses.
+    KbgVector3D toData(const SbVec3f& local) const { return toData(local, _zScale, _offset); }
+    static KbgVector3D toData(const SbVec3f& scene, float zScale, const KbgVector3D& offset)
+    {
+        return KbgVector3D(scene[0] + offset.x(), scene[1] + offset.y(), scene[2] / zScale + offset.z());
+    }
 
     // A watcher is told once, when the node is destroyed; adding one twice adds it once.
     void addWatcher(Vg3INodeWatcher* watcher);

@@ -1,5 +1,6 @@
 #include "Vg3Ruler.h"
 
+#include <Vg3ANode.h>
 #include <Vg3SceneInteractor.h>
 
 #include <Inventor/SoPickedPoint.h>
@@ -158,7 +159,7 @@ void Vg3Ruler::_setEnd(const KbgVector3D& end)
 
 KbgVector3D Vg3Ruler::_toData(const SbVec3f& scene) const
 {
-    return KbgVector3D(scene[0] + _offset.x(), scene[1] + _offset.y(), scene[2] / _zScale + _offset.z());
+    return Vg3ANode::toData(scene, _zScale, _offset);
 }
 
 SbVec3f Vg3Ruler::_toScene(const KbgVector3D& data) const
