@@ -37,8 +37,13 @@ QString Vw3ViewExport::askFileName(QWidget* parent, const QString& title, const 
 
 bool Vw3ViewExport::saveImage(const QImage& image, const QString& fileName)
 {
-    if (!Vw3ImageFile::write(image, fileName)) {
-        KbbDebug::printWarning(tr("Error when saving view : File system full or write protected?"));
+    QString error;
+    if (!Vw3ImageFile::write(image, fileName, &error)) {
+        // The usual words first, then what actually went wrong.
+        QString message = tr("Error when saving view : File system full or write protected?");
+        if (!error.isEmpty())
+            message += QLatin1Char('\n') + error;
+        KbbDebug::printWarning(message);
         return false;
     }
     KbbDebug::printInfo(tr("The view has been saved in %1.").arg(fileName));
